@@ -1,0 +1,52 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+class NSObject;
+
+/// The resources of the plug-in: interface/, images/, Manual/, and one <language>.lproj a language.
+class NSBundle {
+public:
+    /// `directory` holds the resources; `languages` are the user's, most wanted first ("de",
+    /// "en_GB"). Languages without a table are passed over; with none left texts stay English.
+    NSBundle(std::string directory, std::vector<std::string> languages);
+
+    /// The bundle that holds the system's own classes, made for the process's desktop on first use.
+    static NSBundle& bundleForClass();
+
+    /// The path of a file or folder among the resources; an empty type means exactly that name.
+    std::optional<std::string> pathForResource_ofType(const std::string& name,
+                                                      const std::string& type) const;
+
+    /// The path of a picture by its name without the file extension.
+    std::optional<std::string> pathForImageResource(const std::string& name) const;
+
+    /// The text of the key in the user's language; the key itself (or `value` when it is not empty)
+    /// where no table has it. A null table is "Localizable".
+    std::string localizedStringForKey_value_table(const std::string& key,
+                                                  const std::string& value = {},
+                                                  const std::string& table = {}) const;
+
+    /// Loads interface/NAME.plist and connects its outlets to the owner. False, with a line in the
+    /// log that names the file and the place, when it is missing or broken; the owner is then
+    /// untouched.
+    bool loadNibNamed_owner(const std::string& name, const std::shared_ptr<NSObject>& owner) const;
+
+private:
+    const std::map<std::string, std::string, std::less<>>& strings(const std::string& table) const;
+
+    std::string directory_;
+    std::vector<std::string> languages_;
+    mutable std::map<std::string, std::map<std::string, std::string, std::less<>>> tables_;
+};
+
+/// The text in the user's language, from the plug-in's own table.
+std::string localized(const std::string& english);
+
+}  // namespace velmora
