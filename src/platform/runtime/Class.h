@@ -91,6 +91,10 @@ public:
     static Class* named(std::string_view name);
 
     Class& isa() const override { return *metaclass_; }
+
+    /// The class object as a receiver that can be held like any other.
+    const Id& asObject() const { return self_; }
+
     const std::string& name() const { return name_; }
     Class* superclass() const { return superclass_; }
 
@@ -139,6 +143,7 @@ private:
     MethodTable& table();
     const Method* find(Selector selector);
 
+    Id self_{this, [](NSObject*) {}};
     std::string name_;
     Class* superclass_;
     Class* metaclass_;

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "platform/appkit/Bitmap.h"
+#include "platform/foundation/NSGeometry.h"
+#include "platform/runtime/NSObject.h"
+
+namespace velmora {
+
+/// The platform's numbers of the two compositing operations in use.
+enum NSCompositingOperation { NSCompositeCopy = 1, NSCompositeSourceOver = 2 };
+
+/// A picture, from a file's bytes or drawn off the screen.
+class NSImage final : public NSObject {
+public:
+    static Class& classObject();
+    Class& isa() const override { return classObject(); }
+
+    explicit NSImage(Bitmap bitmap) : bitmap_(std::move(bitmap)) {}
+
+    /// Decodes the bytes of a picture file; null when they are none.
+    static std::shared_ptr<NSImage> initWithData(std::string_view bytes);
+    /// A transparent picture of that size.
+    static std::shared_ptr<NSImage> initWithSize(NSSize size);
+
+    NSSize size() const;
+    const Bitmap& bitmap() const { return bitmap_; }
+
+    /// From here to unlockFocus, compositeToPoint draws into this image.
+    void lockFocus();
+    void unlockFocus();
+
+    /// Draws this image into the one that has the focus, its lower left corner at the point; what
+    /// lies outside is cut off. Without a focus it does nothing.
+    void compositeToPoint_operation(NSPoint point, NSCompositingOperation operation) const;
+
+private:
+    Bitmap bitmap_;
+};
+
+using NSImageRef = std::shared_ptr<NSImage>;
+
+}  // namespace velmora

@@ -1,0 +1,97 @@
+#include "platform/appkit/NSMenu.h"
+
+#include <algorithm>
+
+#include "platform/appkit/NSApplication.h"
+#include "platform/foundation/NSNotificationCenter.h"
+#include "platform/runtime/Class.h"
+
+namespace velmora {
+
+namespace {
+
+Selector performActionSelector() {
+    static const Selector selector = Selector::named("performActionForItemAtIndex:");
+    return selector;
+}
+
+}  // namespace
+
+Class& NSMenu::classObject() {
+    static auto* object = &(new Class("NSMenu", &NSObject::classObject()))
+                               ->method<&NSMenu::performActionForItemAtIndexImplementation>(
+                                   "performActionForItemAtIndex:");
+    return *object;
+}
+
+NSMenu::NSMenu(std::string title) : title_(std::move(title)) {}
+
+NSMenu::~NSMenu() {
+    for (const NSMenuItemRef& item : items_) {
+        if (item->submenu_ && item->submenu_->supermenu_ == this) {
+            item->submenu_->supermenu_ = nullptr;
+        }
+        item->menu_ = nullptr;
+    }
+}
+
+const NSMenuItemRef& NSMenu::itemAtIndex(int index) const {
+    static const NSMenuItemRef none;
+    return index >= 0 && index < numberOfItems() ? items_[static_cast<std::size_t>(index)] : none;
+}
+
+int NSMenu::indexOfItem(const NSMenuItem& item) const {
+    for (int i = 0; i < numberOfItems(); ++i) {
+        if (items_[static_cast<std::size_t>(i)].get() == &item) return i;
+    }
+    return -1;
+}
+
+int NSMenu::indexOfItemWithTitle(const std::string& title) const {
+    for (int i = 0; i < numberOfItems(); ++i) {
+        if (items_[static_cast<std::size_t>(i)]->title() == title) return i;
+    }
+    return -1;
+}
+
+void NSMenu::insertItem_atIndex(NSMenuItemRef item, int index) {
+    if (!item) return;
+    if (NSMenu* other = item->menu_) other->removeItemAtIndex(other->indexOfItem(*item));
+    index = std::clamp(index, 0, numberOfItems());
+    item->menu_ = this;
+    if (item->submenu_) item->submenu_->supermenu_ = this;
+    items_.insert(items_.begin() + index, std::move(item));
+    itemWasInserted(index);
+    NSNotificationCenter::defaultCenter().postNotification(
+        {NSMenuDidAddItemNotification, this, index});
+}
+
+void NSMenu::removeItemAtIndex(int index) {
+    if (index < 0 || index >= numberOfItems()) return;
+    itemWillBeRemoved(index);
+    const NSMenuItemRef item = items_[static_cast<std::size_t>(index)];
+    items_.erase(items_.begin() + index);
+    item->menu_ = nullptr;
+    if (item->submenu_ && item->submenu_->supermenu_ == this) {
+        item->submenu_->supermenu_ = nullptr;
+    }
+    NSNotificationCenter::defaultCenter().postNotification(
+        {NSMenuDidRemoveItemNotification, this, index});
+}
+
+void NSMenu::performActionForItemAtIndex(int index) {
+    message<void(int)>(*this, performActionSelector(), index);
+}
+
+void NSMenu::performActionForItemAtIndexImplementation(int index) {
+    // The item may go while its action runs.
+    const NSMenuItemRef item = itemAtIndex(index);
+    if (item && item->isEnabled() && !item->isSeparatorItem()) runItem(*item);
+}
+
+void NSMenu::runItem(NSMenuItem& item) {
+    NSApplication::sharedApplication().sendAction_to_from(item.action(), item.target(),
+                                                          item.shared_from_this());
+}
+
+}  // namespace velmora

@@ -1,0 +1,76 @@
+#include "platform/appkit/NSMenuItem.h"
+
+#include "platform/appkit/NSMenu.h"
+#include "platform/foundation/NSNotificationCenter.h"
+#include "platform/runtime/Class.h"
+
+namespace velmora {
+
+Class& NSMenuItem::classObject() {
+    static auto* object = new Class("NSMenuItem", &NSObject::classObject());
+    return *object;
+}
+
+NSMenuItem::NSMenuItem(std::string title, Selector action, std::string keyEquivalent)
+    : title_(std::move(title)), action_(action), keyEquivalent_(std::move(keyEquivalent)) {}
+
+NSMenuItem::~NSMenuItem() {
+    if (submenu_ && submenu_->supermenu_ == menu_) submenu_->supermenu_ = nullptr;
+}
+
+NSMenuItemRef NSMenuItem::initWithTitle_action_keyEquivalent(std::string title, Selector action,
+                                                             std::string keyEquivalent) {
+    return std::make_shared<NSMenuItem>(std::move(title), action, std::move(keyEquivalent));
+}
+
+NSMenuItemRef NSMenuItem::separatorItem() {
+    auto item = std::make_shared<NSMenuItem>();
+    item->separator_ = true;
+    item->enabled_ = false;
+    return item;
+}
+
+void NSMenuItem::setTitle(std::string title) {
+    if (title == title_) return;
+    title_ = std::move(title);
+    changed();
+}
+
+void NSMenuItem::setKeyEquivalent(std::string key) {
+    if (key == keyEquivalent_) return;
+    keyEquivalent_ = std::move(key);
+    changed();
+}
+
+void NSMenuItem::setKeyEquivalentModifierMask(std::uint32_t mask) {
+    if (mask == keyEquivalentModifierMask_) return;
+    keyEquivalentModifierMask_ = mask;
+    changed();
+}
+
+void NSMenuItem::setEnabled(bool enabled) {
+    if (enabled == enabled_) return;
+    enabled_ = enabled;
+    changed();
+}
+
+void NSMenuItem::setSubmenu(std::shared_ptr<NSMenu> submenu) {
+    if (submenu == submenu_) return;
+    if (submenu_ && submenu_->supermenu_ == menu_) submenu_->supermenu_ = nullptr;
+    submenu_ = std::move(submenu);
+    if (submenu_) submenu_->supermenu_ = menu_;
+    changed();
+}
+
+void NSMenuItem::setImage(std::shared_ptr<NSImage> image) {
+    image_ = std::move(image);
+    changed();
+}
+
+void NSMenuItem::changed() {
+    if (!menu_) return;
+    NSNotificationCenter::defaultCenter().postNotification(
+        {NSMenuDidChangeItemNotification, menu_, menu_->indexOfItem(*this)});
+}
+
+}  // namespace velmora

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/appkit/NSEvent.h"
+#include "platform/foundation/NSGeometry.h"
+#include "platform/runtime/NSObject.h"
+
+namespace velmora {
+
+class NSMenu;
+class NSWindow;
+
+/// A view of a window: here, what the system asks of the host's views. Desktops derive from it.
+class NSView : public NSObject {
+public:
+    static Class& classObject();
+    Class& isa() const override { return classObject(); }
+
+    /// The deepest view at the point (of the window's base coordinates), or null outside.
+    virtual std::shared_ptr<NSView> hitTest(NSPoint point) = 0;
+
+    /// The context menu that the view would open for the event, or null. The host's code runs here
+    /// and may throw.
+    virtual std::shared_ptr<NSMenu> menuForEvent(const NSEventRef& event) = 0;
+
+    virtual std::shared_ptr<NSWindow> window() = 0;
+};
+
+using NSViewRef = std::shared_ptr<NSView>;
+
+}  // namespace velmora
