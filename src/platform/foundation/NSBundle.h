@@ -8,6 +8,7 @@
 
 namespace velmora {
 
+class FileSystem;
 class NSObject;
 
 /// The resources of the plug-in: interface/, images/, Manual/, and one <language>.lproj a language.
@@ -19,6 +20,9 @@ public:
 
     /// The bundle that holds the system's own classes, made for the process's desktop on first use.
     static NSBundle& bundleForClass();
+
+    /// Where resources are read: always the real files, also where the process's own are in memory.
+    static FileSystem& resourceFiles();
 
     /// The path of a file or folder among the resources; an empty type means exactly that name.
     std::optional<std::string> pathForResource_ofType(const std::string& name,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -33,20 +34,23 @@ public:
     /// Replaces the value of the key, or appends the entry.
     void setObject_forKey(PropertyList value, std::string key);
 
-    /// Appends without looking for the key. For readers whose source has unique keys.
+    /// Appends without looking for the key. A reader whose source may hold a key twice calls
+    /// keepLastOfEachKey when it is through.
     void append(std::string key, PropertyList value);
+    void keepLastOfEachKey();
 
     void reserve(std::size_t count);
     std::size_t count() const;
     const std::vector<Entry>& entries() const { return entries_; }
 
+    /// Whether both have the same keys with equal values, in whatever order. Keys must be unique.
     bool operator==(const NSDictionary& other) const;
 
 private:
     std::vector<Entry> entries_;
 };
 
-/// One value of a property list.
+/// One value of a property list. Strings are UTF-8; bytes that are none are kept as they are.
 class PropertyList {
 public:
     /// Seconds since 2001-01-01 00:00:00 UTC.
@@ -83,14 +87,14 @@ public:
     const NSDictionary* dictionary() const { return std::get_if<NSDictionary>(&value_); }
     NSDictionary* dictionary() { return std::get_if<NSDictionary>(&value_); }
 
-    /// The lenient readings of a number or a text. A real is truncated toward zero, a text is read
-    /// as far as it is a number (none: 0), and what does not fit is clamped. Nothing for the other
-    /// types.
+    /// The lenient readings of a number or a text, whatever the host's locale is. A real is
+    /// truncated toward zero, a text is read as far as it is a decimal number (none: 0), and what
+    /// does not fit is clamped. Nothing for the other types.
     std::optional<std::int32_t> intValue() const;
     std::optional<double> doubleValue() const;
 
     /// A number is true unless it is 0. A text is true when, after blanks, a sign and zeros, it
-    /// goes on with a digit from 1 to 9 or begins with Y, y, T or t. Nothing for the other types.
+    /// goes on with a digit from 1 to 9 or with Y, y, T or t. Nothing for the other types.
     std::optional<bool> boolValue() const;
 
     bool operator==(const PropertyList& other) const = default;

@@ -98,6 +98,16 @@ public:
     const std::string& name() const { return name_; }
     Class* superclass() const { return superclass_; }
 
+    /// A new object of the class, for classes that say how one is made; otherwise null.
+    Id alloc() const { return maker_ ? maker_() : nullptr; }
+
+    /// Says how an object of the class is made.
+    template <class Object>
+    Class& makes() {
+        maker_ = [] { return Id(std::make_shared<Object>()); };
+        return *this;
+    }
+
     /// Define a method or a class message, when the class is set up. The last definition of a
     /// selector counts.
     template <auto function>
@@ -147,6 +157,7 @@ private:
     std::string name_;
     Class* superclass_;
     Class* metaclass_;
+    Id (*maker_)() = nullptr;
     std::vector<Method> definition_;
     ProcessWide<MethodTable> table_;
 };

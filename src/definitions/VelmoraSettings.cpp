@@ -1,0 +1,124 @@
+#include "definitions/VelmoraSettings.h"
+
+#include <algorithm>
+
+#include "platform/Desktop.h"
+#include "platform/foundation/NSLog.h"
+#include "platform/foundation/PropertyListFile.h"
+#include "platform/runtime/Class.h"
+
+namespace velmora {
+
+Class& VelmoraSettings::classObject() {
+    static auto* object = new Class("VelmoraSettings", &NSObject::classObject());
+    return *object;
+}
+
+void VelmoraSettings::initWithContentsOfFile_forceGlobal(const std::optional<std::string>& path,
+                                                         bool forceGlobal) {
+    settings_.clear();
+    settings_.reserve(16);
+    settingsBackup_.reset();
+    globalChanged_ = false;
+    std::optional<NSArray> array;
+    if (path) array = arrayWithContentsOfFile(desktop().files(), *path);
+    if (!array) return;
+    settings_.reserve(array->size());
+    for (PropertyList& element : *array) {
+        if (NSDictionary* dictionary = element.dictionary()) {
+            settings_.push_back(VelmoraSetting::newWithDictionary_forceGlobal(
+                std::move(*dictionary), forceGlobal));
+        }
+    }
+}
+
+void VelmoraSettings::createBackup() {
+    settingsBackup_.emplace();
+    settingsBackup_->reserve(settings_.size());
+    for (const VelmoraSettingRef& record : settings_) {
+        settingsBackup_->push_back(record->copyWithZone());
+    }
+}
+
+void VelmoraSettings::deleteBackup() {
+    settingsBackup_.reset();
+}
+
+bool VelmoraSettings::revert() {
+    if (!settingsBackup_) return false;
+    settings_ = std::move(*settingsBackup_);
+    settingsBackup_.reset();
+    globalChanged_ = false;
+    return true;
+}
+
+void VelmoraSettings::addObject() {
+    settings_.push_back(VelmoraSetting::newSetting());
+}
+
+void VelmoraSettings::addObjectsFromArray(const std::vector<VelmoraSettingRef>& records) {
+    settings_.insert(settings_.end(), records.begin(), records.end());
+}
+
+VelmoraSettingRef VelmoraSettings::objectAtIndex(std::int64_t index) const {
+    const auto position = static_cast<std::uint64_t>(index);
+    return position < settings_.size() ? settings_[position] : nullptr;
+}
+
+void VelmoraSettings::setObject_forKey_atIndex(const PropertyList* value, std::string_view key,
+                                               std::int64_t index) {
+    if (const VelmoraSettingRef record = objectAtIndex(index)) {
+        globalChanged_ |= record->setObject_forKey(value, key);
+    }
+}
+
+void VelmoraSettings::setObject_forKey_atIndex(const Id& menuItem, std::string_view key,
+                                               std::int64_t index) {
+    if (const VelmoraSettingRef record = objectAtIndex(index)) {
+        globalChanged_ |= record->setObject_forKey(menuItem, key);
+    }
+}
+
+void VelmoraSettings::removeObjectAtIndex(std::int64_t index) {
+    const VelmoraSettingRef record = objectAtIndex(index);
+    if (!record) return;
+    globalChanged_ |= record->isGlobal();
+    settings_.erase(settings_.begin() + index);
+}
+
+void VelmoraSettings::removeObject(const VelmoraSetting& record) {
+    globalChanged_ |= record.isGlobal();
+    std::erase_if(settings_, [&](const VelmoraSettingRef& own) { return own.get() == &record; });
+}
+
+void VelmoraSettings::removeObjectsWhere(
+    const std::function<bool(const VelmoraSetting&)>& unwanted) {
+    std::vector<bool> removed(settings_.size());
+    for (std::size_t i = settings_.size(); i-- > 0;) {
+        removed[i] = unwanted(*settings_[i]);
+        if (removed[i]) globalChanged_ |= settings_[i]->isGlobal();
+    }
+    std::size_t index = 0;
+    std::erase_if(settings_, [&](const VelmoraSettingRef&) { return removed[index++]; });
+}
+
+VelmoraSettingRef VelmoraSettings::objectEqualTo(const VelmoraSetting& record) const {
+    for (const VelmoraSettingRef& own : settings_) {
+        if (own->isEqualTo(record)) return own;
+    }
+    return nullptr;
+}
+
+void VelmoraSettings::saveSettingsWithGlobalFlag_toFile(bool globalOnly,
+                                                        const std::string& path) const {
+    NSArray array;
+    array.reserve(settings_.size());
+    for (const VelmoraSettingRef& record : settings_) {
+        if (!globalOnly || record->isGlobal()) array.emplace_back(record->dictionary());
+    }
+    if (!writeArrayToFile(desktop().files(), array, path)) {
+        NSLog("Failed to write '" + path + "'!");
+    }
+}
+
+}  // namespace velmora

@@ -1,0 +1,165 @@
+#include "platform/appkit/InterfaceFile.h"
+
+#include <vector>
+
+#include "platform/Desktop.h"
+#include "platform/appkit/NSMenu.h"
+#include "platform/foundation/NSBundle.h"
+#include "platform/foundation/NSLog.h"
+#include "platform/foundation/PosixFileSystem.h"
+#include "platform/foundation/PropertyListFile.h"
+#include "platform/runtime/Class.h"
+
+namespace velmora {
+
+namespace {
+
+const std::string* stringFor(const NSDictionary& dictionary, std::string_view key) {
+    const PropertyList* value = dictionary.objectForKey(key);
+    return value ? value->string() : nullptr;
+}
+
+std::string textFor(const NSDictionary& dictionary, std::string_view key) {
+    const std::string* text = stringFor(dictionary, key);
+    return text ? *text : std::string();
+}
+
+/// The name of an outlet's setter: "vmMenu" gives "setVmMenu:".
+Selector setterFor(std::string outlet) {
+    if (!outlet.empty() && outlet[0] >= 'a' && outlet[0] <= 'z') {
+        outlet[0] = static_cast<char>(outlet[0] - 'a' + 'A');
+    }
+    return Selector::named("set" + outlet + ":");
+}
+
+bool fail(InterfaceFile::Error& error, std::string place, std::string reason) {
+    error = {std::move(place), std::move(reason)};
+    return false;
+}
+
+}  // namespace
+
+InterfaceFile::InterfaceFile(NSDictionary contents, Localize localize)
+    : contents_(std::move(contents)), localize_(std::move(localize)) {}
+
+bool InterfaceFile::load(const Id& owner, Error& error) {
+    owner_ = owner;
+    const PropertyList* objects = contents_.objectForKey("objects");
+    if (!objects || !objects->dictionary()) return fail(error, "objects", "no dictionary");
+    for (const auto& [name, description] : objects->dictionary()->entries()) {
+        if (!makeObject(name, error)) return false;
+    }
+    return connectOutlets(error);
+}
+
+bool InterfaceFile::makeObject(const std::string& name, Error& error) {
+    if (const auto made = objects_.find(name); made != objects_.end()) {
+        if (made->second) return true;
+        return fail(error, "objects." + name, "it holds itself");
+    }
+    const std::string place = "objects." + name;
+    const PropertyList* value =
+        contents_.objectForKey("objects")->dictionary()->objectForKey(name);
+    const NSDictionary* description = value ? value->dictionary() : nullptr;
+    if (!description) return fail(error, place, "no such object");
+    objects_[name] = nullptr;
+    const std::string className = textFor(*description, "class");
+    if (className != "NSMenu") {
+        return fail(error, place + ".class", "unknown class '" + className + "'");
+    }
+    objects_[name] = makeMenu(*description, place, error);
+    return objects_[name] != nullptr;
+}
+
+NSMenuRef InterfaceFile::makeMenu(const NSDictionary& description, const std::string& place,
+                                  Error& error) {
+    auto menu = std::make_shared<NSMenu>(localize_(textFor(description, "title")));
+    const PropertyList* items = description.objectForKey("items");
+    if (!items || !items->array()) {
+        fail(error, place + ".items", "no array");
+        return nullptr;
+    }
+    int index = 0;
+    for (const PropertyList& item : *items->array()) {
+        const std::string itemPlace = place + ".items[" + std::to_string(index++) + "]";
+        if (!item.dictionary()) {
+            fail(error, itemPlace, "no dictionary");
+            return nullptr;
+        }
+        NSMenuItemRef made = makeItem(*item.dictionary(), itemPlace, error);
+        if (!made) return nullptr;
+        menu->addItem(std::move(made));
+    }
+    return menu;
+}
+
+NSMenuItemRef InterfaceFile::makeItem(const NSDictionary& description, const std::string& place,
+                                      Error& error) {
+    if (const PropertyList* separator = description.objectForKey("separator")) {
+        if (separator->boolValue().value_or(false)) return NSMenuItem::separatorItem();
+    }
+    const std::string* title = stringFor(description, "title");
+    if (!title) {
+        fail(error, place + ".title", "no text");
+        return nullptr;
+    }
+    const Selector action = Selector::named(textFor(description, "action"));
+    if (action && !owner_->respondsToSelector(action)) {
+        fail(error, place + ".action", "the owner has no '" + action.name() + "'");
+        return nullptr;
+    }
+    NSMenuItemRef item = NSMenuItem::initWithTitle_action_keyEquivalent(
+        localize_(*title), action, textFor(description, "keyEquivalent"));
+    item->setTarget(owner_);
+    if (const std::string* submenu = stringFor(description, "submenu")) {
+        if (!makeObject(*submenu, error)) return nullptr;
+        item->setSubmenu(std::dynamic_pointer_cast<NSMenu>(objects_[*submenu]));
+    }
+    return item;
+}
+
+bool InterfaceFile::connectOutlets(Error& error) {
+    const PropertyList* value = contents_.objectForKey("outlets");
+    if (!value) return true;
+    if (!value->dictionary()) return fail(error, "outlets", "no dictionary");
+    std::vector<std::pair<Selector, Id>> connections;
+    for (const auto& [outlet, name] : value->dictionary()->entries()) {
+        const std::string place = "outlets." + outlet;
+        const Selector setter = setterFor(outlet);
+        if (!owner_->respondsToSelector(setter)) {
+            return fail(error, place, "the owner has no such outlet");
+        }
+        const auto object = name.string() ? objects_.find(*name.string()) : objects_.end();
+        if (object == objects_.end()) return fail(error, place, "no such object");
+        connections.emplace_back(setter, object->second);
+    }
+    for (const auto& [setter, object] : connections) {
+        message<void(const Id&)>(*owner_, setter, object);
+    }
+    return true;
+}
+
+FileSystem& NSBundle::resourceFiles() {
+    static PosixFileSystem files;
+    return files;
+}
+
+bool NSBundle::loadNibNamed_owner(const std::string& name, const Id& owner) const {
+    const std::string file = "interface/" + name + ".plist";
+    const auto report = [&file](const std::string& what) {
+        NSLog("Interface file '" + file + "': " + what);
+        return false;
+    };
+    const std::optional<std::string> path = pathForResource_ofType(file, "");
+    if (!path) return report("it is missing");
+    std::optional<NSDictionary> contents = dictionaryWithContentsOfFile(resourceFiles(), *path);
+    if (!contents) return report("it cannot be read");
+    InterfaceFile interface(std::move(*contents), [this](const std::string& english) {
+        return localizedStringForKey_value_table(english);
+    });
+    InterfaceFile::Error error;
+    if (!interface.load(owner, error)) return report(error.place + ": " + error.reason);
+    return true;
+}
+
+}  // namespace velmora

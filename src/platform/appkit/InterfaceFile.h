@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/foundation/PropertyList.h"
+#include "platform/runtime/NSObject.h"
+
+namespace velmora {
+
+class NSMenu;
+class NSMenuItem;
+
+/// Makes the objects that an interface file describes. The file is a property list:
+///
+///     { objects = { NAME = { class = NSMenu; title = "…"; items = ( … ); }; … };
+///       outlets = { OUTLET = NAME; … }; }
+///
+/// An item of a menu is { title; action; keyEquivalent; submenu = NAME; } or { separator = YES; }.
+/// Titles are keys of the text tables. Actions go to the owner. An outlet is set by the owner's
+/// method set<Outlet>: (`void(const Id&)`).
+class InterfaceFile {
+public:
+    /// `place` names what is wrong by its keys, as in objects.vmMenu.items[2].action.
+    struct Error {
+        std::string place;
+        std::string reason;
+    };
+    using Localize = std::function<std::string(const std::string&)>;
+
+    InterfaceFile(NSDictionary contents, Localize localize);
+
+    /// Makes all objects, then connects the outlets. On an error nothing is connected.
+    bool load(const Id& owner, Error& error);
+
+private:
+    bool makeObject(const std::string& name, Error& error);
+    std::shared_ptr<NSMenu> makeMenu(const NSDictionary& description, const std::string& place,
+                                     Error& error);
+    std::shared_ptr<NSMenuItem> makeItem(const NSDictionary& description, const std::string& place,
+                                         Error& error);
+    bool connectOutlets(Error& error);
+
+    NSDictionary contents_;
+    Localize localize_;
+    Id owner_;
+    std::map<std::string, Id> objects_;
+};
+
+}  // namespace velmora
