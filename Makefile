@@ -4,6 +4,8 @@ PREFIX ?= /usr/local
 DESTDIR ?=
 FUZZ_SECONDS ?= 60
 JOBS ?= $(shell nproc)
+# The Python that Debian installs its modules for, before any other on the path.
+PYTHON ?= $(firstword $(wildcard /usr/bin/python3) python3)
 CTEST = ctest --output-on-failure
 
 .DEFAULT_GOAL := build
@@ -21,7 +23,7 @@ build: ready ## build the release: the tool, both plug-ins and the tests, into b
 	cmake --build --preset release -j $(JOBS)
 
 demo: build ## draw strokes in a real application, and see what they do
-	tools/demo
+	$(PYTHON) tools/demo
 
 test: build ## the headless suite and a short pass over real applications
 	$(CTEST) --test-dir build -j $(JOBS) -LE desktop --no-tests=error
