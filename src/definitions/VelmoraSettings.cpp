@@ -26,8 +26,8 @@ void VelmoraSettings::initWithContentsOfFile_forceGlobal(const std::optional<std
     settings_.reserve(array->size());
     for (PropertyList& element : *array) {
         if (NSDictionary* dictionary = element.dictionary()) {
-            settings_.push_back(VelmoraSetting::newWithDictionary_forceGlobal(
-                std::move(*dictionary), forceGlobal));
+            settings_.push_back(
+                VelmoraSetting::newWithDictionary_forceGlobal(std::move(*dictionary), forceGlobal));
         }
     }
 }

@@ -8,7 +8,8 @@ namespace velmora {
 class NSMenuItem;
 
 /// Menu item paths: the titles of the menus that hold an item, from the outermost submenu down, and
-/// the item's own title, joined by "/". The outermost menu adds nothing. Paths are compared exactly.
+/// the item's own title, joined by "/". The outermost menu adds nothing. Paths are compared
+/// exactly.
 class VelmoraUtils {
 public:
     static std::string menuItemPathFor(const NSMenuItem& item);

@@ -58,8 +58,7 @@ bool InterfaceFile::makeObject(const std::string& name, Error& error) {
         return fail(error, "objects." + name, "it holds itself");
     }
     const std::string place = "objects." + name;
-    const PropertyList* value =
-        contents_.objectForKey("objects")->dictionary()->objectForKey(name);
+    const PropertyList* value = contents_.objectForKey("objects")->dictionary()->objectForKey(name);
     const NSDictionary* description = value ? value->dictionary() : nullptr;
     if (!description) return fail(error, place, "no such object");
     objects_[name] = nullptr;

@@ -55,8 +55,8 @@ NSEventRef NSApplication::nextEventMatchingMask_untilDate_inMode_dequeue(std::ui
                                                                          Time until,
                                                                          RunLoopMode mode,
                                                                          bool dequeue) {
-    return message<NSEventRef(std::uint32_t, Time, RunLoopMode, bool)>(
-        *this, nextEventSelector(), mask, until, mode, dequeue);
+    return message<NSEventRef(std::uint32_t, Time, RunLoopMode, bool)>(*this, nextEventSelector(),
+                                                                       mask, until, mode, dequeue);
 }
 
 NSEventRef NSApplication::nextEventImplementation(std::uint32_t mask, Time until, RunLoopMode mode,

@@ -29,7 +29,8 @@ public:
 
     /// The next event of a type in the mask (bit number = type), or null when none came before the
     /// deadline. Runs the due timers of the mode first and while it waits, unless the deadline is
-    /// distantPast. Without dequeuing, the event stays in the queue. The message `nextEventMatchingMask:untilDate:inMode:dequeue:`.
+    /// distantPast. Without dequeuing, the event stays in the queue. The message
+    /// `nextEventMatchingMask:untilDate:inMode:dequeue:`.
     NSEventRef nextEventMatchingMask_untilDate_inMode_dequeue(std::uint32_t mask, Time until,
                                                               RunLoopMode mode, bool dequeue);
 

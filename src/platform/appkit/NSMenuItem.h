@@ -22,9 +22,8 @@ public:
     NSMenuItem(std::string title, Selector action, std::string keyEquivalent);
     ~NSMenuItem() override;
 
-    static std::shared_ptr<NSMenuItem>
-    initWithTitle_action_keyEquivalent(std::string title, Selector action,
-                                       std::string keyEquivalent);
+    static std::shared_ptr<NSMenuItem> initWithTitle_action_keyEquivalent(
+        std::string title, Selector action, std::string keyEquivalent);
     static std::shared_ptr<NSMenuItem> separatorItem();
 
     const std::string& title() const { return title_; }

@@ -43,7 +43,7 @@ public:
     T& operator*() { return value_; }
     const T& operator*() const { return value_; }
     auto operator->() {
-        if constexpr (requires(T& v) { v.operator->(); }) {
+        if constexpr (requires(T & v) { v.operator->(); }) {
             return value_.operator->();
         } else if constexpr (std::is_pointer_v<T>) {
             return value_;

@@ -29,7 +29,11 @@ private:
 };
 
 /// The platform's two spellings of the same.
-inline Selector NSSelectorFromString(std::string_view name) { return Selector::named(name); }
-inline const std::string& NSStringFromSelector(Selector selector) { return selector.name(); }
+inline Selector NSSelectorFromString(std::string_view name) {
+    return Selector::named(name);
+}
+inline const std::string& NSStringFromSelector(Selector selector) {
+    return selector.name();
+}
 
 }  // namespace velmora

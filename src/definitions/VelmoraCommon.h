@@ -1,0 +1,92 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "definitions/VelmoraSetting.h"
+#include "definitions/VelmoraSettings.h"
+#include "platform/appkit/NSMenu.h"
+#include "platform/foundation/FileSystem.h"
+#include "platform/foundation/NSRunLoop.h"
+
+namespace velmora {
+
+/// The base of the components: a definition list with its two files, the look-up of menu items, and
+/// the running of one on a later pass of the run loop. A component supplies its name and, where it
+/// needs to, what activating its definitions means.
+///
+/// The application's own file holds all its records; the shared file holds the global ones of all
+/// applications and is merged at start and whenever the application becomes active.
+class VelmoraCommon : public NSObject {
+public:
+    static Class& classObject();
+    Class& isa() const override { return classObject(); }
+
+    /// Reads the own file and merges the shared one. Call it once, before anything else.
+    virtual void init();
+
+    /// The name of which both file names are made.
+    virtual std::string componentName();
+
+    std::string globalSettingsFileName();
+    std::string appSpecificSettingsFileName();
+
+    /// Merges the shared file if it changed since the last time: global records that it no longer
+    /// holds leave the list, new ones join its end. True when records joined.
+    bool mixinGlobals();
+
+    /// mixinGlobals, then globalsChanged when records joined.
+    void checkGlobals();
+
+    /// The first definition with exactly that trigger, or null; null for no or an empty trigger.
+    virtual VelmoraSettingRef findTrigger(const std::optional<std::string>& trigger);
+
+    /// Saves, drops the list's backup and activates the definitions.
+    void storeAndActivateSettings();
+
+    /// Writes the own file, and the shared one when an edit touched it.
+    void save();
+    void saveLocal();
+    void saveGlobal();
+
+    /// Applies the definitions to the running application; the base has nothing to do.
+    virtual void activateSettings() {}
+    /// Reacts to shared records that have joined; the base has nothing to do.
+    virtual void globalsChanged() {}
+
+    const std::shared_ptr<VelmoraSettings>& settings() const { return settings_; }
+
+    /// The item of the main menu with the definition's path, else the only one with its action,
+    /// else null. Menus that are filled on demand are searched as they are: see updateMenu.
+    NSMenuItemRef findMenuItem(const VelmoraSetting& definition);
+
+    /// Walks a menu depth first for the path, and records on the way which items have the action
+    /// (the null selector: none).
+    NSMenuItemRef findSelector_inMenu_path(Selector wanted, NSMenu& menu, const std::string& path);
+
+    /// Has every menu of the main menu fill and refresh its items. A nested call does nothing.
+    void updateMenu();
+    void updateMenu(NSMenu& menu);
+
+    /// The path of an item. The reference is good until the next call.
+    const std::string& pathFor(const NSMenuItem& item);
+
+    /// Runs the item on a later pass of the run loop in its default mode.
+    void executeMenuItemLater(const NSMenuItemRef& item);
+    void delayedMenuItemExecution(const NSTimerRef& timer);
+
+protected:
+    /// The first leaf of the current look-up with the wanted action, and whether it is the only
+    /// one.
+    NSMenuItem* weakMatch = nullptr;
+    bool weakMatchUnique = true;
+
+private:
+    std::optional<NSDate> timeStamp_;
+    std::shared_ptr<VelmoraSettings> settings_;
+    bool updatingMenu_ = false;
+    std::string path_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,195 @@
+#include "gestures/VelmoraMouseHandling.h"
+
+#include "gestures/VelmoraGestures.h"
+#include "host/VelmoraApplicationAdditions.h"
+#include "host/_QZ_EX.h"
+#include "images/VelmoraImageFactory.h"
+#include "platform/Desktop.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSWorkspace.h"
+#include "platform/runtime/Class.h"
+#include "preferences/VelmoraActivation.h"
+
+namespace velmora {
+
+ProcessWide<std::shared_ptr<VelmoraMouseHandling>> VelmoraMouseHandler;
+ProcessWide<NSPoint> VelmoraGestureStartPoint;
+
+namespace {
+
+constexpr NSTimeInterval samplingInterval = 0.01;
+constexpr int millisecondsPerTick = 10;
+constexpr int lettersAtMost = 29;
+
+char letterFor(std::int64_t dx, std::int64_t dy) {
+    if (std::abs(dx) < std::abs(dy)) return dy >= 0 ? 'u' : 'd';
+    return dx >= 0 ? 'r' : 'l';
+}
+
+}  // namespace
+
+Class& VelmoraMouseHandling::classObject() {
+    static auto* object =
+        &(new Class("VelmoraMouseHandling", &NSObject::classObject()))
+             ->makes<VelmoraMouseHandling>()
+             .method<&VelmoraMouseHandling::activate>("activate")
+             .method<&VelmoraMouseHandling::doGesture_triggerEvent>("doGesture:triggerEvent:")
+             .method<&VelmoraMouseHandling::gestureTimerFired>("gestureTimerFired:");
+    return *object;
+}
+
+namespace {
+
+/// Known by its name before anything of this file is called.
+[[maybe_unused]] const Class& registered = VelmoraMouseHandling::classObject();
+
+}  // namespace
+
+void VelmoraMouseHandling::activate() {
+    VelmoraMouseHandler = std::static_pointer_cast<VelmoraMouseHandling>(shared_from_this());
+    Class& application = NSApplication::classObject();
+    _XIM2_with(application, Selector::named("sendEvent:"), Selector::named("velmoraSendEvent:"));
+    _XIM2_with(application, Selector::named("nextEventMatchingMask:untilDate:inMode:dequeue:"),
+               Selector::named("dravikNextEventMatchingMask:untilDate:inMode:dequeue:"));
+    _XIM2_with(NSMenu::classObject(), Selector::named("performActionForItemAtIndex:"),
+               Selector::named("velmoraPerformActionForItemAtIndex:"));
+}
+
+NSEventRef VelmoraMouseHandling::doGesture_triggerEvent(const NSEventRef& event,
+                                                        const NSEventRef& /*trigger*/) {
+    const bool modifiersOnly = VelmoraMouseButton[*VelmoraIndex] == -1;
+    const NSEventRef started = event;
+    velmoraGesturesCursor_ = VelmoraImageFactory::cursor();
+    startGesture();
+    NSEventRef next;
+    while (gestureLoopActive_) {
+        next = NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(
+            NSAnyEventMask, desktop().now() + timeFromInterval(samplingInterval),
+            NSDefaultRunLoopMode, true);
+        // When a sample has ended the capture within this wait, the event is no part of it: it
+        // only goes to the host, as the result.
+        if (!next || !gestureLoopActive_) continue;
+        if (modifiersOnly) {
+            handleWithModifiersOnly(next, started);
+        } else {
+            handleWithButton(next);
+        }
+    }
+    if (!hadGesture_) passEventOn(started);
+    return next;
+}
+
+void VelmoraMouseHandling::handleWithButton(const NSEventRef& next) {
+    switch (next->type()) {
+        case NSLeftMouseDown:
+        case NSRightMouseDown:
+        case NSOtherMouseDown:
+        case NSKeyDown:
+        case NSKeyUp: abortGesture(); break;
+        case NSLeftMouseUp:
+        case NSRightMouseUp:
+        case NSOtherMouseUp: endGesture(); break;
+        case NSLeftMouseDragged:
+        case NSRightMouseDragged:
+        case NSOtherMouseDragged: break;
+        default: passEventOn(next);
+    }
+}
+
+void VelmoraMouseHandling::handleWithModifiersOnly(const NSEventRef& next,
+                                                   const NSEventRef& started) {
+    switch (next->type()) {
+        case NSLeftMouseDown:
+        case NSLeftMouseUp:
+        case NSRightMouseDown:
+        case NSRightMouseUp:
+        case NSLeftMouseDragged:
+        case NSRightMouseDragged:
+        case NSKeyDown:
+        case NSKeyUp:
+        case NSOtherMouseDown:
+        case NSOtherMouseUp:
+        case NSOtherMouseDragged: abortGesture(); break;
+        case NSFlagsChanged:
+            if ((next->modifierFlags() & VelmoraModifierMask) <
+                (started->modifierFlags() & VelmoraModifierMask)) {
+                endGesture();
+            } else {
+                abortGesture();
+            }
+            break;
+        default: passEventOn(next);
+    }
+}
+
+void VelmoraMouseHandling::startGesture() {
+    const NSPoint location = NSEvent::mouseLocation();
+    VelmoraGestureStartPoint = location;
+    if (velmoraGesturesCursor_) velmoraGesturesCursor_->push();
+    gestureLoopActive_ = true;
+    gestureTimer_ = NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+        samplingInterval, shared_from_this(), Selector::named("gestureTimerFired:"), nullptr, true);
+    lastMX_ = static_cast<std::int32_t>(location.x);
+    lastMY_ = static_cast<std::int32_t>(location.y);
+    gestureTicks_ = 0;
+    gestureIdx_ = 0;
+    gestureString_[0] = 0;
+    gestureString_[1] = 0;
+    hadGesture_ = false;
+}
+
+void VelmoraMouseHandling::gestureTimerFired(const NSTimerRef& /*timer*/) {
+    ++gestureTicks_;
+    if (std::int64_t{gestureTicks_} * millisecondsPerTick > *VelmoraGestureTimeout) {
+        abortGesture();
+    } else {
+        addToGesture();
+    }
+}
+
+void VelmoraMouseHandling::addToGesture() {
+    const NSPoint location = NSEvent::mouseLocation();
+    const auto x = static_cast<std::int32_t>(location.x);
+    const auto y = static_cast<std::int32_t>(location.y);
+    const std::int64_t dx = std::int64_t{x} - lastMX_;
+    const std::int64_t dy = std::int64_t{y} - lastMY_;
+    if (dx * dx + dy * dy <= *VelmoraGestureSize) return;
+    gestureTicks_ = 0;
+    if (gestureIdx_ >= lettersAtMost) {
+        NSBeep();
+        abortGesture();
+        return;
+    }
+    const char letter = letterFor(dx, dy);
+    const auto last = static_cast<std::size_t>(gestureIdx_);
+    if (gestureString_[last] != letter) {
+        gestureString_[last + 1] = letter;
+        gestureString_[last + 2] = 0;
+        ++gestureIdx_;
+    }
+    lastMX_ = x;
+    lastMY_ = y;
+}
+
+void VelmoraMouseHandling::endGesture() {
+    leaveLoop();
+    if (gestureIdx_ != 0) hadGesture_ = true;
+    const std::shared_ptr<VelmoraGestures> gestures = VelmoraGestures::activeInstance();
+    if (hadGesture_ && gestures) {
+        gestures->processGesture_makeKey(std::string(&gestureString_[1]), *VelmoraGestureMakesKey);
+    }
+}
+
+void VelmoraMouseHandling::abortGesture() {
+    leaveLoop();
+}
+
+void VelmoraMouseHandling::leaveLoop() {
+    gestureLoopActive_ = false;
+    if (gestureTimer_) gestureTimer_->invalidate();
+    gestureTimer_ = nullptr;
+    if (velmoraGesturesCursor_) NSCursor::pop();
+    velmoraGesturesCursor_ = nullptr;
+}
+
+}  // namespace velmora

@@ -1,0 +1,134 @@
+#include "host/Velmora.h"
+
+#include <algorithm>
+
+#include "definitions/VelmoraSettingsDirectory.h"
+#include "host/ProductAddresses.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSWorkspace.h"
+#include "platform/foundation/NSBundle.h"
+#include "platform/runtime/Class.h"
+
+namespace velmora {
+
+namespace {
+
+const LoadHook loadHook(&Velmora::load);
+
+ProcessWide<std::shared_ptr<Velmora>> shared;
+
+constexpr const char* itemTitle = "Velmora";
+
+/// Where the item goes: after a new separator in front of the second separator from the end or,
+/// where there is none after the first item, before the last of the first four items.
+int makePlaceInMenu(NSMenu& menu) {
+    int index = menu.numberOfItems();
+    int separators = 0;
+    while (index > 0 && separators < 2) {
+        --index;
+        if (menu.itemAtIndex(index)->isSeparatorItem()) ++separators;
+    }
+    if (index > 0) {
+        menu.insertItem_atIndex(NSMenuItem::separatorItem(), index);
+        return index + 1;
+    }
+    return std::max(0, std::min(menu.numberOfItems(), 4) - 1);
+}
+
+}  // namespace
+
+Class& Velmora::classObject() {
+    static auto* object =
+        &(new Class("Velmora", &NSObject::classObject()))
+             ->classMethod<&Velmora::applicationDidFinishLaunch>("applicationDidFinishLaunch:")
+             .method<&Velmora::applicationDidBecomeActive>("applicationDidBecomeActive:")
+             .method<&Velmora::applicationDidShowMainMenu>("applicationDidShowMainMenu:")
+             .method<&Velmora::setVmMenu>("setVmMenu:")
+             .method<&Velmora::showHelp>("showHelp:")
+             .method<&Velmora::gotoHome>("gotoHome:")
+             .method<&Velmora::gotoKorvane>("gotoKorvane:");
+    return *object;
+}
+
+void Velmora::load() {
+    NSNotificationCenter::defaultCenter().addObserver_selector_name_object(
+        classObject().asObject(), Selector::named("applicationDidFinishLaunch:"),
+        NSApplicationDidFinishLaunchingNotification, &NSApp());
+}
+
+void Velmora::applicationDidFinishLaunch(const NSNotification& /*notification*/) {
+    if (NSApp().mainMenu()) sharedInstance();
+}
+
+std::shared_ptr<Velmora> Velmora::sharedInstance() {
+    if (!*shared) {
+        shared = std::make_shared<Velmora>();
+        (*shared)->init();
+    }
+    return *shared;
+}
+
+std::string Velmora::settingsDirectory() {
+    return velmora::settingsDirectory();
+}
+
+void Velmora::init() {
+    NSMenuItemRef item;
+    const Id self = shared_from_this();
+    const NSMenuRef mainMenu = NSApp().mainMenu();
+    if (NSBundle::bundleForClass().loadNibNamed_owner("Velmora", self) && vmMenu_ && mainMenu) {
+        vmMenu_->setTitle(itemTitle);
+        item = installInMainMenu(*mainMenu);
+    }
+    gestures_ = std::make_shared<VelmoraGestures>();
+    gestures_->init();
+    defaults_ = std::make_shared<VelmoraDefaults>();
+    defaults_->initForMenuItem(item);
+
+    NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
+    center.addObserver_selector_name_object(self, Selector::named("applicationDidBecomeActive:"),
+                                            NSApplicationDidBecomeActiveNotification, nullptr);
+    center.addObserver_selector_name_object(self, Selector::named("applicationDidShowMainMenu:"),
+                                            NSApplicationDidShowMainMenuNotification, nullptr);
+}
+
+NSMenuItemRef Velmora::installInMainMenu(NSMenu& mainMenu) {
+    const NSMenuItemRef& first = mainMenu.itemAtIndex(0);
+    const NSMenuRef applicationMenu = first ? first->submenu() : nullptr;
+    if (!applicationMenu) return nullptr;
+    NSMenuItemRef item = NSMenuItem::initWithTitle_action_keyEquivalent(itemTitle, Selector(), "");
+    const int index = makePlaceInMenu(*applicationMenu);
+    item->setSubmenu(vmMenu_);
+    applicationMenu->insertItem_atIndex(item, index);
+    return item;
+}
+
+void Velmora::applicationDidBecomeActive(const NSNotification& /*notification*/) {
+    defaults_->checkDefaults();
+    gestures_->checkGlobals();
+}
+
+void Velmora::applicationDidShowMainMenu(const NSNotification& notification) {
+    auto* mainMenu = dynamic_cast<NSMenu*>(notification.object);
+    if (mainMenu && vmMenu_) installInMainMenu(*mainMenu);
+}
+
+void Velmora::setVmMenu(const Id& menu) {
+    vmMenu_ = std::dynamic_pointer_cast<NSMenu>(menu);
+}
+
+void Velmora::showHelp(const Id& /*sender*/) {
+    const auto manual = NSBundle::bundleForClass().pathForResource_ofType("Manual", "");
+    if (!manual) return;
+    NSWorkspace::sharedWorkspace().openURL(fileURLWithPath(*manual + "/index.html"));
+}
+
+void Velmora::gotoHome(const Id& /*sender*/) {
+    NSWorkspace::sharedWorkspace().openURL(std::string(productHomePage));
+}
+
+void Velmora::gotoKorvane(const Id& /*sender*/) {
+    NSWorkspace::sharedWorkspace().openURL(std::string(makerHomePage));
+}
+
+}  // namespace velmora

@@ -1,0 +1,102 @@
+#include "host/VelmoraApplicationAdditions.h"
+
+#include "gestures/VelmoraMouseHandling.h"
+#include "platform/runtime/Class.h"
+#include "preferences/VelmoraActivation.h"
+
+namespace velmora {
+
+ProcessWide<NSEventRef> DravikRealEvent;
+ProcessWide<std::int32_t> VelmoraIndex;
+
+namespace {
+
+const Category category(NSApplication::classObject(),
+                        {methodFor<&velmoraSendEvent>("velmoraSendEvent:"),
+                         methodFor<&dravikNextEventMatchingMask_untilDate_inMode_dequeue>(
+                             "dravikNextEventMatchingMask:untilDate:inMode:dequeue:"),
+                         methodFor<&velmoraGestureStartPoint>("velmoraGestureStartPoint")});
+
+/// After the exchange, the host's own dispatch answers to our name.
+void passOn(NSApplication& application, const NSEventRef& event) {
+    static const Selector selector = Selector::named("velmoraSendEvent:");
+    message<void(const NSEventRef&)>(application, selector, event);
+}
+
+/// Leaves VelmoraIndex at the first entry of that button and these modifiers, or at the end. False
+/// at the end.
+bool scanEntries(std::int32_t button, std::uint32_t modifiers) {
+    for (VelmoraIndex = 0; VelmoraActions[*VelmoraIndex]; ++*VelmoraIndex) {
+        if (VelmoraMouseButton[*VelmoraIndex] == button &&
+            VelmoraModifiers[*VelmoraIndex] == modifiers) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Sends the matched entry's action and passes on what it returns. An entry whose action the mouse
+/// handling does not have is as good as none.
+void sendAction(NSApplication& application, NSEventRef resolved, const NSEventRef& given) {
+    const std::shared_ptr<VelmoraMouseHandling> handler = *VelmoraMouseHandler;
+    const Selector action = VelmoraActions[*VelmoraIndex];
+    if (!handler || !handler->respondsToSelector(action)) {
+        passOn(application, given);
+        return;
+    }
+    const NSEventRef result = message<NSEventRef(const NSEventRef&, const NSEventRef&)>(
+        *handler, action, resolved, given);
+    if (result) passOn(application, result);
+}
+
+}  // namespace
+
+void velmoraSendEvent(NSApplication& application, const NSEventRef& given) {
+    if (!given) return;
+    // The event as it was fetched: types, flags and buttons are read from it, while it is always
+    // the given one that is passed on.
+    const NSEventRef& real = *DravikRealEvent;
+    const bool isReal =
+        real && isMouseEventType(given->type()) && given->eventNumber() == real->eventNumber();
+    const NSEventRef& event = isReal ? real : given;
+    const std::uint32_t modifiers = event->modifierFlags() & VelmoraModifierMask;
+    switch (event->type()) {
+        case NSFlagsChanged:
+            if (scanEntries(-1, modifiers)) {
+                sendAction(application, event, given);
+                return;
+            }
+            break;
+        case NSLeftMouseDown:
+        case NSRightMouseDown:
+        case NSOtherMouseDown:
+            if (scanEntries(event->buttonNumber(), modifiers)) {
+                sendAction(application, event, given);
+                return;
+            }
+            break;
+        default: break;
+    }
+    passOn(application, given);
+}
+
+NSEventRef dravikNextEventMatchingMask_untilDate_inMode_dequeue(NSApplication& application,
+                                                                std::uint32_t mask, Time until,
+                                                                RunLoopMode mode, bool dequeue) {
+    static const Selector platformFetch =
+        Selector::named("dravikNextEventMatchingMask:untilDate:inMode:dequeue:");
+    NSEventRef event = message<NSEventRef(std::uint32_t, Time, RunLoopMode, bool)>(
+        application, platformFetch, mask, until, mode, dequeue);
+    DravikRealEvent = event && isMouseEventType(event->type()) ? event->copy() : nullptr;
+    return event;
+}
+
+NSPoint velmoraGestureStartPoint(NSApplication& /*application*/) {
+    return *VelmoraGestureStartPoint;
+}
+
+void passEventOn(const NSEventRef& event) {
+    if (event) passOn(NSApp(), event);
+}
+
+}  // namespace velmora

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/appkit/NSApplication.h"
+#include "platform/runtime/ProcessWide.h"
+
+namespace velmora {
+
+/// A copy of the mouse event that the last fetch returned; null when that was no mouse event, or
+/// none.
+extern ProcessWide<NSEventRef> DravikRealEvent;
+
+/// The activation entry that the last scan matched, or the end of the entries. The called action
+/// reads it.
+extern ProcessWide<std::int32_t> VelmoraIndex;
+
+/// The event router: exchanged with `sendEvent:`, so that every event of the host passes it. Hands
+/// presses and modifier changes that match an activation entry to the mouse handling and all others
+/// on to the host.
+void velmoraSendEvent(NSApplication& application, const NSEventRef& event);
+
+/// The fetch hook: exchanged with `nextEventMatchingMask:untilDate:inMode:dequeue:`. Keeps a copy
+/// of each mouse event as the queue delivered it.
+NSEventRef dravikNextEventMatchingMask_untilDate_inMode_dequeue(NSApplication& application,
+                                                                std::uint32_t mask, Time until,
+                                                                RunLoopMode mode, bool dequeue);
+
+/// Where the current or last gesture began, in screen coordinates.
+NSPoint velmoraGestureStartPoint(NSApplication& application);
+
+/// Hands an event to the host's own dispatch; null is nothing to do.
+void passEventOn(const NSEventRef& event);
+
+}  // namespace velmora

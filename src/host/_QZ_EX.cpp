@@ -1,0 +1,23 @@
+#include "host/_QZ_EX.h"
+
+#include <utility>
+
+#include "platform/foundation/NSLog.h"
+
+namespace velmora {
+
+Class& _XIM2_with(Class& receiver, Selector a, Selector b) {
+    const Method* first = receiver.class_getInstanceMethod(a);
+    const Method* second = receiver.class_getInstanceMethod(b);
+    if (!first || !second || first->signature != second->signature) {
+        NSLog(receiver.name() + " cannot exchange '" + a.name() + "' and '" + b.name() + "'");
+        return receiver;
+    }
+    std::vector<Method> methods{*first, *second};
+    receiver.class_removeMethods(methods);
+    std::swap(methods[0].implementation, methods[1].implementation);
+    receiver.class_addMethods(methods);
+    return receiver;
+}
+
+}  // namespace velmora
