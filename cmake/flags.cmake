@@ -15,7 +15,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Woverloaded-virtual
                     -Wextra-semi -Wundef -Wformat=2 -Wimplicit-fallthrough -Wfloat-conversion)
 if(VELMORA_WERROR)
     add_compile_options(-Werror)
