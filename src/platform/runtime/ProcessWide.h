@@ -16,7 +16,7 @@ public:
 
 protected:
     ProcessWideBase();
-    ~ProcessWideBase() = default;
+    virtual ~ProcessWideBase() = default;
 
 private:
     friend class ProcessImage;
@@ -25,13 +25,17 @@ private:
 };
 
 /// A value of which each host process has one: a global. A plain variable to those who use it; what
-/// it adds is that a ProcessImage can put it aside, so that one test can hold several hosts.
+/// it adds is that a ProcessImage can put it aside, so that one test can hold several hosts. It is
+/// never destroyed: what it holds lives until the process ends, and a host that is leaving has
+/// taken down by then what the value's destructor would ask for.
 template <class T>
 class ProcessWide final : public ProcessWideBase {
 public:
     ProcessWide() : makeValue_([] { return T(); }), value_() {}
     explicit ProcessWide(T initial)
         : makeValue_([initial] { return initial; }), value_(std::move(initial)) {}
+
+    ~ProcessWide() override {}
 
     ProcessWide& operator=(T value) {
         value_ = std::move(value);
@@ -62,7 +66,9 @@ private:
     void exchangeWith(void* stored) override { std::swap(value_, *static_cast<T*>(stored)); }
 
     std::function<T()> makeValue_;
-    T value_;
+    union {
+        T value_;
+    };
 };
 
 /// The process-wide values of one process that is not the current one. A new image holds the values
