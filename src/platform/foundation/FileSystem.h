@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -29,15 +30,15 @@ public:
     /// The modification date of what stands at the path itself: a symbolic link is not followed.
     virtual std::optional<NSDate> modificationDate(const std::string& path) = 0;
 
-    /// The whole contents of a regular file, or nothing. A file larger than `limit` bytes counts
-    /// as unreadable.
+    /// The whole contents of a regular file, or nothing; what else stands at the path (a pipe, a
+    /// device) is not waited for. A file larger than `limit` bytes counts as unreadable.
     virtual std::optional<std::string> contentsOfFile(const std::string& path,
                                                       std::size_t limit = 256U << 20U) = 0;
 
     /// Replaces the file as a whole: a reader sees the old contents or the new ones, never a part.
     /// An existing file's mode is kept. When a symbolic link stands at the path, the file that it
-    /// points to is replaced and the link stays. False on failure: the old file is then unchanged
-    /// and nothing is left lying about.
+    /// points to is replaced, or made, and the link stays. False on failure: the old file is then
+    /// unchanged and nothing is left lying about.
     virtual bool writeAtomically(const std::string& path, const std::string& contents) = 0;
 
     /// Renames, replacing what stands at the new name.

@@ -15,7 +15,8 @@ class NSObject;
 class NSBundle {
 public:
     /// `directory` holds the resources; `languages` are the user's, most wanted first ("de",
-    /// "en_GB"). Languages without a table are passed over; with none left texts stay English.
+    /// "en_GB"). For "de_DE" the table of that name serves, then that of "de". Languages without a
+    /// readable table are passed over; from English on, or with none left, texts stay English.
     NSBundle(std::string directory, std::vector<std::string> languages);
 
     /// The bundle that holds the system's own classes, made for the process's desktop on first use.
@@ -43,11 +44,12 @@ public:
     bool loadNibNamed_owner(const std::string& name, const std::shared_ptr<NSObject>& owner) const;
 
 private:
-    const std::map<std::string, std::string, std::less<>>& strings(const std::string& table) const;
+    using Strings = std::map<std::string, std::string>;
+    const Strings& strings(const std::string& table) const;
 
     std::string directory_;
     std::vector<std::string> languages_;
-    mutable std::map<std::string, std::map<std::string, std::string, std::less<>>> tables_;
+    mutable std::map<std::string, Strings> tables_;  // as they are asked for
 };
 
 /// The text in the user's language, from the plug-in's own table.

@@ -30,6 +30,7 @@ public:
 
     /// The value of the first entry with this key, or null.
     const PropertyList* objectForKey(std::string_view key) const;
+    PropertyList* objectForKey(std::string_view key);
 
     /// Replaces the value of the key, or appends the entry.
     void setObject_forKey(PropertyList value, std::string key);
@@ -47,6 +48,8 @@ public:
     bool operator==(const NSDictionary& other) const;
 
 private:
+    bool hasUniqueKeysAtAGlance() const;
+
     std::vector<Entry> entries_;
 };
 
@@ -77,6 +80,7 @@ public:
 
     /// The value when it is of that type, else null.
     const std::string* string() const { return std::get_if<std::string>(&value_); }
+    std::string* string() { return std::get_if<std::string>(&value_); }
     const bool* boolean() const { return std::get_if<bool>(&value_); }
     const std::int64_t* integer() const { return std::get_if<std::int64_t>(&value_); }
     const double* real() const { return std::get_if<double>(&value_); }

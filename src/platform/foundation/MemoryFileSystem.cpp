@@ -1,0 +1,134 @@
+#include "platform/foundation/MemoryFileSystem.h"
+
+#include <utility>
+
+namespace velmora {
+
+namespace {
+
+/// The key of the path: single slashes, none at the end.
+std::string normal(const std::string& path) {
+    std::string result;
+    for (const char c : path) {
+        if (c != '/' || result.empty() || result.back() != '/') result += c;
+    }
+    if (!result.empty() && result.back() == '/') result.pop_back();
+    return result;
+}
+
+std::string parentOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? std::string() : path.substr(0, slash);
+}
+
+bool isInside(const std::string& path, const std::string& folder) {
+    return path.size() > folder.size() && path.compare(0, folder.size(), folder) == 0 &&
+           path[folder.size()] == '/';
+}
+
+}  // namespace
+
+MemoryFileSystem::MemoryFileSystem(std::function<NSDate()> clock) : clock_(std::move(clock)) {
+    if (!clock_) clock_ = [date = NSDate()]() mutable { return NSDate{++date.nanoseconds}; };
+    items_[""] = {true, {}, {}};
+}
+
+MemoryFileSystem::Item* MemoryFileSystem::find(const std::string& path) {
+    const auto found = items_.find(normal(path));
+    return found == items_.end() ? nullptr : &found->second;
+}
+
+bool MemoryFileSystem::parentExists(const std::string& path) {
+    const Item* parent = find(parentOf(normal(path)));
+    return parent && parent->isFolder;
+}
+
+bool MemoryFileSystem::isEmptyFolder(const std::string& path) const {
+    // "/" sorts before whatever may follow the folder's name in a path inside it.
+    const auto next = items_.lower_bound(path + "/");
+    return next == items_.end() || !isInside(next->first, path);
+}
+
+bool MemoryFileSystem::fileExistsAtPath(const std::string& path) {
+    return find(path) != nullptr;
+}
+
+bool MemoryFileSystem::createDirectoryAtPath(const std::string& path) {
+    if (find(path) || !parentExists(path)) return false;
+    items_[normal(path)] = {true, {}, clock_()};
+    return true;
+}
+
+void MemoryFileSystem::createDirectories(const std::string& path) {
+    if (find(path)) return;
+    createDirectories(parentOf(normal(path)));
+    createDirectoryAtPath(path);
+}
+
+std::optional<NSDate> MemoryFileSystem::modificationDate(const std::string& path) {
+    const Item* item = find(path);
+    if (!item) return std::nullopt;
+    return item->date;
+}
+
+bool MemoryFileSystem::setModificationDate(const std::string& path, NSDate date) {
+    Item* item = find(path);
+    if (item) item->date = date;
+    return item != nullptr;
+}
+
+std::optional<std::string> MemoryFileSystem::contentsOfFile(const std::string& path,
+                                                            std::size_t limit) {
+    const Item* item = find(path);
+    if (!item || item->isFolder || item->contents.size() > limit) return std::nullopt;
+    return item->contents;
+}
+
+bool MemoryFileSystem::writeAtomically(const std::string& path, const std::string& contents) {
+    const Item* item = find(path);
+    if (!parentExists(path) || (item && item->isFolder)) return false;
+    items_[normal(path)] = {false, contents, clock_()};
+    return true;
+}
+
+bool MemoryFileSystem::rename(const std::string& from, const std::string& to) {
+    const std::string source = normal(from);
+    const std::string target = normal(to);
+    const Item* moved = find(source);
+    const Item* replaced = find(target);
+    if (!moved || source.empty() || !parentExists(target) || isInside(target, source)) return false;
+    if (source == target) return true;
+    if (replaced && replaced->isFolder != moved->isFolder) return false;
+    if (replaced && replaced->isFolder && !isEmptyFolder(target)) return false;
+
+    std::map<std::string, Item> renamed;
+    for (auto item = items_.begin(); item != items_.end();) {
+        if (item->first == source || isInside(item->first, source)) {
+            renamed[target + item->first.substr(source.size())] = std::move(item->second);
+            item = items_.erase(item);
+        } else {
+            ++item;
+        }
+    }
+    items_.erase(target);
+    items_.merge(renamed);
+    return true;
+}
+
+bool MemoryFileSystem::remove(const std::string& path) {
+    const std::string key = normal(path);
+    const Item* item = find(key);
+    if (!item || key.empty() || (item->isFolder && !isEmptyFolder(key))) return false;
+    items_.erase(key);
+    return true;
+}
+
+std::vector<std::string> MemoryFileSystem::files() const {
+    std::vector<std::string> paths;
+    for (const auto& [path, item] : items_) {
+        if (!item.isFolder) paths.push_back(path);
+    }
+    return paths;
+}
+
+}  // namespace velmora

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <vector>
+
+#include "platform/foundation/FileSystem.h"
+
+namespace velmora {
+
+/// Files and folders in memory, for the headless desktop. Several processes may share one. There
+/// are no links and no modes; faults come from wrapping it.
+class MemoryFileSystem final : public FileSystem {
+public:
+    /// `clock` gives the date of what is written. Without one, time goes on by a nanosecond with
+    /// each write.
+    explicit MemoryFileSystem(std::function<NSDate()> clock = {});
+
+    bool fileExistsAtPath(const std::string& path) override;
+    bool createDirectoryAtPath(const std::string& path) override;
+    std::optional<NSDate> modificationDate(const std::string& path) override;
+    std::optional<std::string> contentsOfFile(const std::string& path, std::size_t limit) override;
+    bool writeAtomically(const std::string& path, const std::string& contents) override;
+    bool rename(const std::string& from, const std::string& to) override;
+
+    /// A folder only when it is empty.
+    bool remove(const std::string& path) override;
+
+    /// Makes the folder and those that hold it.
+    void createDirectories(const std::string& path);
+
+    /// False when nothing stands at the path.
+    bool setModificationDate(const std::string& path, NSDate date);
+
+    /// The paths of all files, sorted.
+    std::vector<std::string> files() const;
+
+private:
+    struct Item {
+        bool isFolder = false;
+        std::string contents;
+        NSDate date;
+    };
+
+    Item* find(const std::string& path);
+    bool parentExists(const std::string& path);
+    bool isEmptyFolder(const std::string& path) const;
+
+    std::function<NSDate()> clock_;
+    std::map<std::string, Item> items_;  // by path, without a slash at the end; the root is ""
+};
+
+}  // namespace velmora
