@@ -1,0 +1,169 @@
+#include "platform/headless/HeadlessDesktop.h"
+
+#include <algorithm>
+
+#include "platform/appkit/NSEvent.h"
+#include "platform/headless/HeadlessSession.h"
+#include "platform/headless/InputNames.h"
+#include "platform/headless/PngCodec.h"
+
+namespace velmora {
+
+namespace {
+
+Transcript::Kind kindOf(const NSEvent& event) {
+    switch (event.type()) {
+        case NSMouseMoved:
+        case NSLeftMouseDragged:
+        case NSRightMouseDragged:
+        case NSOtherMouseDragged: return Transcript::Kind::motion;
+        case NSFlagsChanged: return Transcript::Kind::flags;
+        default: return Transcript::Kind::event;
+    }
+}
+
+/// The enabled item of the menu or of those below it that has the key equivalent.
+NSMenuItemRef itemWithKey(const NSMenu& menu, const std::string& key, std::uint32_t modifiers) {
+    for (const NSMenuItemRef& item : menu.itemArray()) {
+        if (item->hasSubmenu()) {
+            if (NSMenuItemRef found = itemWithKey(*item->submenu(), key, modifiers)) return found;
+        } else if (item->isEnabled() && item->keyEquivalent() == key &&
+                   item->keyEquivalentModifierMask() == modifiers) {
+            return item;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+HeadlessDesktop::HeadlessDesktop(HeadlessSession& session, const HostDescription& host)
+    : session_(session),
+      processName_(host.processName),
+      languages_(host.languages),
+      commandHandler_([this](NSMenuItem& item) { commandRan(item); }) {
+    setMenuBar(host.menuBar);
+    for (const WindowDescription& window : host.windows) addWindow(window);
+}
+
+Time HeadlessDesktop::now() const {
+    return session_.clock().now();
+}
+
+void HeadlessDesktop::wait(Time deadline) {
+    session_.wait(deadline);
+}
+
+void HeadlessDesktop::record(Transcript::Kind kind, std::string text) {
+    session_.transcript().add(now(), kind, processName_, std::move(text));
+}
+
+void HeadlessDesktop::dispatchEvent(const NSEventRef& event) {
+    if (session_.transcript().isOn()) record(kindOf(*event), describeEvent(*event));
+    if (event->type() == NSKeyDown) runKeyEquivalent(*event);
+}
+
+void HeadlessDesktop::runKeyEquivalent(const NSEvent& event) {
+    if (!menuBar_) return;
+    constexpr std::uint32_t compared =
+        NSShiftKeyMask | NSControlKeyMask | NSAlternateKeyMask | NSCommandKeyMask;
+    const std::string& key = event.fields().charactersIgnoringModifiers;
+    if (key.empty()) return;
+    const NSMenuItemRef item = itemWithKey(*menuBar_, key, event.modifierFlags() & compared);
+    if (item) item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
+}
+
+void HeadlessDesktop::commandRan(NSMenuItem& item) {
+    const NSMenu* outermost = item.menu();
+    while (outermost && outermost->supermenu()) outermost = outermost->supermenu();
+    const bool inMenuBar = outermost && outermost == menuBar_.get();
+    record(Transcript::Kind::command, (inMenuBar ? "" : "Context Menu: ") + pathOfMenuItem(item));
+    if (onCommand_) onCommand_(item);
+}
+
+void HeadlessDesktop::setMenuBar(const std::optional<std::vector<ItemDescription>>& items) {
+    menuBar_ = items ? HeadlessMenu::make({}, *items, commandHandler_) : nullptr;
+}
+
+void HeadlessDesktop::addWindow(const WindowDescription& description) {
+    auto window = HeadlessWindow::make(
+        description, nextWindowNumber_, commandHandler_, [this](HeadlessWindow& key) {
+            keyWindow_ = std::static_pointer_cast<HeadlessWindow>(key.shared_from_this());
+            record(Transcript::Kind::madeKey, key.title());
+        });
+    nextWindowNumber_ += 1 + static_cast<int>(description.drawers.size());
+    if (description.key || windows_.empty()) keyWindow_ = window;
+    windows_.push_back(std::move(window));
+}
+
+std::shared_ptr<HeadlessWindow> HeadlessDesktop::windowTitled(const std::string& title) const {
+    const auto found = std::find_if(windows_.begin(), windows_.end(),
+                                    [&](const auto& window) { return window->title() == title; });
+    return found == windows_.end() ? nullptr : *found;
+}
+
+void HeadlessDesktop::focusWindow(const std::shared_ptr<HeadlessWindow>& window) {
+    const auto found = std::find(windows_.begin(), windows_.end(), window);
+    if (found == windows_.end()) return;
+    std::rotate(windows_.begin(), found, found + 1);
+    keyWindow_ = window;
+}
+
+void HeadlessDesktop::closeWindow(const HeadlessWindow& window) {
+    const bool wasKey = keyWindow_.lock().get() == &window;
+    std::erase_if(windows_, [&](const auto& w) { return w.get() == &window; });
+    if (!wasKey) return;
+    keyWindow_.reset();
+    if (!windows_.empty()) keyWindow_ = windows_.front();
+}
+
+std::vector<NSWindowRef> HeadlessDesktop::orderedWindows() {
+    return {windows_.begin(), windows_.end()};
+}
+
+NSWindowRef HeadlessDesktop::keyWindow() {
+    return active_ ? keyWindow_.lock() : nullptr;
+}
+
+NSPoint HeadlessDesktop::mouseLocation() {
+    return session_.user().location();
+}
+
+void HeadlessDesktop::showCursor(const NSCursor* cursor) {
+    showsCursor_ = cursor != nullptr;
+    record(Transcript::Kind::cursor, cursor ? "shown" : "given back");
+}
+
+std::optional<Bitmap> HeadlessDesktop::decodeImage(std::string_view bytes) {
+    return decodePng(bytes);
+}
+
+void HeadlessDesktop::openURL(const std::string& address) {
+    record(Transcript::Kind::opened, address);
+}
+
+void HeadlessDesktop::beep() {
+    record(Transcript::Kind::beep, {});
+}
+
+void HeadlessDesktop::log(const std::string& line) {
+    record(Transcript::Kind::log, line);
+}
+
+void HeadlessDesktop::trace(const std::string& line) {
+    if (traceEnabled_) record(Transcript::Kind::trace, line);
+}
+
+std::string HeadlessDesktop::homeDirectory() {
+    return session_.homeDirectory();
+}
+
+std::string HeadlessDesktop::resourceDirectory() {
+    return session_.files().resourceDirectory();
+}
+
+FileSystem& HeadlessDesktop::files() {
+    return session_.files();
+}
+
+}  // namespace velmora

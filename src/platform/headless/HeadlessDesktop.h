@@ -1,0 +1,93 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Desktop.h"
+#include "platform/headless/HeadlessMenu.h"
+#include "platform/headless/HeadlessWindow.h"
+#include "platform/headless/HostDescription.h"
+#include "platform/headless/Transcript.h"
+
+namespace velmora {
+
+class HeadlessSession;
+
+/// The desktop of one host process of a session: the host's menus and windows as described, and a
+/// record of what reached the host.
+class HeadlessDesktop final : public Desktop {
+public:
+    /// The session must outlive it. The process must be current: its menus post notifications.
+    HeadlessDesktop(HeadlessSession& session, const HostDescription& host);
+
+    // The port
+
+    Time now() const override;
+    void wait(Time deadline) override;
+    /// The session looks at the run loop itself when it leaves the process.
+    void timersChanged(std::optional<Time> /*earliest*/) override {}
+    void dispatchEvent(const std::shared_ptr<NSEvent>& event) override;
+    NSMenuRef mainMenu() override { return menuBar_; }
+    std::vector<NSWindowRef> orderedWindows() override;
+    NSWindowRef keyWindow() override;
+    NSPoint mouseLocation() override;
+    void showCursor(const NSCursor* cursor) override;
+    std::optional<Bitmap> decodeImage(std::string_view bytes) override;
+    void openURL(const std::string& address) override;
+    void beep() override;
+    void log(const std::string& line) override;
+    void trace(const std::string& line) override;
+    bool traceEnabled() const override { return traceEnabled_; }
+    std::string processName() override { return processName_; }
+    std::string homeDirectory() override;
+    std::string resourceDirectory() override;
+    std::vector<std::string> preferredLanguages() override { return languages_; }
+    FileSystem& files() override;
+
+    // The host, for whoever plays it
+
+    const std::shared_ptr<HeadlessMenu>& menuBar() const { return menuBar_; }
+    /// Takes the place of the menu bar; null leaves the host without one.
+    void setMenuBar(const std::optional<std::vector<ItemDescription>>& items);
+    /// What the host does when its commands run.
+    const CommandHandler& commandHandler() const { return commandHandler_; }
+    /// Called after a command was recorded.
+    void setOnCommand(CommandHandler onCommand) { onCommand_ = std::move(onCommand); }
+
+    void addWindow(const WindowDescription& description);
+    /// The window with that title, or null.
+    std::shared_ptr<HeadlessWindow> windowTitled(const std::string& title) const;
+    /// Makes it key as a click into it does: it comes to the front, and nothing is recorded.
+    void focusWindow(const std::shared_ptr<HeadlessWindow>& window);
+    /// Takes it off the screen. When it was key, the next one is.
+    void closeWindow(const HeadlessWindow& window);
+
+    bool isActive() const { return active_; }
+    void setActive(bool active) { active_ = active; }
+    bool showsCursor() const { return showsCursor_; }
+    void setTraceEnabled(bool enabled) { traceEnabled_ = enabled; }
+
+    void record(Transcript::Kind kind, std::string text);
+
+private:
+    void commandRan(NSMenuItem& item);
+    void runKeyEquivalent(const NSEvent& event);
+
+    HeadlessSession& session_;
+    std::string processName_;
+    std::vector<std::string> languages_;
+    CommandHandler commandHandler_;
+    CommandHandler onCommand_;
+    std::shared_ptr<HeadlessMenu> menuBar_;
+    std::vector<std::shared_ptr<HeadlessWindow>> windows_;
+    std::weak_ptr<HeadlessWindow> keyWindow_;
+    int nextWindowNumber_ = 1;
+    bool active_ = false;
+    bool showsCursor_ = false;
+    bool traceEnabled_ = true;
+};
+
+}  // namespace velmora

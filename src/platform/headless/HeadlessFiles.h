@@ -1,0 +1,51 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "platform/foundation/MemoryFileSystem.h"
+#include "platform/foundation/PosixFileSystem.h"
+
+namespace velmora {
+
+/// The files that the processes of a session share: in memory, with faults that can be switched on
+/// for a path. Only the resources are read from the machine's own files, and never written.
+class HeadlessFiles final : public FileSystem {
+public:
+    /// An empty directory means that there are no resources.
+    explicit HeadlessFiles(std::string resourceDirectory)
+        : resourceDirectory_(std::move(resourceDirectory)) {}
+
+    MemoryFileSystem& memory() { return memory_; }
+    const std::string& resourceDirectory() const { return resourceDirectory_; }
+
+    /// From here on writing the file, or anything below the folder, fails; or no longer does.
+    void setWriteFails(const std::string& path, bool fails);
+    /// The same for reading.
+    void setReadFails(const std::string& path, bool fails);
+
+    /// How often the contents of the file have been read.
+    int readsOf(const std::string& path) const;
+
+    bool fileExistsAtPath(const std::string& path) override;
+    bool createDirectoryAtPath(const std::string& path) override;
+    std::optional<NSDate> modificationDate(const std::string& path) override;
+    std::optional<std::string> contentsOfFile(const std::string& path, std::size_t limit) override;
+    bool writeAtomically(const std::string& path, const std::string& contents) override;
+    bool rename(const std::string& from, const std::string& to) override;
+    bool remove(const std::string& path) override;
+
+private:
+    bool isResource(const std::string& path) const;
+    bool mayWrite(const std::string& path) const;
+
+    std::string resourceDirectory_;
+    MemoryFileSystem memory_;
+    PosixFileSystem machine_;
+    std::set<std::string> unwritable_;
+    std::set<std::string> unreadable_;
+    std::map<std::string, int> reads_;
+};
+
+}  // namespace velmora

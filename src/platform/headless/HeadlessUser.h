@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/appkit/NSEvent.h"
+#include "platform/foundation/NSGeometry.h"
+#include "platform/foundation/Time.h"
+#include "platform/headless/InputNames.h"
+
+namespace velmora {
+
+class InputQueue;
+class NSWindow;
+class VirtualClock;
+
+/// The hands of a simulated user: a pointer that moves as time passes, buttons and keys. What they
+/// do is posted to the process that is current at that moment.
+class HeadlessUser {
+public:
+    HeadlessUser(const VirtualClock& clock, InputQueue& queue) : clock_(clock), queue_(queue) {}
+
+    /// Where the pointer is at this moment, also half way of a motion. Screen coordinates.
+    NSPoint location() const;
+
+    /// Begins to move the pointer there in a straight line, posting motion on the way. The queue's
+    /// next action is not put off: that is the caller's.
+    void move(NSPoint to, Time duration);
+
+    /// How much time lies between two events of a motion.
+    void setMotionInterval(Time interval) { motionInterval_ = interval; }
+
+    /// A button that is held cannot be pressed again, one that is not cannot be released: false.
+    bool press(int button);
+    bool release(int button);
+
+    /// The same for the modifier keys, by their flag.
+    bool hold(std::uint32_t flag);
+    bool letGo(std::uint32_t flag);
+
+    void keyDown(const Key& key) { postKey(NSKeyDown, key); }
+    void keyUp(const Key& key) { postKey(NSKeyUp, key); }
+    void scroll(float deltaX, float deltaY);
+
+    /// Releases all buttons and keys; false when none was held.
+    bool letEverythingGo();
+
+    std::uint32_t modifierFlags() const { return flags_; }
+
+private:
+    struct HeldButton {
+        int button;
+        std::weak_ptr<NSWindow> window;
+    };
+    NSEvent::Fields fields(std::uint32_t type) const;
+    void postMouse(std::uint32_t type, int button, const std::shared_ptr<NSWindow>& window);
+    void postMotion();
+    void postKey(std::uint32_t type, const Key& key);
+    void postFlags();
+    void sampleMotion(int motion);
+
+    const VirtualClock& clock_;
+    InputQueue& queue_;
+    Time motionInterval_ = std::chrono::milliseconds(8);
+    NSPoint from_;
+    NSPoint to_;
+    Time begin_{};
+    Time end_{};
+    NSPoint lastPosted_;
+    /// Tells the samples of a motion from those of one that replaced it.
+    int motion_ = 0;
+    std::vector<HeldButton> buttons_;
+    std::uint32_t flags_ = 0;
+    int eventNumber_ = 0;
+};
+
+}  // namespace velmora

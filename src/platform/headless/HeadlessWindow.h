@@ -1,0 +1,61 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/appkit/NSView.h"
+#include "platform/appkit/NSWindow.h"
+#include "platform/headless/HeadlessMenu.h"
+#include "platform/headless/HostDescription.h"
+
+namespace velmora {
+
+/// A view of a host's window.
+class HeadlessView final : public NSView {
+public:
+    HeadlessView(const ViewDescription& description, const std::weak_ptr<NSWindow>& window,
+                 const CommandHandler& handler);
+
+    NSViewRef hitTest(NSPoint point) override;
+    NSMenuRef menuForEvent(const NSEventRef& event) override;
+    NSWindowRef window() override { return window_.lock(); }
+
+private:
+    NSRect frame_;
+    std::optional<ContextMenuDescription> contextMenu_;
+    std::vector<std::shared_ptr<HeadlessView>> views_;
+    std::weak_ptr<NSWindow> window_;
+    CommandHandler handler_;
+};
+
+/// A host's window, or the window that holds a drawer.
+class HeadlessWindow final : public NSWindow {
+public:
+    /// `number` is the window's; its drawers take the numbers after it. `makeKey` is called when
+    /// somebody makes it key.
+    static std::shared_ptr<HeadlessWindow> make(const WindowDescription& description, int number,
+                                                const CommandHandler& handler,
+                                                std::function<void(HeadlessWindow&)> makeKey);
+
+    HeadlessWindow(std::string title, NSRect frame, int number)
+        : title_(std::move(title)), frame_(frame), number_(number) {}
+
+    const std::string& title() const { return title_; }
+    NSRect frame() override { return frame_; }
+    NSViewRef contentView() override { return contentView_; }
+    std::vector<std::shared_ptr<NSDrawer>> drawers() override { return drawers_; }
+    int windowNumber() override { return number_; }
+    void makeKeyWindow() override;
+
+private:
+    std::string title_;
+    NSRect frame_;
+    int number_;
+    NSViewRef contentView_;
+    std::vector<std::shared_ptr<NSDrawer>> drawers_;
+    std::function<void(HeadlessWindow&)> makeKey_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+
+#include "platform/foundation/Time.h"
+
+namespace velmora {
+
+class VirtualClock;
+
+/// What a simulated user is going to do, in the order of its time. Whoever waits plays it, so that
+/// input reaches a loop inside the host just as it reaches the host's own.
+class InputQueue {
+public:
+    using Action = std::function<void()>;
+
+    explicit InputQueue(const VirtualClock& clock) : clock_(clock) {}
+
+    /// Does this after everything that was asked for before.
+    void then(Action action);
+
+    /// Lets that much time pass before what is asked for next.
+    void pause(Time duration);
+
+    /// Does this at that moment, ahead of what the queue holds for the same moment.
+    void insert(Time at, Action action);
+
+    /// Where the next action comes from when the queue is empty; an empty one ends it.
+    using Source = std::function<Action()>;
+    /// Returns the source that it replaces.
+    Source setSource(Source source);
+
+    /// When the next action is due, asking the source if need be; nothing when the user is done.
+    std::optional<Time> next();
+
+    /// Does the next action. There must be one, and its moment must have come.
+    void playNext();
+
+private:
+    struct Step {
+        Time at;
+        Action action;
+    };
+    const VirtualClock& clock_;
+    std::deque<Step> steps_;
+    Time end_{};
+    Source source_;
+};
+
+}  // namespace velmora
