@@ -56,6 +56,11 @@ protected:
     virtual void runItem(NSMenuItem& item);
     virtual void itemWasInserted(int /*index*/) {}
     virtual void itemWillBeRemoved(int /*index*/) {}
+    virtual void itemWasChanged(int /*index*/) {}
+
+    /// Of the items that open one submenu, this menu's is the one by which it is reached from here
+    /// on.
+    void becomeSupermenuOf(NSMenu& submenu) { submenu.supermenu_ = this; }
 
 private:
     friend class NSMenuItem;

@@ -68,9 +68,12 @@ void NSMenuItem::setImage(std::shared_ptr<NSImage> image) {
 }
 
 void NSMenuItem::changed() {
-    if (!menu_) return;
+    NSMenu* menu = menu_;
+    if (!menu) return;
+    const int index = menu->indexOfItem(*this);
+    menu->itemWasChanged(index);
     NSNotificationCenter::defaultCenter().postNotification(
-        {NSMenuDidChangeItemNotification, menu_, menu_->indexOfItem(*this)});
+        {NSMenuDidChangeItemNotification, menu, index});
 }
 
 }  // namespace velmora

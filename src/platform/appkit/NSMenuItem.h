@@ -42,7 +42,7 @@ public:
     std::uint32_t keyEquivalentModifierMask() const { return keyEquivalentModifierMask_; }
     void setKeyEquivalentModifierMask(std::uint32_t mask);
 
-    bool isEnabled() const { return enabled_; }
+    virtual bool isEnabled() const { return enabled_; }
     void setEnabled(bool enabled);
 
     bool hasSubmenu() const { return submenu_ != nullptr; }
