@@ -2,11 +2,9 @@
 
 #include <vector>
 
-#include "platform/Desktop.h"
 #include "platform/appkit/NSMenu.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSLog.h"
-#include "platform/foundation/PosixFileSystem.h"
 #include "platform/foundation/PropertyListFile.h"
 #include "platform/runtime/Class.h"
 
@@ -136,11 +134,6 @@ bool InterfaceFile::connectOutlets(Error& error) {
         message<void(const Id&)>(*owner_, setter, object);
     }
     return true;
-}
-
-FileSystem& NSBundle::resourceFiles() {
-    static PosixFileSystem files;
-    return files;
 }
 
 bool NSBundle::loadNibNamed_owner(const std::string& name, const Id& owner) const {

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "platform/Desktop.h"
-#include "platform/foundation/FileSystem.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/OldStylePropertyList.h"
+#include "platform/foundation/PosixFileSystem.h"
 #include "platform/runtime/ProcessWide.h"
 
 namespace velmora {
@@ -15,13 +15,13 @@ namespace {
 ProcessWide<std::shared_ptr<NSBundle>> mainBundle;
 
 std::optional<std::string> existing(const std::string& path) {
-    if (!desktop().files().fileExistsAtPath(path)) return std::nullopt;
+    if (!NSBundle::resourceFiles().fileExistsAtPath(path)) return std::nullopt;
     return path;
 }
 
 /// The table of a file: nothing when there is none, or, with a line in the log, when it is broken.
 std::optional<PropertyList> tableFromFile(const std::string& path) {
-    const auto text = desktop().files().contentsOfFile(path);
+    const auto text = NSBundle::resourceFiles().contentsOfFile(path);
     if (!text) return std::nullopt;
     PropertyListError error;
     auto table = propertyListFromOldStyleText(*text, &error);
@@ -52,6 +52,11 @@ NSBundle& NSBundle::bundleForClass() {
                                             desktop().preferredLanguages());
     }
     return *bundle;
+}
+
+FileSystem& NSBundle::resourceFiles() {
+    static PosixFileSystem files;
+    return files;
 }
 
 std::optional<std::string> NSBundle::pathForResource_ofType(const std::string& name,

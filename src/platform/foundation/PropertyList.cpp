@@ -108,8 +108,8 @@ void NSDictionary::setObject_forKey(PropertyList value, std::string key) {
     }
 }
 
-void NSDictionary::append(std::string key, PropertyList value) {
-    entries_.emplace_back(std::move(key), std::move(value));
+PropertyList& NSDictionary::append(std::string key, PropertyList value) {
+    return entries_.emplace_back(std::move(key), std::move(value)).second;
 }
 
 bool NSDictionary::hasUniqueKeysAtAGlance() const {

@@ -35,9 +35,10 @@ public:
     /// Replaces the value of the key, or appends the entry.
     void setObject_forKey(PropertyList value, std::string key);
 
-    /// Appends without looking for the key. A reader whose source may hold a key twice calls
-    /// keepLastOfEachKey when it is through.
-    void append(std::string key, PropertyList value);
+    /// Appends without looking for the key, and returns the value, which stays in its place until
+    /// the next change. A reader whose source may hold a key twice calls keepLastOfEachKey when it
+    /// is through.
+    PropertyList& append(std::string key, PropertyList value);
     void keepLastOfEachKey();
 
     void reserve(std::size_t count);

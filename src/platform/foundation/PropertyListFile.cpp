@@ -111,7 +111,8 @@ std::int64_t integerFromNode(plist_t node) {
 bool convert(plist_t node, PropertyList& value);
 
 bool convertArray(plist_t node, PropertyList& value) {
-    NSArray array;
+    value = NSArray();
+    NSArray& array = *value.array();
     array.reserve(plist_array_get_size(node));
     plist_array_iter memory = nullptr;
     plist_array_new_iter(node, &memory);
@@ -122,12 +123,12 @@ bool convertArray(plist_t node, PropertyList& value) {
         if (!item) break;
         if (!convert(item, array.emplace_back())) return false;
     }
-    value = std::move(array);
     return true;
 }
 
 bool convertDictionary(plist_t node, PropertyList& value) {
-    NSDictionary dictionary;
+    value = NSDictionary();
+    NSDictionary& dictionary = *value.dictionary();
     dictionary.reserve(plist_dict_get_size(node));
     plist_dict_iter memory = nullptr;
     plist_dict_new_iter(node, &memory);
@@ -138,13 +139,10 @@ bool convertDictionary(plist_t node, PropertyList& value) {
         plist_dict_next_item(node, iterator.get(), &key, &item);
         const std::unique_ptr<char, FreeDeleter> keyOwner(key);
         if (!item || !key) break;
-        PropertyList converted;
-        if (!convert(item, converted)) return false;
-        dictionary.append(key, std::move(converted));
+        if (!convert(item, dictionary.append(key, PropertyList()))) return false;
     }
     // Binary lists may hold a key twice.
     dictionary.keepLastOfEachKey();
-    value = std::move(dictionary);
     return true;
 }
 

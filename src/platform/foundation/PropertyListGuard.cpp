@@ -31,7 +31,8 @@ public:
     }
 
 private:
-    bool startsWith(std::string_view prefix) const {
+    bool isAt(char c) const { return at_ < text_.size() && text_[at_] == c; }
+    bool isAt(std::string_view prefix) const {
         return text_.compare(at_, prefix.size(), prefix) == 0;
     }
 
@@ -47,7 +48,7 @@ private:
     /// '<' outside of them when `plain`.
     bool skipPastUnquoted(std::string_view end, bool plain) {
         for (; at_ < text_.size(); ++at_) {
-            if (startsWith(end)) {
+            if (isAt(end)) {
                 at_ += end.size();
                 return true;
             }
@@ -80,52 +81,63 @@ private:
         while (at_ - start > partSize) {
             std::size_t end = start + partSize;
             // Never inside of a reference.
-            const std::size_t reference = text_.rfind('&', end);
-            if (reference != text_.npos && reference + longestReference > end) end = reference;
+            const std::size_t reference =
+                text_.substr(end - longestReference, longestReference).rfind('&');
+            if (reference != text_.npos) end = end - longestReference + reference;
             buffer_.append(text_.substr(copied_, end - copied_)).append("<!---->");
             start = copied_ = end;
         }
     }
 
+    /// At a '<'.
     bool takeMarkup() {
-        if (startsWith("<!--")) {
-            at_ += 4;
-            return skipPast("-->");
+        ++at_;
+        if (isAt('/')) {
+            ++at_;
+            return takeName() && takeTagEnd() && leave();
         }
-        if (startsWith("<?")) {
-            at_ += 1;
-            return !rootBegun_ && skipPastUnquoted("?>", false);
+        if (isAt('!') || isAt('?')) return takeSpecial();
+        if (!takeName()) return false;
+        if (name_ == "plist") {
+            wrapped_ = !rootBegun_ && skipPastUnquoted(">", true) && text_[at_ - 2] != '/';
+            return wrapped_ && enter();
         }
-        if (startsWith("<!DOCTYPE")) {
-            at_ += 9;
-            return !rootBegun_ && skipPastUnquoted(">", true);
-        }
-        if (startsWith("<![CDATA[")) {
-            at_ += 9;
-            return depth_ > 0 && skipPast("]]>");
-        }
-        return takeTag();
+        skipXMLBlanks();
+        const bool isEmpty = isAt('/');
+        if (isEmpty) ++at_;
+        return takeTagEnd() && enter() && (!isEmpty || leave());
     }
 
-    bool takeTag() {
-        const bool closes = startsWith("</");
-        at_ += closes ? 2 : 1;
-        const std::size_t nameStart = at_;
-        while (at_ < text_.size() && text_[at_] >= 'a' && text_[at_] <= 'z') ++at_;
-        const std::string_view name = text_.substr(nameStart, at_ - nameStart);
-        if (name.empty()) return false;
-        if (!closes && name == "plist") {
-            if (rootBegun_ || !skipPastUnquoted(">", true) || text_[at_ - 2] == '/') return false;
-            wrapped_ = true;
-            return enter();
+    bool takeSpecial() {
+        if (isAt('?')) return !rootBegun_ && skipPastUnquoted("?>", false);
+        if (isAt("!DOCTYPE")) return !rootBegun_ && skipPastUnquoted(">", true);
+        constexpr std::string_view comment = "!--";
+        constexpr std::string_view verbatim = "![CDATA[";
+        if (isAt(comment)) {
+            at_ += comment.size();
+            return skipPast("-->");
         }
+        if (depth_ == 0 || !isAt(verbatim)) return false;
+        at_ += verbatim.size();
+        return skipPast("]]>");
+    }
+
+    bool takeName() {
+        const std::size_t start = at_;
+        while (at_ < text_.size() && text_[at_] >= 'a' && text_[at_] <= 'z') ++at_;
+        name_ = text_.substr(start, at_ - start);
+        return !name_.empty();
+    }
+
+    bool takeTagEnd() {
+        skipXMLBlanks();
+        const bool ends = isAt('>');
+        if (ends) ++at_;
+        return ends;
+    }
+
+    void skipXMLBlanks() {
         while (at_ < text_.size() && isXMLBlank(text_[at_])) ++at_;
-        const bool isEmpty = !closes && startsWith("/");
-        if (isEmpty) ++at_;
-        if (!startsWith(">")) return false;
-        ++at_;
-        if (closes) return leave();
-        return enter() && (!isEmpty || leave());
     }
 
     bool enter() {
@@ -150,6 +162,7 @@ private:
     std::string_view text_;
     std::string& buffer_;
     std::size_t at_ = 0;
+    std::string_view name_;   // of the last tag
     std::size_t copied_ = 0;  // how much of the text is in the buffer
     std::size_t values_ = 0;
     int depth_ = 0;

@@ -1,0 +1,83 @@
+// What reading a definition file costs over the property-list library alone: at most 1.5 times.
+
+#include <benchmark/benchmark.h>
+#include <plist/plist.h>
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+#include "platform/foundation/MemoryFileSystem.h"
+#include "platform/foundation/PropertyListFile.h"
+
+namespace {
+
+using namespace velmora;
+
+constexpr int definitionCount = 10'000;
+
+const std::string path = "/Definitions.plist";
+
+NSArray definitions() {
+    NSArray list;
+    list.reserve(definitionCount);
+    for (int i = 0; i < definitionCount; ++i) {
+        const std::string number = std::to_string(i);
+        NSDictionary definition;
+        definition.append("Path", "Format/Font/Submenu " + number + "/Menu Item & More " + number);
+        definition.append("Trigger", i % 2 == 0 ? "ldru" : "8" + number);
+        definition.append("Selector", "performCommand" + number + ":");
+        definition.append("isGlobal", i % 3 == 0);
+        list.emplace_back(std::move(definition));
+    }
+    return list;
+}
+
+MemoryFileSystem& filesWithDefinitions() {
+    static MemoryFileSystem files = [] {
+        MemoryFileSystem made;
+        writeArrayToFile(made, definitions(), path);
+        return made;
+    }();
+    return files;
+}
+
+double libraryTime = 0;
+
+template <class Read>
+double measure(benchmark::State& state, Read read) {
+    const auto start = std::chrono::steady_clock::now();
+    for (auto _ : state) read();
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    return time.count() / static_cast<double>(state.iterations());
+}
+
+void readByTheLibraryAlone(benchmark::State& state) {
+    const std::string xml = *filesWithDefinitions().contentsOfFile(path, std::string::npos);
+    libraryTime = measure(state, [&xml] {
+        plist_t list = nullptr;
+        plist_from_memory(xml.data(), static_cast<std::uint32_t>(xml.size()), &list);
+        benchmark::DoNotOptimize(list);
+        plist_free(list);
+    });
+}
+
+void readDefinitions(benchmark::State& state) {
+    MemoryFileSystem& files = filesWithDefinitions();
+    const double time = measure(
+        state, [&files] { benchmark::DoNotOptimize(arrayWithContentsOfFile(files, path)); });
+    if (libraryTime > 0) state.counters["times_library"] = time / libraryTime;
+}
+
+void writeDefinitions(benchmark::State& state) {
+    MemoryFileSystem& files = filesWithDefinitions();
+    const NSArray list = definitions();
+    for (auto _ : state) writeArrayToFile(files, list, path);
+}
+
+// Both in one run, since the second is measured against the first.
+BENCHMARK(readByTheLibraryAlone)->Unit(benchmark::kMillisecond);
+BENCHMARK(readDefinitions)->Unit(benchmark::kMillisecond);
+BENCHMARK(writeDefinitions)->Unit(benchmark::kMillisecond);
+
+}  // namespace
