@@ -44,7 +44,12 @@ void take(const NSDictionary& from, const std::string& key, std::int32_t& field)
 void take(const NSDictionary& from, const std::string& key, std::uint32_t& field) {
     const PropertyList* value = from.objectForKey(key);
     if (!value) return;
-    if (const auto number = value->intValue()) field = static_cast<std::uint32_t>(*number);
+    // All 32 bits, so that a mask with bits that are no key is written back as it was read.
+    if (const std::int64_t* number = value->integer()) {
+        field = static_cast<std::uint32_t>(*number);
+    } else if (const auto parsed = value->intValue()) {
+        field = static_cast<std::uint32_t>(*parsed);
+    }
 }
 
 void take(const NSDictionary& from, const std::string& key, bool& field) {
