@@ -1,0 +1,134 @@
+#include "platform/headless/HostParser.h"
+
+namespace velmora {
+
+namespace {
+
+ItemDescription parseCommand(ScenarioLine& line) {
+    ItemDescription item;
+    item.title = line.word("the item's title");
+    while (!line.atEnd()) {
+        if (line.take("runs")) {
+            item.action = line.word("an action");
+        } else if (line.take("key")) {
+            item.keyEquivalent = line.word("a key");
+            std::uint32_t flag = 0;
+            while (line.takeModifier(flag)) item.keyModifiers |= flag;
+        } else if (line.take("disabled")) {
+            item.enabled = false;
+        } else if (line.take("opens enabled")) {
+            item.enabledWhenOpened = true;
+        } else if (line.take("opens disabled")) {
+            item.enabledWhenOpened = false;
+        } else {
+            line.fail(
+                "an item has: runs ACTION, key KEY MODIFIERS, disabled, opens enabled, "
+                "opens disabled");
+        }
+    }
+    return item;
+}
+
+ItemDescription parseSubmenu(ScenarioText& text, ScenarioLine& line) {
+    ItemDescription menu;
+    menu.kind = ItemDescription::Kind::submenu;
+    menu.title = line.word("the menu's title");
+    if (line.take("lazy")) menu.filling = ItemDescription::Filling::lazy;
+    if (line.take("refilled")) menu.filling = ItemDescription::Filling::refilled;
+    if (line.take("disabled")) menu.enabled = false;
+    menu.items = parseItems(text, line);
+    return menu;
+}
+
+/// Reads a line if it describes a context menu.
+bool parseContextMenu(ScenarioText& text, ScenarioLine& line,
+                      std::optional<ContextMenuDescription>& menu) {
+    if (!line.take("context menu")) return false;
+    if (menu) line.fail("there is a context menu already");
+    menu.emplace();
+    if (line.take("raises")) menu->raises = line.word("the exception's text");
+    menu->items = parseItems(text, line);
+    return true;
+}
+
+ViewDescription parseView(ScenarioText& text, ScenarioLine& line) {
+    ViewDescription view;
+    view.frame = line.frame();
+    text.block(line, [&](ScenarioLine& inner) {
+        if (parseContextMenu(text, inner, view.contextMenu)) return;
+        if (!inner.take("view")) inner.fail("a view holds: view, context menu");
+        view.views.push_back(parseView(text, inner));
+    });
+    return view;
+}
+
+DrawerDescription parseDrawer(ScenarioText& text, ScenarioLine& line) {
+    DrawerDescription drawer;
+    drawer.frame = line.frame();
+    text.block(line, [&](ScenarioLine& inner) {
+        if (!inner.take("view")) inner.fail("a drawer holds: view");
+        drawer.views.push_back(parseView(text, inner));
+    });
+    return drawer;
+}
+
+}  // namespace
+
+std::vector<ItemDescription> parseItems(ScenarioText& text, const ScenarioLine& line) {
+    std::vector<ItemDescription> items;
+    text.block(line, [&](ScenarioLine& inner) {
+        if (inner.take("item")) {
+            items.push_back(parseCommand(inner));
+        } else if (inner.take("menu")) {
+            items.push_back(parseSubmenu(text, inner));
+            return;
+        } else if (inner.take("separator")) {
+            items.emplace_back().kind = ItemDescription::Kind::separator;
+        } else {
+            inner.fail("a menu holds: item, menu, separator");
+        }
+        inner.end();
+        if (inner.opensBlock()) inner.fail("this holds nothing, so it opens no block");
+    });
+    return items;
+}
+
+WindowDescription parseWindow(ScenarioText& text, ScenarioLine& line) {
+    WindowDescription window;
+    window.title = line.word("the window's title");
+    window.frame = line.frame();
+    if (line.take("title bar")) {
+        window.titleBar = static_cast<float>(line.number("a height", 0, 1000));
+    }
+    if (line.take("key")) window.key = true;
+    text.block(line, [&](ScenarioLine& inner) {
+        if (parseContextMenu(text, inner, window.contextMenu)) return;
+        if (inner.take("view")) {
+            window.views.push_back(parseView(text, inner));
+        } else if (inner.take("drawer")) {
+            window.drawers.push_back(parseDrawer(text, inner));
+        } else {
+            inner.fail("a window holds: view, drawer, context menu");
+        }
+    });
+    return window;
+}
+
+HostDescription parseHost(ScenarioText& text, ScenarioLine& line) {
+    HostDescription host;
+    host.processName = line.word("the host's process name");
+    if (line.take("language")) host.languages = {line.word("a language")};
+    text.block(line, [&](ScenarioLine& inner) {
+        if (inner.take("menu bar")) {
+            if (host.menuBar) inner.fail("there is a menu bar already");
+            host.menuBar = parseItems(text, inner);
+        } else if (inner.take("window")) {
+            host.windows.push_back(parseWindow(text, inner));
+        } else {
+            inner.fail("a host has: menu bar, window");
+        }
+    });
+    return host;
+}
+
+}  // namespace velmora

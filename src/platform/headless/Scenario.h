@@ -1,0 +1,172 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/foundation/FileSystem.h"
+#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/Time.h"
+#include "platform/headless/HostDescription.h"
+#include "platform/headless/InputNames.h"
+#include "platform/headless/Transcript.h"
+
+namespace velmora {
+
+struct Statement;
+
+// What can stand in a scenario, one struct a kind of statement.
+
+/// Starts the host of that name, which the statements that follow are about.
+struct LaunchStep {
+    HostDescription host;
+};
+
+struct QuitStep {
+    std::string host;
+};
+
+/// Statements about another host than the one around them.
+struct InStep {
+    std::string host;
+    std::vector<Statement> statements;
+};
+
+struct ActivationStep {
+    bool active = true;
+};
+
+struct ButtonStep {
+    int button = 0;
+    bool press = true;
+};
+
+/// Holds the modifier keys of these flags, or lets go of them; of all that are held without flags.
+struct ModifierStep {
+    std::vector<std::uint32_t> flags;
+    bool hold = true;
+};
+
+struct MoveStep {
+    NSPoint point;
+    bool relative = false;
+    Time duration{};
+};
+
+struct KeyStep {
+    Key key;
+    bool down = true;
+    bool up = true;
+};
+
+struct ScrollStep {
+    float deltaX = 0;
+    float deltaY = 0;
+};
+
+struct WaitStep {
+    Time duration{};
+};
+
+struct ChooseStep {
+    std::string path;
+};
+
+/// A change of a file from outside the host. Names without a slash at the start are those of the
+/// settings directory.
+struct FileStep {
+    enum class Change {
+        write,
+        remove,
+        touch,
+        writingFails,
+        writingWorks,
+        readingFails,
+        readingWorks
+    };
+    Change change = Change::write;
+    std::string name;
+    std::string contents;
+    std::optional<NSDate> date;
+};
+
+/// What the host's own code does to its menus.
+struct MenuStep {
+    enum class Change { rename, enable, disable, remove, replaceItems, appendItems, replaceBar };
+    Change change = Change::rename;
+    std::string path;
+    std::string title;
+    std::vector<ItemDescription> items;
+};
+
+struct WindowStep {
+    enum class Change { open, close, focus };
+    Change change = Change::open;
+    WindowDescription window;
+};
+
+/// What happened since the last expectation of the same kind: exactly these, in this order.
+struct HappenedExpectation {
+    Transcript::Kind kind = Transcript::Kind::command;
+    std::vector<std::string> wanted;
+};
+
+struct FileExpectation {
+    enum class Check { missing, exists, text, value, entries, reads };
+    Check check = Check::exists;
+    std::string name;
+    std::string text;
+    /// For `value`: the whole file. For `entries`: a dictionary whose entries the file has too.
+    PropertyList value;
+    int reads = 0;
+};
+
+/// The titles of a menu's items; "-" is a separator. The menu bar has the path "".
+struct MenuExpectation {
+    std::string path;
+    std::vector<std::string> titles;
+};
+
+struct ItemExpectation {
+    enum class Check { enabled, disabled, missing };
+    Check check = Check::enabled;
+    std::string path;
+};
+
+struct KeyWindowExpectation {
+    std::optional<std::string> title;
+};
+
+struct CursorExpectation {
+    bool shown = true;
+};
+
+struct TimeExpectation {
+    Time at{};
+};
+
+struct Statement {
+    int line = 0;
+    /// The statement as it was written.
+    std::string text;
+    std::variant<LaunchStep, QuitStep, InStep, ActivationStep, ButtonStep, ModifierStep, MoveStep,
+                 KeyStep, ScrollStep, WaitStep, ChooseStep, FileStep, MenuStep, WindowStep,
+                 HappenedExpectation, FileExpectation, MenuExpectation, ItemExpectation,
+                 KeyWindowExpectation, CursorExpectation, TimeExpectation>
+        what;
+};
+
+/// A scenario: what there is, what the user does and what must hold, in the order of the file.
+struct Scenario {
+    std::vector<Statement> statements;
+};
+
+/// Why and where a scenario is malformed.
+struct ScenarioError {
+    int line = 0;
+    std::string reason;
+};
+
+}  // namespace velmora

@@ -1,0 +1,129 @@
+// What ScenarioPlayer looks at.
+
+#include <algorithm>
+#include <cstdint>
+
+#include "platform/foundation/PropertyListFile.h"
+#include "platform/headless/ScenarioPlayer.h"
+#include "platform/headless/ScenarioTables.h"
+
+namespace velmora {
+
+namespace {
+
+std::string list(const std::vector<std::string>& texts) {
+    std::string all;
+    for (const std::string& text : texts) all += (all.empty() ? "\"" : " \"") + text + '"';
+    return all.empty() ? "nothing" : all;
+}
+
+std::string milliseconds(Time time) {
+    return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()) +
+           " ms";
+}
+
+/// Whether the dictionary has all entries of the other.
+bool holdsEntries(const PropertyList& value, const PropertyList& entries) {
+    const NSDictionary* dictionary = value.dictionary();
+    const NSDictionary* wanted = entries.dictionary();
+    if (!dictionary || !wanted) return false;
+    return std::all_of(wanted->entries().begin(), wanted->entries().end(), [&](const auto& entry) {
+        const PropertyList* found = dictionary->objectForKey(entry.first);
+        return found && *found == entry.second;
+    });
+}
+
+}  // namespace
+
+void ScenarioPlayer::failed(const std::string& wanted, const std::string& got) {
+    fail(statement_->text + "\n    wanted: " + wanted + "\n    got:    " + got);
+}
+
+void ScenarioPlayer::act(const HappenedExpectation& expected) {
+    std::size_t& seen = seen_[{process().name(), expected.kind}];
+    const std::vector<std::string> got =
+        session_.transcript().texts(expected.kind, process().name(), seen);
+    seen = session_.transcript().entries().size();
+    if (got == expected.wanted) return;
+    if (expected.kind == Transcript::Kind::beep) {
+        failed(std::to_string(expected.wanted.size()), std::to_string(got.size()));
+    } else {
+        failed(list(expected.wanted), list(got));
+    }
+}
+
+void ScenarioPlayer::act(const FileExpectation& expected) {
+    using Check = FileExpectation::Check;
+    const std::string path = pathOf(expected.name);
+    if (expected.check == Check::reads) {
+        const int reads = session_.files().readsOf(path);
+        if (reads != expected.reads) {
+            failed(std::to_string(expected.reads), std::to_string(reads));
+        }
+        return;
+    }
+    const auto contents = session_.files().memory().contentsOfFile(path, SIZE_MAX);
+    if (expected.check == Check::missing) {
+        if (contents) failed("no file", *contents);
+    } else if (!contents) {
+        failed("a file", "no file " + path);
+    } else if (expected.check == Check::text) {
+        if (*contents != expected.text) failed(expected.text, *contents);
+    } else if (expected.check != Check::exists) {
+        const auto value = propertyListFromData(*contents);
+        const bool holds =
+            value && (expected.check == Check::entries ? holdsEntries(*value, expected.value)
+                                                       : *value == expected.value);
+        if (!holds)
+            failed(describeValue(expected.value), value ? describeValue(*value) : *contents);
+    }
+}
+
+void ScenarioPlayer::act(const MenuExpectation& expected) {
+    const NSMenuRef menu = menuAt(expected.path);
+    if (!menu) {
+        failed(list(expected.titles), "no menu " + expected.path);
+        return;
+    }
+    std::vector<std::string> titles;
+    for (const NSMenuItemRef& item : menu->itemArray()) {
+        titles.push_back(item->isSeparatorItem() ? "-" : item->title());
+    }
+    if (titles != expected.titles) failed(list(expected.titles), list(titles));
+}
+
+void ScenarioPlayer::act(const ItemExpectation& expected) {
+    using Check = ItemExpectation::Check;
+    const NSMenuItemRef item = itemAt(expected.path);
+    const Check got = !item ? Check::missing : item->isEnabled() ? Check::enabled : Check::disabled;
+    const auto name = [](Check check) {
+        return check == Check::enabled    ? "enabled"
+               : check == Check::disabled ? "disabled"
+                                          : "missing";
+    };
+    if (got != expected.check) failed(name(expected.check), name(got));
+}
+
+void ScenarioPlayer::act(const KeyWindowExpectation& expected) {
+    const auto window = std::dynamic_pointer_cast<HeadlessWindow>(host().keyWindow());
+    std::optional<std::string> title;
+    if (window) title = window->title();
+    if (title != expected.title) {
+        failed(expected.title.value_or("no key window"), title.value_or("no key window"));
+    }
+}
+
+void ScenarioPlayer::act(const CursorExpectation& expected) {
+    const auto name = [](bool shown) {
+        return shown ? "a pushed cursor" : "the host's own cursor";
+    };
+    const bool shown = host().showsCursor();
+    if (shown != expected.shown) failed(name(expected.shown), name(shown));
+}
+
+void ScenarioPlayer::act(const TimeExpectation& expected) {
+    const Time now = session_.clock().now();
+    if (now != expected.at) failed(milliseconds(expected.at), milliseconds(now));
+}
+
+}  // namespace velmora

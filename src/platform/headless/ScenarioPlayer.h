@@ -1,0 +1,78 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/headless/HeadlessSession.h"
+#include "platform/headless/Scenario.h"
+
+namespace velmora {
+
+/// Plays a scenario: starts its hosts, does what its user does, and looks whether what must hold
+/// does.
+class ScenarioPlayer {
+public:
+    /// `resourceDirectory` holds the system's resources; "" for none.
+    explicit ScenarioPlayer(std::string resourceDirectory)
+        : session_(std::move(resourceDirectory)) {}
+
+    /// What did not hold, or could not be done.
+    struct Fault {
+        int line;
+        std::string text;
+    };
+
+    /// To be called once.
+    const std::vector<Fault>& play(const Scenario& scenario);
+
+    const Transcript& transcript() const { return session_.transcript(); }
+
+private:
+    using Statements = std::vector<Statement>;
+
+    void playPart(Statements::const_iterator first, Statements::const_iterator last);
+    void perform(const Statement& statement);
+
+    void act(const LaunchStep& step);
+    void act(const QuitStep& step);
+    void act(const InStep& step);
+    void act(const ActivationStep& step);
+    void act(const ButtonStep& step);
+    void act(const ModifierStep& step);
+    void act(const MoveStep& step);
+    void act(const KeyStep& step);
+    void act(const ScrollStep& step);
+    void act(const WaitStep& step);
+    void act(const ChooseStep& step);
+    void act(const FileStep& step);
+    void act(const MenuStep& step);
+    void act(const WindowStep& step);
+    void act(const HappenedExpectation& expected);
+    void act(const FileExpectation& expected);
+    void act(const MenuExpectation& expected);
+    void act(const ItemExpectation& expected);
+    void act(const KeyWindowExpectation& expected);
+    void act(const CursorExpectation& expected);
+    void act(const TimeExpectation& expected);
+
+    HeadlessProcess& process() { return *session_.current(); }
+    HeadlessDesktop& host() { return process().desktop(); }
+    std::string pathOf(const std::string& fileName) const;
+    NSMenuItemRef itemAt(const std::string& path);
+    NSMenuRef menuAt(const std::string& path);
+    void fail(const std::string& text);
+    void failed(const std::string& wanted, const std::string& got);
+
+    HeadlessSession session_;
+    std::vector<Fault> faults_;
+    /// The statement that is being performed.
+    const Statement* statement_ = nullptr;
+    /// The process that statements outside `in` are about, or null.
+    HeadlessProcess* main_ = nullptr;
+    /// Up to where the transcript was looked at, for each kind of entry of each process.
+    std::map<std::pair<std::string, Transcript::Kind>, std::size_t> seen_;
+};
+
+}  // namespace velmora
