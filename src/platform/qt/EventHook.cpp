@@ -1,0 +1,230 @@
+#include "platform/qt/EventHook.h"
+
+#include <QApplication>
+#include <QMenuBar>
+#include <QScopedValueRollback>
+#include <QThread>
+
+#include "platform/appkit/NSApplication.h"
+#include "platform/qt/QtGuard.h"
+#include "platform/qt/QtMenuBars.h"
+
+namespace velmora {
+
+namespace {
+
+EventHook* installed = nullptr;
+std::optional<Time> releaseTime;
+
+bool mayBringMenuBar(const QObject* receiver, const QEvent* event) {
+    if (event->type() == QEvent::Show) return receiver->isWidgetType();
+    return event->type() == QEvent::ActionAdded && qobject_cast<const QMenuBar*>(receiver);
+}
+
+}  // namespace
+
+EventHook::EventHook(QtMenuBars& menuBars, QtWindows& windows)
+    : menuBars_(menuBars),
+      thread_(QThread::currentThreadId()),
+      translator_(windows),
+      held_(translator_) {
+    leftOvers_.setSingleShot(true);
+    connect(&leftOvers_, &QTimer::timeout, this, [this] { deliverLeftOvers(); });
+    installed = this;
+    registered_ = QInternal::registerCallback(QInternal::EventNotifyCallback, &callback);
+    if (!registered_) qApp->installEventFilter(this);
+}
+
+EventHook::~EventHook() {
+    if (registered_) QInternal::unregisterCallback(QInternal::EventNotifyCallback, &callback);
+    installed = nullptr;
+}
+
+void EventHook::watchForMenuBar(std::function<void()> mayHaveCome) {
+    menuBarMayHaveCome_ = std::move(mayHaveCome);
+}
+
+void EventHook::takeInput() {
+    menuBarMayHaveCome_ = nullptr;
+    takesInput_ = true;
+}
+
+std::optional<Time> EventHook::lastReleaseTime() {
+    return releaseTime;
+}
+
+// Qt hands over the receiver, the event and a place for the result. True: the event is done with.
+bool EventHook::callback(void** data) {
+    auto* receiver = static_cast<QObject*>(data[0]);
+    auto* event = static_cast<QEvent*>(data[1]);
+    if (!installed || installed->look(receiver, event) == Outcome::Passed) return false;
+    *static_cast<bool*>(data[2]) = true;
+    return true;
+}
+
+bool EventHook::eventFilter(QObject* receiver, QEvent* event) {
+    return look(receiver, event) == Outcome::Kept;
+}
+
+EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
+    if (QThread::currentThreadId() != thread_) return Outcome::Passed;
+    Outcome outcome = Outcome::Passed;
+    guarded("EventHook", [&] {
+        menuBars_.noticeEvent(receiver, event);
+        if (takesInput_) {
+            if (receiver->isWindowType() && event->spontaneous()) {
+                outcome = input(static_cast<QWindow&>(*receiver), *event);
+            }
+        } else if (menuBarMayHaveCome_ && mayBringMenuBar(receiver, event)) {
+            menuBarMayHaveCome_();
+        }
+    });
+    return outcome;
+}
+
+EventHook::Outcome EventHook::input(QWindow& window, QEvent& event) {
+    Outcome outcome = Outcome::Passed;
+    switch (event.type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseMove:
+            if (queue_.sends(&event)) return Outcome::Passed;
+            outcome = mouse(window, static_cast<QMouseEvent&>(event));
+            break;
+        case QEvent::ShortcutOverride:
+        case QEvent::KeyPress:
+            if (queue_.sends(&event)) return Outcome::Passed;
+            outcome = keyDown(window, static_cast<QKeyEvent&>(event));
+            break;
+        case QEvent::KeyRelease:
+            if (queue_.sends(&event)) return Outcome::Passed;
+            outcome = take(translator_.keyEvent(window, static_cast<QKeyEvent&>(event)));
+            break;
+        default: return Outcome::Passed;
+    }
+    // An override that nobody accepts goes on to the host's shortcuts; another event may be turned
+    // into one of a touch screen.
+    if (outcome == Outcome::Kept) event.accept();
+    return outcome;
+}
+
+EventHook::Outcome EventHook::mouse(QWindow& window, QMouseEvent& event) {
+    if (event.type() == QEvent::MouseButtonDblClick) {
+        return outcomeOf(press_, event.timestamp(), event.button()).value_or(Outcome::Passed);
+    }
+    if (event.type() == QEvent::MouseButtonRelease) releaseTime = steadyNow();
+    const quint64 timestamp = event.timestamp();
+    const auto button = static_cast<int>(event.button());
+    const bool pressed = event.type() == QEvent::MouseButtonPress;
+    const Outcome outcome = take(translator_.mouseEvent(window, event));
+    if (pressed) press_ = Decision{timestamp, button, outcome};
+    return outcome;
+}
+
+EventHook::Outcome EventHook::keyDown(QWindow& window, QKeyEvent& event) {
+    if (event.type() == QEvent::KeyPress) {
+        const auto outcome = outcomeOf(override_, event.timestamp(), event.key());
+        if (outcome) return *outcome;
+    }
+    const Decision decision{event.timestamp(), event.key(),
+                            take(translator_.keyEvent(window, event))};
+    if (event.type() == QEvent::ShortcutOverride) override_ = decision;
+    return decision.outcome;
+}
+
+std::optional<EventHook::Outcome> EventHook::outcomeOf(std::optional<Decision>& decision,
+                                                       quint64 timestamp, int code) {
+    if (!decision || decision->timestamp != timestamp || decision->code != code) return {};
+    const Outcome outcome = decision->outcome;
+    decision.reset();
+    return outcome;
+}
+
+EventHook::Outcome EventHook::take(const QtEventRef& event) {
+    const std::vector<QtEventRef> lost = held_.note(event);
+    if (NSApp().isFetching()) {
+        if (wait_.isWaiting()) {
+            for (const QtEventRef& release : lost) NSApp().postEvent(release);
+            NSApp().postEvent(event);
+            wait_.wake();
+            return Outcome::Kept;
+        }
+        if (endsPressInDelivery(*event)) {
+            forFetch_.push_back(event);
+            return Outcome::Kept;
+        }
+    }
+    Delivery delivery{*event, queue_.isEmpty(), false, delivery_};
+    const QScopedValueRollback<Delivery*> delivering(delivery_, &delivery);
+    NSApp().postEvent(event);
+    NSApp().deliverEvents();
+    return delivery.passed ? Outcome::Passed : Outcome::Kept;
+}
+
+bool EventHook::endsPressInDelivery(const QtEvent& event) const {
+    const QtMouse* mouse = event.original().mouse();
+    if (!mouse || mouse->type != QEvent::MouseButtonRelease) return false;
+    for (const Delivery* delivery = delivery_; delivery; delivery = delivery->outer) {
+        const QtMouse* press = delivery->event.original().mouse();
+        if (press && press->type == QEvent::MouseButtonPress && press->button == mouse->button) {
+            return !delivery->passed;
+        }
+    }
+    return false;
+}
+
+void EventHook::dispatch(const NSEventRef& event) {
+    const auto* qtEvent = dynamic_cast<const QtEvent*>(event.get());
+    // What the layer has made itself has no counterpart in the host.
+    if (!qtEvent) return;
+    if (delivery_ && delivery_->open && delivery_->event.isSameEvent(*qtEvent) &&
+        queue_.isEmpty()) {
+        delivery_->passed = true;
+    } else {
+        queue_.append(*qtEvent);
+    }
+}
+
+void EventHook::closeDeliveries() {
+    for (Delivery* delivery = delivery_; delivery; delivery = delivery->outer) {
+        delivery->open = false;
+        if (!delivery->passed) continue;
+        // Qt would have it only after everything that comes now.
+        delivery->passed = false;
+        queue_.append(delivery->event);
+    }
+}
+
+void EventHook::wait(Time deadline) {
+    closeDeliveries();
+    for (NSEventRef& event : std::exchange(forFetch_, {})) NSApp().postEvent(std::move(event));
+    for (NSEventRef& event : held_.released(steadyNow())) NSApp().postEvent(std::move(event));
+    if (!NSApp().hasEvents() && !letHostGoOn(deadline)) {
+        // A key ends every loop that waits for the end of a stroke, without anything being run.
+        NSEvent::Fields fields;
+        fields.type = NSKeyUp;
+        NSApp().postEvent(std::make_shared<NSEvent>(std::move(fields)));
+    }
+    if (NSApp().hasEvents()) leftOvers_.start(0);
+}
+
+bool EventHook::letHostGoOn(Time deadline) {
+    if (!held_.isEmpty()) deadline = std::min(deadline, steadyNow() + HeldInput::lookInterval);
+    bool hostGoesOn = false;
+    guarded("A wait for events", [&] { hostGoesOn = wait_.wait(deadline); });
+    return hostGoesOn;
+}
+
+bool EventHook::endWait() {
+    if (!wait_.isWaiting()) return false;
+    wait_.wake();
+    return true;
+}
+
+void EventHook::deliverLeftOvers() {
+    // Whoever fetches has them soon. Else nobody has taken them.
+    if (!NSApp().isFetching()) guarded("EventHook", [] { NSApp().deliverEvents(); });
+}
+
+}  // namespace velmora

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "platform/foundation/Time.h"
+#include "platform/qt/EventTranslator.h"
+#include "platform/qt/FetchWait.h"
+#include "platform/qt/HeldInput.h"
+#include "platform/qt/HostQueue.h"
+#include "platform/qt/QtEvent.h"
+
+namespace velmora {
+
+class QtMenuBars;
+class QtWindows;
+
+/// Where the host's events pass us, before the host's own code has them. Input of the host's
+/// windows goes through the layer, and what is passed on goes back to the host; everything else is
+/// only looked at. There is one a process, on the thread of the user interface.
+class EventHook final : public QObject {
+public:
+    EventHook(QtMenuBars& menuBars, QtWindows& windows);
+    ~EventHook() override;
+
+    /// Until input is taken: called when something has come that may be the first menu bar.
+    void watchForMenuBar(std::function<void()> mayHaveCome);
+
+    /// From here on input goes through the layer.
+    void takeInput();
+
+    /// As Desktop::dispatchEvent: at once by leaving the event to Qt, if it is the one that the
+    /// hook was called with and nothing came between; else in its turn.
+    void dispatch(const NSEventRef& event);
+
+    /// As Desktop::wait.
+    void wait(Time deadline);
+
+    /// Lets a wait return. False when none runs, or the host has begun a loop inside it.
+    bool endWait();
+
+    /// When a mouse button was last released, by the desktop's clock.
+    static std::optional<Time> lastReleaseTime();
+
+private:
+    enum class Outcome { Passed, Kept };
+
+    /// An event for as long as the hook's own call lasts.
+    struct Delivery {
+        const QtEvent& event;
+        /// The host can have the event by leaving it to Qt.
+        bool open = true;
+        bool passed = false;
+        Delivery* outer = nullptr;
+    };
+
+    /// What became of an event to which another one of Qt's belongs: a shortcut override, which the
+    /// key press follows; a press that is followed by a double click.
+    struct Decision {
+        quint64 timestamp;
+        int code;
+        Outcome outcome;
+    };
+
+    static bool callback(void** data);
+    bool eventFilter(QObject* receiver, QEvent* event) override;
+    Outcome look(QObject* receiver, QEvent* event);
+    Outcome input(QWindow& window, QEvent& event);
+    Outcome mouse(QWindow& window, QMouseEvent& event);
+    Outcome keyDown(QWindow& window, QKeyEvent& event);
+    Outcome take(const QtEventRef& event);
+    bool endsPressInDelivery(const QtEvent& event) const;
+    void closeDeliveries();
+    bool letHostGoOn(Time deadline);
+    void deliverLeftOvers();
+
+    static std::optional<Outcome> outcomeOf(std::optional<Decision>& decision, quint64 timestamp,
+                                            int code);
+
+    QtMenuBars& menuBars_;
+    Qt::HANDLE thread_;
+    bool registered_ = false;
+    bool takesInput_ = false;
+    std::function<void()> menuBarMayHaveCome_;
+
+    EventTranslator translator_;
+    HostQueue queue_;
+    HeldInput held_;
+    FetchWait wait_;
+    QTimer leftOvers_;
+    Delivery* delivery_ = nullptr;
+    /// What a fetch is to have that waits under a loop of the host's own.
+    std::vector<NSEventRef> forFetch_;
+    std::optional<Decision> press_;
+    std::optional<Decision> override_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QMouseEvent>
+#include <string>
+
+#include "platform/qt/ModifierKeys.h"
+#include "platform/qt/QtEvent.h"
+
+namespace velmora {
+
+class QtWindow;
+class QtWindows;
+
+/// Makes the layer's events from those of the toolkit. Every event gets a number of its own, by
+/// which its copies are known. To be asked exactly once for each event.
+class EventTranslator {
+public:
+    explicit EventTranslator(QtWindows& windows) : windows_(windows) {}
+
+    /// A press, a release or a motion.
+    QtEventRef mouseEvent(QWindow& window, QMouseEvent& event);
+
+    /// A press (told as a shortcut override or as a key press) or a release. Of a modifier key it
+    /// becomes a change of the flags.
+    QtEventRef keyEvent(QWindow& window, const QKeyEvent& event);
+
+    /// The release of the pressed button, where the pointer is now.
+    QtEventRef lostRelease(const QtEvent& press, Qt::MouseButtons stillPressed);
+
+private:
+    QtEventRef makeMouseEvent(std::shared_ptr<const QtOriginal> original);
+    std::shared_ptr<QtWindow> windowOf(QWindow& window);
+
+    QtWindows& windows_;
+    ModifierKeys modifierKeys_;
+    int lastNumber_ = 0;
+};
+
+/// What the platform says for the key without its modifiers except Shift: the key's character, for
+/// a function key one from U+F700 on. UTF-8.
+std::string charactersForKey(int key, Qt::KeyboardModifiers modifiers, const QString& text);
+
+}  // namespace velmora

@@ -1,0 +1,46 @@
+#include <QApplication>
+#include <QGenericPlugin>
+#include <QTimer>
+
+#include "platform/qt/QtDesktop.h"
+#include "platform/qt/QtGuard.h"
+
+namespace velmora {
+
+namespace {
+
+/// Never destroyed: whatever of ours is destroyed at the end of the process may still ask it.
+QtDesktop* desktopOfProcess = nullptr;
+
+void closeDesktop() {
+    desktopOfProcess->close();
+}
+
+/// A host without widgets has no menus that we know, and must never get a widget.
+void begin() {
+    if (desktopOfProcess || !qobject_cast<QApplication*>(QCoreApplication::instance())) return;
+    guarded("The start", [] {
+        desktopOfProcess = new QtDesktop();
+        qAddPostRoutine(closeDesktop);
+    });
+}
+
+}  // namespace
+
+/// What the host loads, while it still makes its application object.
+class Plugin final : public QGenericPlugin {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "velmora.json")
+public:
+    QObject* create(const QString& key, const QString& /*specification*/) override {
+        if (key.compare(QLatin1String("velmora"), Qt::CaseInsensitive) != 0) return nullptr;
+        auto* seat = new QObject();
+        // The first pass of the loop finds the application complete.
+        QTimer::singleShot(0, seat, [] { begin(); });
+        return seat;
+    }
+};
+
+}  // namespace velmora
+
+#include "Plugin.moc"

@@ -1,0 +1,179 @@
+#include "platform/qt/QtDesktop.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QDesktopServices>
+#include <QUrl>
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/appkit/NSApplication.h"
+#include "platform/foundation/NSRunLoop.h"
+#include "platform/qt/HostProcess.h"
+#include "platform/qt/QtCoordinates.h"
+#include "platform/qt/QtGuard.h"
+#include "platform/qt/QtImages.h"
+#include "platform/runtime/Class.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr Time farAway = std::chrono::hours(1);
+
+/// When a wait has to run the timers, it is asked again after so long.
+constexpr std::chrono::milliseconds timerRetry(10);
+
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value && *value && std::strcmp(value, "0") != 0;
+}
+
+}  // namespace
+
+QtDesktop::Session::Session() : menuBars(windows), hook(menuBars, windows) {
+    launch.setSingleShot(true);
+    timers.setSingleShot(true);
+    timers.setTimerType(Qt::PreciseTimer);
+}
+
+QtDesktop::QtDesktop()
+    : processName_(hostProcessName()), log_(processName_), traces_(isSet("VELMORA_TRACE")) {
+    setDesktop(this);
+    session_ = std::make_unique<Session>();
+    QObject& context = session_->context;
+    QObject::connect(&session_->timers, &QTimer::timeout, &context, [this] { fireTimers(); });
+    QObject::connect(&session_->launch, &QTimer::timeout, &context, [this] { tryToLaunch(); });
+    LoadHook::runAll();
+    session_->hook.watchForMenuBar([this] { session_->launch.start(0); });
+    session_->launch.start(0);
+}
+
+void QtDesktop::close() {
+    session_.reset();
+}
+
+void QtDesktop::tryToLaunch() {
+    guarded("The launch", [this] {
+        if (!session_->menuBars.hasMainMenu()) return;
+        session_->launch.disconnect();
+        session_->hook.takeInput();
+        NSApp().finishLaunching();
+        QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &session_->context,
+                         [this] { applicationStateChanged(); });
+        applicationStateChanged();
+    });
+}
+
+void QtDesktop::applicationStateChanged() {
+    const bool active = QGuiApplication::applicationState() == Qt::ApplicationActive;
+    if (active == session_->active) return;
+    session_->active = active;
+    guarded("A change of the application's state", [active] {
+        if (active) {
+            NSApp().didBecomeActive();
+        } else {
+            NSApp().willResignActive();
+        }
+    });
+}
+
+// Time and waiting
+
+Time QtDesktop::now() const {
+    return steadyNow();
+}
+
+void QtDesktop::wait(Time deadline) {
+    if (session_) session_->hook.wait(deadline);
+}
+
+void QtDesktop::timersChanged(std::optional<Time> earliest) {
+    if (!session_) return;
+    if (!earliest) {
+        session_->timers.stop();
+        return;
+    }
+    const Time left = std::clamp(*earliest - std::min(*earliest, now()), Time(0), farAway);
+    session_->timers.start(std::chrono::ceil<std::chrono::milliseconds>(left));
+}
+
+void QtDesktop::fireTimers() {
+    // A fetch that waits runs the timers of its own mode.
+    if (session_->hook.endWait()) {
+        session_->timers.start(timerRetry);
+        return;
+    }
+    guarded("A timer", [] { NSApp().fireTimers(); });
+    const NSRunLoop& loop = NSRunLoop::currentRunLoop();
+    timersChanged(loop.nextFireDate(loop.mode()));
+}
+
+// The host
+
+void QtDesktop::dispatchEvent(const NSEventRef& event) {
+    if (session_) session_->hook.dispatch(event);
+}
+
+std::shared_ptr<NSMenu> QtDesktop::mainMenu() {
+    return session_ ? session_->menuBars.mainMenu() : nullptr;
+}
+
+std::vector<std::shared_ptr<NSWindow>> QtDesktop::orderedWindows() {
+    return session_ ? session_->windows.orderedWindows() : std::vector<NSWindowRef>();
+}
+
+std::shared_ptr<NSWindow> QtDesktop::keyWindow() {
+    return session_ ? session_->windows.keyWindow() : nullptr;
+}
+
+// The pointer
+
+NSPoint QtDesktop::mouseLocation() {
+    return session_ ? screenPoint(QCursor::pos()) : NSPoint();
+}
+
+void QtDesktop::showCursor(const NSCursor* cursor) {
+    if (session_) session_->cursor.show(cursor);
+}
+
+// Pictures
+
+std::optional<Bitmap> QtDesktop::decodeImage(std::string_view bytes) {
+    return velmora::decodeImage(bytes);
+}
+
+// The world around
+
+void QtDesktop::openURL(const std::string& address) {
+    trace("opens " + address);
+    if (session_) QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
+}
+
+void QtDesktop::beep() {
+    log("beep");
+    if (session_) QApplication::beep();
+}
+
+void QtDesktop::log(const std::string& line) {
+    log_.write(line);
+}
+
+void QtDesktop::trace(const std::string& line) {
+    if (traces_) log_.write(line);
+}
+
+std::string QtDesktop::homeDirectory() {
+    return userHomeDirectory();
+}
+
+std::string QtDesktop::resourceDirectory() {
+    return findResourceDirectory();
+}
+
+std::vector<std::string> QtDesktop::preferredLanguages() {
+    return userLanguages();
+}
+
+}  // namespace velmora

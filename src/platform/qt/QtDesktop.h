@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <memory>
+
+#include "platform/Desktop.h"
+#include "platform/foundation/PosixFileSystem.h"
+#include "platform/qt/EventHook.h"
+#include "platform/qt/LogFile.h"
+#include "platform/qt/QtCursor.h"
+#include "platform/qt/QtMenuBars.h"
+#include "platform/qt/QtWindows.h"
+
+namespace velmora {
+
+/// The desktop of a real application: its windows, its menus, its events.
+class QtDesktop final : public Desktop {
+public:
+    /// Makes it the desktop of this process, runs the load hooks, and begins: the host has finished
+    /// launching when the first window with a menu bar is up, and nothing happens before.
+    QtDesktop();
+
+    /// The application object is about to go, and with it everything that hangs on it. What is
+    /// asked from here on gets the answers of a host without windows.
+    void close();
+
+    Time now() const override;
+    void wait(Time deadline) override;
+    void timersChanged(std::optional<Time> earliest) override;
+    void dispatchEvent(const NSEventRef& event) override;
+    std::shared_ptr<NSMenu> mainMenu() override;
+    std::vector<std::shared_ptr<NSWindow>> orderedWindows() override;
+    std::shared_ptr<NSWindow> keyWindow() override;
+    NSPoint mouseLocation() override;
+    void showCursor(const NSCursor* cursor) override;
+    std::optional<Bitmap> decodeImage(std::string_view bytes) override;
+    void openURL(const std::string& address) override;
+    void beep() override;
+    void log(const std::string& line) override;
+    void trace(const std::string& line) override;
+    bool traceEnabled() const override { return traces_; }
+    std::string processName() override { return processName_; }
+    std::string homeDirectory() override;
+    std::string resourceDirectory() override;
+    std::vector<std::string> preferredLanguages() override;
+    FileSystem& files() override { return files_; }
+
+private:
+    /// What lives no longer than the application object.
+    struct Session {
+        Session();
+
+        QObject context;
+        QtWindows windows;
+        QtMenuBars menuBars;
+        QtCursor cursor;
+        EventHook hook;
+        QTimer launch;
+        QTimer timers;
+        bool active = false;
+    };
+
+    void tryToLaunch();
+    void applicationStateChanged();
+    void fireTimers();
+
+    std::string processName_;
+    LogFile log_;
+    bool traces_;
+    PosixFileSystem files_;
+    std::unique_ptr<Session> session_;
+};
+
+}  // namespace velmora

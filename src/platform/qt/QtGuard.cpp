@@ -1,0 +1,20 @@
+#include "platform/qt/QtGuard.h"
+
+#include <set>
+#include <string>
+
+#include "platform/foundation/NSLog.h"
+
+namespace velmora {
+
+void logFailure(std::string_view what, std::string_view reason) noexcept {
+    try {
+        static std::set<std::string, std::less<>> told;
+        if (!told.emplace(what).second) return;
+        NSLog(std::string(what).append(" failed: ").append(reason));
+    } catch (...) {
+        // There is no memory left to say so.
+    }
+}
+
+}  // namespace velmora

@@ -1,0 +1,64 @@
+#include "platform/qt/X11Pointer.h"
+
+#include <xcb/xinput.h>
+
+#include <qpa/qplatformnativeinterface.h>
+#include <QGuiApplication>
+#include <cstdlib>
+#include <memory>
+
+namespace velmora {
+
+namespace {
+
+/// The host's own connection: it leads to the right server, and by the time of an answer all events
+/// from before it have been read. Null on another display.
+xcb_connection_t* hostConnection() {
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) return nullptr;
+    QPlatformNativeInterface* native = QGuiApplication::platformNativeInterface();
+    if (!native) return nullptr;
+    return static_cast<xcb_connection_t*>(native->nativeResourceForIntegration("connection"));
+}
+
+template <class Reply>
+std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
+    return {reply, &std::free};
+}
+
+/// X's buttons 4 to 7 are the wheel's.
+Qt::MouseButton buttonOfNumber(unsigned number) {
+    switch (number) {
+        case 1: return Qt::LeftButton;
+        case 2: return Qt::MiddleButton;
+        case 3: return Qt::RightButton;
+        default: break;
+    }
+    if (number < 8 || number > 31) return Qt::NoButton;
+    return static_cast<Qt::MouseButton>(unsigned{Qt::BackButton} << (number - 8));
+}
+
+}  // namespace
+
+std::optional<Qt::MouseButtons> X11Pointer::pressedButtons() {
+    xcb_connection_t* server = hostConnection();
+    if (!server || xcb_connection_has_error(server) != 0) return std::nullopt;
+    if (!pointer_) {
+        const auto request = xcb_input_xi_get_client_pointer(server, XCB_NONE);
+        const auto reply = owned(xcb_input_xi_get_client_pointer_reply(server, request, nullptr));
+        if (!reply || !reply->set) return std::nullopt;
+        pointer_ = reply->deviceid;
+    }
+    const auto root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
+    const auto request = xcb_input_xi_query_pointer(server, root, *pointer_);
+    const auto reply = owned(xcb_input_xi_query_pointer_reply(server, request, nullptr));
+    if (!reply) return std::nullopt;
+
+    Qt::MouseButtons pressed;
+    const std::uint32_t* words = xcb_input_xi_query_pointer_buttons(reply.get());
+    for (unsigned i = 0; i < reply->buttons_len * 32U; ++i) {
+        if ((words[i / 32] >> (i % 32)) & 1U) pressed |= buttonOfNumber(i);
+    }
+    return pressed;
+}
+
+}  // namespace velmora
