@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <string>
+#include <vector>
+
+#include "platform/appkit/NSMenuItem.h"
+
+class QMenuBar;
+
+namespace velmora {
+
+class QtMenu;
+class QtMenuBars;
+class QtMenuItem;
+class QtWindows;
+
+/// Runs the commands of the host's menus: not where they are asked for but in a later pass of the
+/// loop, so that a modal dialog blocks nobody, and when the window that is to take the keys has
+/// them.
+class QtCommandRunner {
+public:
+    QtCommandRunner(QtMenuBars& menuBars, QtWindows& windows);
+
+    /// Runs the item once, unless it is gone, disabled or blocked by then; the trace says why.
+    /// When another window with a menu bar is key by now, the item of the same titles in that bar
+    /// is the one that runs.
+    void runLater(QtMenuItem& item);
+
+private:
+    /// The titles from the menu bar down to the item.
+    using Titles = std::vector<std::string>;
+    struct Request {
+        std::shared_ptr<QtMenuItem> item;
+        Titles titles;
+        QPointer<QMenuBar> bar;
+    };
+    void resolveBar(Request request);
+    void run(const Request& request);
+    static std::shared_ptr<QtMenuItem> find(QtMenu& menu, const Titles& titles, std::size_t level);
+
+    QtMenuBars& menuBars_;
+    QtWindows& windows_;
+    QObject context_;
+};
+
+/// The trace line of a command that runs now.
+void traceRun(const std::string& path);
+
+/// Titles as a path to read.
+std::string joinedTitles(const std::vector<std::string>& titles);
+
+}  // namespace velmora

@@ -1,0 +1,41 @@
+#include "platform/qt/QtImages.h"
+
+#include <QImage>
+#include <cstring>
+
+namespace velmora {
+
+namespace {
+
+constexpr int bytesPerPixel = 4;
+
+}  // namespace
+
+std::optional<Bitmap> decodeImage(std::string_view bytes) {
+    if (bytes.size() > static_cast<std::size_t>(INT_MAX)) return std::nullopt;
+    const QImage decoded = QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()),
+                                            static_cast<int>(bytes.size()));
+    if (decoded.isNull()) return std::nullopt;
+    const QImage image = decoded.convertToFormat(QImage::Format_RGBA8888);
+    if (image.isNull()) return std::nullopt;
+    Bitmap bitmap = Bitmap::blank(image.width(), image.height());
+    const std::size_t row = static_cast<std::size_t>(image.width()) * bytesPerPixel;
+    for (int y = 0; y < image.height(); ++y) {
+        std::memcpy(bitmap.pixels.data() + static_cast<std::size_t>(y) * row,
+                    image.constScanLine(y), row);
+    }
+    return bitmap;
+}
+
+QPixmap pixmapFromBitmap(const Bitmap& bitmap) {
+    // The image only looks at the bitmap's pixels; the pixmap is a copy.
+    const QImage image(bitmap.pixels.data(), bitmap.width, bitmap.height,
+                       bitmap.width * bytesPerPixel, QImage::Format_RGBA8888);
+    return QPixmap::fromImage(image);
+}
+
+QIcon iconFromBitmap(const Bitmap& bitmap) {
+    return QIcon(pixmapFromBitmap(bitmap));
+}
+
+}  // namespace velmora

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+#include <string>
+#include <vector>
+
+#include "platform/appkit/NSMenu.h"
+#include "platform/qt/QtMenuItem.h"
+
+class QMenu;
+
+namespace velmora {
+
+class QtMenuBars;
+
+/// A path and a title below it; nothing is in front of a title in the menu bar itself.
+std::string joinedPath(const std::string& prefix, const std::string& title);
+
+/// The mirror of a menu or a menu bar of the host: the items that a user sees there. What is
+/// inserted into it by others is shown in the host's menu as well.
+class QtMenu final : public NSMenu {
+public:
+    /// The mirror of a bar, or of a menu `depth` levels below one, whose path is `path`.
+    QtMenu(QtMenuBars& owner, QWidget& widget, std::string path, int depth);
+    ~QtMenu() override;
+
+    /// The QMenu or QMenuBar; null once the host has destroyed it.
+    QWidget* widget() const { return widget_; }
+    /// Makes it the mirror of another menu of the same title.
+    void rebind(QWidget& widget);
+    void setPath(std::string path);
+
+    bool isDirty() const { return dirty_; }
+    void markDirty();
+    /// Takes over what the host has changed since the last time.
+    void bringUpToDate();
+
+    /// Has the host prepare the menu as for its opening.
+    void update() override;
+
+    /// Whether a user could open the menu and choose from it.
+    bool isReachable() const;
+
+    /// Whether an item of ours with a submenu stands here.
+    bool hasOwnSubmenu() const;
+    /// Makes this menu the one by which the submenus of our items are reached.
+    void adoptOwnSubmenus();
+
+    /// The owner goes away before its mirrors do.
+    void detach() { owner_ = nullptr; }
+
+protected:
+    void runItem(NSMenuItem& item) override;
+    void itemWasInserted(int index) override;
+    void itemWillBeRemoved(int index) override;
+    void itemWasChanged(int index) override;
+
+private:
+    /// An item of ours and the action that shows it in the host's menu.
+    struct Own {
+        NSMenuItem* item;
+        QPointer<QAction> action;
+    };
+    QAction* actionOf(const NSMenuItem& item) const;
+    Own* ownOf(const NSMenuItem* item);
+    void drop(Own& own);
+    std::vector<NSMenuItemRef> wantedItems();
+    NSMenuItemRef itemFor(QAction& action, std::vector<NSMenuItemRef>& spare);
+    void arrange(const std::vector<NSMenuItemRef>& wanted);
+    void takeOver(QtMenuItem& item, QAction& action);
+    void bringSubmenusUpToDate();
+    void showOwnItem(NSMenuItem& item, int index);
+    void watchOpening();
+
+    QtMenuBars* owner_;
+    QPointer<QWidget> widget_;
+    /// Under which the owner knows the menu; compared only.
+    const QObject* key_;
+    std::string path_;
+    int depth_;
+    std::vector<Own> own_;
+    bool dirty_ = false;
+    bool bringingUpToDate_ = false;
+    /// The item that the mirror itself puts in or takes out: the host's doing, not somebody's here.
+    const NSMenuItem* moving_ = nullptr;
+    QPointer<QWidget> watched_;
+};
+
+}  // namespace velmora

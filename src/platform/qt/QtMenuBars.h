@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QEvent>
+#include <QMenuBar>
+#include <QPointer>
+#include <QTimer>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/appkit/NSMenu.h"
+#include "platform/qt/QtCommandRunner.h"
+#include "platform/qt/QtOwnMenus.h"
+
+namespace velmora {
+
+class QtMenu;
+class QtWindows;
+
+/// The host's menu bars as menus of the layer. One bar is the main menu: that of the window that is
+/// key or was last and has one. What the host changes is noticed by its events and taken over
+/// before anybody looks, or in the loop's next pass.
+class QtMenuBars {
+public:
+    explicit QtMenuBars(QtWindows& windows);
+    ~QtMenuBars();
+    QtMenuBars(const QtMenuBars&) = delete;
+    QtMenuBars& operator=(const QtMenuBars&) = delete;
+
+    /// Up to date with the host's menus. Null without a bar.
+    NSMenuRef mainMenu();
+
+    /// Whether a window of the host is up that has a menu bar with menus.
+    bool hasMainMenu() { return currentBar() != nullptr; }
+
+    /// For every event that the GUI thread delivers, before its receiver has it.
+    void noticeEvent(QObject* receiver, QEvent* event) {
+        switch (event->type()) {
+            case QEvent::ActionAdded:
+            case QEvent::ActionChanged:
+            case QEvent::ActionRemoved: noticeAction(receiver, event->type()); break;
+            case QEvent::Show:
+            case QEvent::WindowActivate: noticeWindow(receiver, event->type()); break;
+            default: break;
+        }
+    }
+
+    // For the mirrors of the menus
+
+    /// A mirror of a menu or a bar registers under its widget and learns of the widget's changes.
+    void add(QtMenu& menu, const QObject* widget);
+    void remove(QtMenu& menu, const QObject* widget);
+    void becameDirty(QtMenu& menu);
+    /// Looks after our additions each time that the menu has been prepared for opening.
+    void checkWhenOpened(QMenu& menu);
+
+    /// Emits the signal with which a host prepares a menu that opens, and soon the one for its
+    /// closing. Does nothing for a menu that is open.
+    void open(QMenu& menu);
+    /// Closes what was opened so, before a command runs or when nothing has come of it.
+    void closeOpened();
+
+    /// The bar that is the main menu now, and any bar's mirror up to date.
+    QMenuBar* currentBar();
+    std::shared_ptr<QtMenu> mirrorOf(QMenuBar& bar);
+
+    QtOwnMenus& ownMenus() { return ownMenus_; }
+    QtCommandRunner& runner() { return runner_; }
+    const Id& delegate() const { return delegate_; }
+
+private:
+    struct Bar {
+        QPointer<QMenuBar> bar;
+        /// Null until somebody wants to see the bar.
+        std::shared_ptr<QtMenu> mirror;
+        /// How often our additions were asked for since the user last came to the window.
+        int asked = 0;
+    };
+    void noticeAction(QObject* receiver, QEvent::Type type);
+    void noticeWindow(QObject* receiver, QEvent::Type type);
+    void findBars();
+    void learn(QMenuBar& bar);
+    QMenuBar* barOf(const QWidget& window);
+    void bringUpToDate();
+    void scheduleCheck();
+    void check();
+    void tellOfNewMainMenu();
+    void askForAdditions();
+    bool wantsAdditions(const Bar& known);
+
+    QtWindows& windows_;
+    QObject context_;
+    QtOwnMenus ownMenus_;
+    QtCommandRunner runner_;
+    Id delegate_;
+    bool foundBars_ = false;
+    std::vector<Bar> bars_;
+    std::unordered_multimap<const QObject*, QtMenu*> mirrors_;
+    std::vector<std::weak_ptr<NSObject>> dirty_;
+    bool bringingUpToDate_ = false;
+    bool checkScheduled_ = false;
+    bool checking_ = false;
+    bool hadMain_ = false;
+    QPointer<QMenuBar> lastMain_;
+    std::vector<QPointer<QMenu>> opened_;
+    QTimer closer_;
+    bool closing_ = false;
+};
+
+}  // namespace velmora

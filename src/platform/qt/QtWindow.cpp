@@ -1,0 +1,62 @@
+#include "platform/qt/QtWindow.h"
+
+#include <QDockWidget>
+
+#include "platform/qt/QtCoordinates.h"
+#include "platform/qt/QtView.h"
+#include "platform/qt/QtWindows.h"
+
+namespace velmora {
+
+namespace {
+
+/// A floating panel of a window.
+class QtDrawer final : public NSDrawer {
+public:
+    explicit QtDrawer(std::shared_ptr<QtWindow> window) : window_(std::move(window)) {}
+    NSViewRef contentView() override { return window_->contentView(); }
+
+private:
+    std::shared_ptr<QtWindow> window_;
+};
+
+}  // namespace
+
+QtWindow::QtWindow(QtWindows& windows, QObject& host, int number)
+    : windows_(windows), host_(&host), number_(number) {}
+
+QWindow* QtWindow::handle() const {
+    if (const QWidget* host = widget()) return host->windowHandle();
+    return qobject_cast<QWindow*>(host_.data());
+}
+
+NSRect QtWindow::frame() {
+    if (const QWidget* host = widget()) return screenRect(host->frameGeometry());
+    const QWindow* window = handle();
+    return window ? screenRect(window->frameGeometry()) : NSRect();
+}
+
+NSViewRef QtWindow::contentView() {
+    QWidget* host = widget();
+    if (!host) return nullptr;
+    return std::make_shared<QtView>(std::static_pointer_cast<QtWindow>(shared_from_this()),
+                                    windows_.contextMenus(), *host);
+}
+
+std::vector<std::shared_ptr<NSDrawer>> QtWindow::drawers() {
+    std::vector<std::shared_ptr<NSDrawer>> drawers;
+    const QWidget* host = widget();
+    if (!host) return drawers;
+    const auto docks = host->findChildren<QDockWidget*>();
+    for (QDockWidget* dock : docks) {
+        if (!dock->isWindow() || !dock->isVisible()) continue;
+        drawers.push_back(std::make_shared<QtDrawer>(windows_.windowFor(*dock)));
+    }
+    return drawers;
+}
+
+void QtWindow::makeKeyWindow() {
+    windows_.makeKey(*this);
+}
+
+}  // namespace velmora

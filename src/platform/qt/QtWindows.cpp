@@ -1,0 +1,179 @@
+#include "platform/qt/QtWindows.h"
+
+#include <QApplication>
+#include <QWidget>
+#include <QWindow>
+#include <algorithm>
+#include <climits>
+
+#include "platform/qt/QtGuard.h"
+#include "platform/qt/QtModality.h"
+#include "platform/qt/QtWindow.h"
+
+namespace velmora {
+
+namespace {
+
+/// How long a window that is made key may take, in ms, and when it is asked for once more in the
+/// way that also raises it.
+constexpr int longestWait = 300;
+constexpr int insistAfter = 100;
+
+constexpr const char* ownMark = "_velmora_own";
+
+bool takesPart(Qt::WindowType type) {
+    return type != Qt::Popup && type != Qt::ToolTip && type != Qt::SplashScreen &&
+           type != Qt::Desktop;
+}
+
+bool takesPart(const QWidget& widget) {
+    return widget.isWindow() && widget.isVisible() && !widget.isMinimized() &&
+           takesPart(widget.windowType()) && widget.windowHandle() &&
+           (widget.windowFlags() & Qt::WindowTransparentForInput) == 0 &&
+           !widget.testAttribute(Qt::WA_DontShowOnScreen);
+}
+
+/// Windows of widgets are known by their widgets.
+bool takesPart(const QWindow& window) {
+    return window.isVisible() && window.visibility() != QWindow::Minimized &&
+           takesPart(window.type()) && (window.flags() & Qt::WindowTransparentForInput) == 0 &&
+           !window.inherits("QWidgetWindow");
+}
+
+}  // namespace
+
+QtWindows::QtWindows() {
+    limit_.setSingleShot(true);
+    limit_.setInterval(longestWait);
+    QObject::connect(&limit_, &QTimer::timeout, &context_, [this] { settle(); });
+    insist_.setSingleShot(true);
+    insist_.setInterval(insistAfter);
+    QObject::connect(&insist_, &QTimer::timeout, &context_, [this] {
+        const std::shared_ptr<QtWindow> window = awaited_.lock();
+        if (QWindow* handle = window ? window->handle() : nullptr) handle->requestActivate();
+    });
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &context_, [this](QWindow* w) {
+        const std::shared_ptr<QtWindow> window = awaited_.lock();
+        if (window && w && window->handle() == w) settle();
+    });
+}
+
+QtWindows::~QtWindows() = default;
+
+std::vector<std::shared_ptr<QtWindow>> QtWindows::visibleWindows() {
+    std::vector<std::shared_ptr<QtWindow>> windows;
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget* widget : widgets) {
+        if (takesPart(*widget)) windows.push_back(windowFor(*widget));
+    }
+    const QWindowList handles = QGuiApplication::topLevelWindows();
+    for (QWindow* handle : handles) {
+        if (takesPart(*handle)) windows.push_back(windowFor(*handle));
+    }
+    return windows;
+}
+
+std::vector<NSWindowRef> QtWindows::orderedWindows() {
+    struct Place {
+        std::shared_ptr<QtWindow> window;
+        std::ptrdiff_t depth;
+    };
+    const std::vector<std::uint32_t> stacking = x11_.stackingOrder();
+    const auto depthOf = [&](const QtWindow& window) -> std::ptrdiff_t {
+        if (stacking.empty()) {
+            return window.widget() ? activationRank(*window.widget()) : INT_MAX;
+        }
+        const auto id = static_cast<std::uint32_t>(window.handle()->winId());
+        const auto found = std::find(stacking.begin(), stacking.end(), id);
+        // What the window manager does not manage lies above everything.
+        return found != stacking.end() ? stacking.end() - found : 0;
+    };
+    std::vector<Place> places;
+    for (std::shared_ptr<QtWindow>& window : visibleWindows()) {
+        const std::ptrdiff_t depth = depthOf(*window);
+        places.push_back({std::move(window), depth});
+    }
+    std::stable_sort(places.begin(), places.end(),
+                     [](const Place& a, const Place& b) { return a.depth < b.depth; });
+    std::vector<NSWindowRef> ordered;
+    for (Place& place : places) ordered.push_back(std::move(place.window));
+    return ordered;
+}
+
+NSWindowRef QtWindows::keyWindow() {
+    if (auto awaited = awaited_.lock()) return awaited;
+    if (QWidget* widget = QApplication::activeWindow()) return windowFor(*widget);
+    QWindow* handle = QGuiApplication::focusWindow();
+    return handle && takesPart(*handle) ? windowFor(*handle) : nullptr;
+}
+
+std::shared_ptr<QtWindow> QtWindows::windowFor(QObject& host) {
+    std::shared_ptr<QtWindow>& window = known_[&host];
+    if (!window) {
+        window = std::make_shared<QtWindow>(*this, host, ++lastNumber_);
+        QObject::connect(&host, &QObject::destroyed, &context_,
+                         [this, key = &host] { known_.erase(key); });
+    }
+    return window;
+}
+
+int QtWindows::activationRank(const QWidget& window) const {
+    if (const auto awaited = awaited_.lock(); awaited && awaited->widget() == &window) return 0;
+    if (QApplication::activeWindow() == &window) return 1;
+    const auto found = std::find(activated_.begin(), activated_.end(), &window);
+    if (found == activated_.end()) return INT_MAX;
+    return 2 + static_cast<int>(found - activated_.begin());
+}
+
+void QtWindows::noticeActivation(QWidget& window) {
+    std::erase_if(activated_,
+                  [&](const QPointer<QWidget>& known) { return !known || known == &window; });
+    activated_.insert(activated_.begin(), &window);
+}
+
+void QtWindows::makeKey(QtWindow& window) {
+    QWindow* handle = window.handle();
+    if (!handle || !handle->isVisible() || isBlockedByModal(*handle)) return;
+    if (awaited_.lock().get() == &window) return;
+    if (QGuiApplication::focusWindow() == handle) {
+        settle();
+        return;
+    }
+    awaited_ = std::static_pointer_cast<QtWindow>(window.shared_from_this());
+    limit_.start();
+    if (x11_.focus(static_cast<std::uint32_t>(handle->winId()))) {
+        insist_.start();
+    } else {
+        handle->requestActivate();
+    }
+}
+
+void QtWindows::whenKeyIsSettled(std::function<void()> work) {
+    if (awaited_.expired()) {
+        work();
+    } else {
+        waiting_.push_back(std::move(work));
+    }
+}
+
+void QtWindows::settle() {
+    awaited_.reset();
+    limit_.stop();
+    insist_.stop();
+    // The host may still be in the middle of the change.
+    for (std::function<void()>& work : std::exchange(waiting_, {})) {
+        QMetaObject::invokeMethod(
+            &context_, [work = std::move(work)] { guarded("A command", work); },
+            Qt::QueuedConnection);
+    }
+}
+
+void QtWindows::markAsOwn(QWidget& window) {
+    window.setProperty(ownMark, true);
+}
+
+bool QtWindows::isOwn(const QWidget& window) {
+    return window.property(ownMark).toBool();
+}
+
+}  // namespace velmora

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QEvent>
+#include <QPointer>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/appkit/NSWindow.h"
+#include "platform/qt/QtContextMenus.h"
+#include "platform/qt/X11Windows.h"
+
+class QWidget;
+class QWindow;
+
+namespace velmora {
+
+class QtWindow;
+
+/// The windows of the host: which there are, in which order they lie, and which takes the keys.
+class QtWindows {
+public:
+    QtWindows();
+    ~QtWindows();
+
+    /// The visible windows, front to back, without menus, tips and what takes no input.
+    std::vector<NSWindowRef> orderedWindows();
+
+    /// The active window, or the one that has just been made to be; null when the host is not
+    /// active.
+    NSWindowRef keyWindow();
+
+    /// For windows that are being made key: with a window manager that takes a while. The work is
+    /// done when the window is active, or when it takes too long; at once when nothing is awaited.
+    void whenKeyIsSettled(std::function<void()> work);
+
+    /// 0 for the window that is key or is being made so, then 1 for the one that was before, and
+    /// so on; windows that have never been active come last.
+    int activationRank(const QWidget& window) const;
+
+    /// The one object for a top-level widget or for a window without a widget.
+    std::shared_ptr<QtWindow> windowFor(QObject& host);
+
+    void makeKey(QtWindow& window);
+    void noticeActivation(QWidget& window);
+
+    QtContextMenus& contextMenus() { return contextMenus_; }
+
+    /// Marks a top-level widget as one of our own panels, whose menu bar is none of the host's.
+    static void markAsOwn(QWidget& window);
+    static bool isOwn(const QWidget& window);
+
+private:
+    void settle();
+    void forget(const QObject* host) { known_.erase(host); }
+    std::vector<std::shared_ptr<QtWindow>> visibleWindows();
+
+    // Work that waits outlives nothing that it refers to: both belong to the desktop.
+    X11Windows x11_;
+    QtContextMenus contextMenus_;
+    QObject context_;
+    QTimer limit_;
+    QTimer insist_;
+    std::unordered_map<const QObject*, std::shared_ptr<QtWindow>> known_;
+    std::vector<QPointer<QWidget>> activated_;
+    std::weak_ptr<QtWindow> awaited_;
+    std::vector<std::function<void()>> waiting_;
+    int lastNumber_ = 0;
+};
+
+}  // namespace velmora

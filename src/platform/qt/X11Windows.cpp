@@ -1,0 +1,72 @@
+#include "platform/qt/X11Windows.h"
+
+#include <xcb/xcb.h>
+
+#include <QGuiApplication>
+#include <cstdlib>
+#include <string_view>
+
+namespace velmora {
+
+namespace {
+
+constexpr std::uint32_t mostWindows = 4096;
+
+/// What libxcb hands out is freed by us.
+struct Free {
+    void operator()(void* reply) const { std::free(reply); }
+};
+template <class Reply>
+std::unique_ptr<Reply, Free> owned(Reply* reply) {
+    return std::unique_ptr<Reply, Free>(reply);
+}
+
+}  // namespace
+
+X11Windows::X11Windows() = default;
+X11Windows::~X11Windows() = default;
+
+void X11Windows::Disconnect::operator()(xcb_connection_t* connection) const {
+    xcb_disconnect(connection);
+}
+
+xcb_connection_t* X11Windows::connection() {
+    if (!tried_) {
+        tried_ = true;
+        if (QGuiApplication::platformName() != QLatin1String("xcb")) return nullptr;
+        int number = 0;
+        connection_.reset(xcb_connect(nullptr, &number));
+        if (xcb_connection_has_error(connection_.get()) != 0) connection_.reset();
+        if (!connection_) return nullptr;
+        auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection_.get()));
+        for (; screens.rem > 0 && number > 0; --number) xcb_screen_next(&screens);
+        if (screens.rem > 0) root_ = screens.data->root;
+        constexpr std::string_view name = "_NET_CLIENT_LIST_STACKING";
+        const auto request = xcb_intern_atom(connection_.get(), 0, name.size(), name.data());
+        const auto reply = owned(xcb_intern_atom_reply(connection_.get(), request, nullptr));
+        if (reply) stackingAtom_ = reply->atom;
+    }
+    if (connection_ && xcb_connection_has_error(connection_.get()) != 0) connection_.reset();
+    return connection_.get();
+}
+
+std::vector<std::uint32_t> X11Windows::stackingOrder() {
+    xcb_connection_t* server = connection();
+    if (!server || stackingAtom_ == XCB_ATOM_NONE) return {};
+    const auto request =
+        xcb_get_property(server, 0, root_, stackingAtom_, XCB_ATOM_WINDOW, 0, mostWindows);
+    const auto reply = owned(xcb_get_property_reply(server, request, nullptr));
+    if (!reply || reply->format != 32) return {};
+    const auto* windows = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {windows, windows + reply->value_len};
+}
+
+bool X11Windows::focus(std::uint32_t window) {
+    xcb_connection_t* server = connection();
+    if (!server) return false;
+    const auto request =
+        xcb_set_input_focus_checked(server, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    return !owned(xcb_request_check(server, request));
+}
+
+}  // namespace velmora

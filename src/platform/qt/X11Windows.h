@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+struct xcb_connection_t;
+
+namespace velmora {
+
+/// What only the X server knows of windows. Has a connection of its own, opened when it is first
+/// needed; on any other display everything here answers nothing.
+class X11Windows {
+public:
+    X11Windows();
+    ~X11Windows();
+
+    /// The windows that the window manager manages, the lowest first; empty when it does not say.
+    std::vector<std::uint32_t> stackingOrder();
+
+    /// Gives the window the keys without raising it. False when the server refuses.
+    bool focus(std::uint32_t window);
+
+private:
+    struct Disconnect {
+        void operator()(xcb_connection_t* connection) const;
+    };
+    xcb_connection_t* connection();
+
+    bool tried_ = false;
+    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    std::uint32_t root_ = 0;
+    std::uint32_t stackingAtom_ = 0;
+};
+
+}  // namespace velmora
