@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "commands/VelmoraTextSnippets.h"
+
+namespace velmora {
+
+/// Named scripts, listed and chosen like text snippets. In a definition the trigger is the name, the
+/// path the source: an executable one that begins with "#!", else one that runs in the process.
+class VelmoraScripts final : public VelmoraTextSnippets {
+public:
+    static Class& classObject();
+    Class& isa() const override { return classObject(); }
+
+    std::string componentName() override { return "Scripts"; }
+
+    /// Runs the script a moment later, when the menu has closed.
+    void runWithSetting(const VelmoraSettingRef& definition) override;
+    void runDelayed(const NSTimerRef& timer);
+
+    /// Writes the source to a file, runs that as a process and waits for its end. Characters beyond
+    /// ASCII are written as question marks.
+    void runAsScript(const std::string& source);
+
+    /// Runs the source in the process.
+    void runAppleScript(const std::string& source);
+};
+
+}  // namespace velmora
