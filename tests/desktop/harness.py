@@ -348,7 +348,7 @@ class Application:
     def wait_ready(self):
         """Waits until the plug-in watches the events of the application."""
         self.window()
-        self.wait_text("^started")
+        self.wait_text("^launched")
 
     # --- the process ---------------------------------------------------------------------------
 
