@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Counts the instructions that one event costs on its way through the router.
 
-usage: benchmarks/instructions.py BUILD_FOLDER
+usage: benchmarks/instructions.py [BUILD_FOLDER]      (build/bench)
 
 Runs the router's benchmarks under callgrind with two numbers of events; the difference is what the
 events themselves cost, whatever else the machine does.
@@ -24,9 +24,10 @@ def instructions(program, name, events):
 
 
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) > 2:
         sys.exit(__doc__)
-    program = os.path.join(sys.argv[1], "velmora_bench")
+    folder = sys.argv[1] if len(sys.argv) == 2 else "build/bench"
+    program = os.path.join(folder, "velmora_bench")
     bare = None
     for name in ("bare", "press", "motion", "key"):
         cost = (instructions(program, name, 2 * EVENTS) - instructions(program, name, EVENTS)) / EVENTS

@@ -348,7 +348,7 @@ class Application:
     def wait_ready(self):
         """Waits until the plug-in watches the events of the application."""
         self.window()
-        self.wait_text("^started")
+        self.wait_text("^launched")
 
     # --- the process ---------------------------------------------------------------------------
 
@@ -429,20 +429,21 @@ class DesktopTest(unittest.TestCase):
     def setUp(self):
         self.home = Home(self.screen, f"home-{self._testMethodName}")
         self.applications = []
-        self.addCleanup(self._end)
+        self.addCleanup(self.end_applications)
 
     def start(self, kind, *arguments, **options):
         application = kind(self.screen, self.home, *arguments, **options)
         self.applications.append(application)
         return application
 
-    def _end(self):
+    def end_applications(self):
+        """So that the next one has the screen for itself."""
         self.x.release_everything()
         for application in self.applications:
             application.stop()
         wait_for(lambda: not self.x.managed_windows() and not self.x.popups(),
                  "the windows of ended applications to go")
-        # Where no window of the next test opens.
+        # Where no window opens.
         self.x.move(SCREEN.width - 1, 0)
 
     def report(self):

@@ -75,8 +75,14 @@ class _Event(ctypes.Union):
     class _Map(ctypes.Structure):
         _fields_ = [("head", ctypes.c_byte * 48), ("override_redirect", ctypes.c_int)]
 
+    class _ClientMessage(ctypes.Structure):
+        _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("sent", ctypes.c_int),
+                    ("display", ctypes.c_void_p), ("window", ctypes.c_ulong),
+                    ("message", ctypes.c_ulong), ("format", ctypes.c_int),
+                    ("data", ctypes.c_long * 5)]
+
     _fields_ = [("common", _Structure), ("numbers", _Numbers), ("map", _Map),
-                ("pad", ctypes.c_long * 24)]
+                ("client", _ClientMessage), ("pad", ctypes.c_long * 24)]
 
 
 _xlib = ctypes.CDLL("libX11.so.6")
@@ -94,7 +100,7 @@ for _function, _result, *_arguments in (
         ("XTranslateCoordinates", _I, _P, _W, _W, _I, _I, _P, _P, _P),
         ("XCreateSimpleWindow", _W, _P, _W, _I, _I, _U, _U, _U, _W, _W),
         ("XStoreName", _I, _P, _W, ctypes.c_char_p), ("XMapWindow", _I, _P, _W),
-        ("XDestroyWindow", _I, _P, _W), ("XMoveResizeWindow", _I, _P, _W, _I, _I, _U, _U),
+        ("XGetInputFocus", _I, _P, _P, _P), ("XSendEvent", _I, _P, _W, _I, _L, _P), ("XDestroyWindow", _I, _P, _W), ("XMoveResizeWindow", _I, _P, _W, _I, _I, _U, _U),
         ("XQueryPointer", _I, _P, _W, _P, _P, _P, _P, _P, _P, _P),
         ("XQueryTree", _I, _P, _W, _P, _P, _P, _P), ("XSetErrorHandler", _P, _P),
         ("XGetWindowProperty", _I, _P, _W, _W, _L, _L, _I, _W, _P, _P, _P, _P, _P)):
@@ -246,8 +252,11 @@ class Display:
                 if self.geometry(window)]
 
     def active_window(self):
+        """The window that the window manager says is active, once keys really go to it; else 0."""
         value = self.property(self.root, "_NET_ACTIVE_WINDOW")
-        return value[0] if value else 0
+        focus, revert = ctypes.c_ulong(), ctypes.c_int()
+        _xlib.XGetInputFocus(self._display, ctypes.byref(focus), ctypes.byref(revert))
+        return focus.value if value and focus.value == value[0] else 0
 
     def title(self, window):
         value = self.property(window, "_NET_WM_NAME")
@@ -309,6 +318,17 @@ class Display:
         _xlib.XMapWindow(self._display, window)
         _xlib.XSync(self._display, 0)
         return window
+
+    def close_window(self, window):
+        """Asks the window manager to close a window as its close button does."""
+        event = _Event()
+        ctypes.memset(ctypes.byref(event), 0, ctypes.sizeof(event))
+        message = event.client
+        message.type, message.window, message.format = 33, window, 32
+        message.message = self.atom("_NET_CLOSE_WINDOW")
+        _xlib.XSendEvent(self._display, self.root, 0, (1 << 20) | _SUBSTRUCTURE_NOTIFY,
+                         ctypes.byref(event))
+        _xlib.XSync(self._display, 0)
 
     def place(self, window, geometry):
         """Asks the window manager to put a window's inside there."""

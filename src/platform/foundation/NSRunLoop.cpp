@@ -18,11 +18,8 @@ Class& NSTimer::classObject() {
     return *object;
 }
 
-NSTimerRef NSTimer::timerWithTimeInterval_target_selector_userInfo_repeats(NSTimeInterval interval,
-                                                                           Id target,
-                                                                           Selector selector,
-                                                                           Id userInfo,
-                                                                           bool repeats) {
+NSTimerRef NSTimer::timerWithTimeInterval_target_selector_userInfo_repeats(
+    NSTimeInterval interval, Id target, Selector selector, Id userInfo, bool repeats) {
     auto timer = std::make_shared<NSTimer>();
     timer->interval_ = timeFromInterval(interval);
     timer->fireDate_ = desktop().now() + timer->interval_;
@@ -61,7 +58,11 @@ void NSTimer::fire(Time now) {
         fireDate_ += step;
         if (fireDate_ <= now) fireDate_ += (now - fireDate_) / step * step + step;
     }
+    firing_ = true;
+    // The message may run a loop of the host's, in which the other timers go on.
+    NSRunLoop::currentRunLoop().timersChanged();
     if (target) message<void(const NSTimerRef&)>(*target, selector_, self);
+    firing_ = false;
     if (!repeats_) invalidate();
 }
 
@@ -81,9 +82,8 @@ void NSRunLoop::keepUntilNextPass(Id object) {
 std::optional<Time> NSRunLoop::nextFireDate(RunLoopMode mode) const {
     std::optional<Time> next;
     for (const Entry& entry : entries_) {
-        if (entry.mode == mode && (!next || entry.timer->fireDate() < *next)) {
-            next = entry.timer->fireDate();
-        }
+        if (entry.mode != mode || entry.timer->firing_) continue;
+        if (!next || entry.timer->fireDate() < *next) next = entry.timer->fireDate();
     }
     return next;
 }
@@ -102,7 +102,7 @@ void NSRunLoop::fireDueTimers(RunLoopMode mode, Time now) {
     });
     for (const NSTimerRef& timer : due) {
         // An earlier one may have invalidated it, or a nested loop may have fired it.
-        if (timer->isValid() && timer->fireDate() <= now) timer->fire(now);
+        if (timer->isValid() && !timer->firing_ && timer->fireDate() <= now) timer->fire(now);
     }
     timersChanged();
 }

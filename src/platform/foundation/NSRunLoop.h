@@ -24,10 +24,8 @@ public:
 
     /// A timer that is scheduled on the current run loop in its default mode. The selector's method
     /// takes the timer: `void(const std::shared_ptr<NSTimer>&)`.
-    static std::shared_ptr<NSTimer>
-    scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(NSTimeInterval interval,
-                                                                    Id target, Selector selector,
-                                                                    Id userInfo, bool repeats);
+    static std::shared_ptr<NSTimer> scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+        NSTimeInterval interval, Id target, Selector selector, Id userInfo, bool repeats);
 
     /// The same, not yet scheduled: NSRunLoop::addTimer_forMode does that.
     static std::shared_ptr<NSTimer> timerWithTimeInterval_target_selector_userInfo_repeats(
@@ -50,6 +48,8 @@ private:
     Id userInfo_;
     bool repeats_ = false;
     bool valid_ = true;
+    /// Its message is being sent: a loop that runs inside does not send it again.
+    bool firing_ = false;
 };
 
 using NSTimerRef = std::shared_ptr<NSTimer>;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -21,7 +22,7 @@ struct Statement;
 
 /// Starts the host of that name, which the statements that follow are about.
 struct LaunchStep {
-    HostDescription host;
+    std::shared_ptr<const HostDescription> host;
 };
 
 struct QuitStep {

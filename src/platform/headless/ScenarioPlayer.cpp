@@ -64,7 +64,7 @@ void ScenarioPlayer::fail(const std::string& text) {
 // -----------------------------------------------------------------------------------------
 
 void ScenarioPlayer::act(const LaunchStep& step) {
-    main_ = &session_.addProcess(step.host);
+    main_ = &session_.addProcess(*step.host);
     const HeadlessProcess::Scope scope(*main_);
     // In the order of the user's time, after a wait that stands before it.
     session_.input().then([this] { main_->launch(); });

@@ -190,7 +190,7 @@ void ScenarioLine::fail(const std::string& reason) const {
 }
 
 ScenarioText::ScenarioText(std::string_view source) : rest_(source) {
-    if (source.size() > maximumSize) throw ScenarioError{1, "the file is larger than 1 MiB"};
+    if (source.size() > maximumSize) throw ScenarioError{1, "the file is larger than 256 KiB"};
 }
 
 bool ScenarioText::advance() {

@@ -67,7 +67,7 @@ private:
 /// The lines of a scenario, comments and empty ones left out.
 class ScenarioText {
 public:
-    static constexpr std::size_t maximumSize = 1U << 20U;
+    static constexpr std::size_t maximumSize = 256U << 10U;
     static constexpr int maximumDepth = 20;
 
     /// The source must outlive it.

@@ -63,6 +63,7 @@ void QtDesktop::tryToLaunch() {
         QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &session_->context,
                          [this] { applicationStateChanged(); });
         applicationStateChanged();
+        trace("launched");
     });
 }
 

@@ -1,0 +1,237 @@
+"""The two real applications that the tests command, and what they can be seen to do.
+
+Both are as their packages bring them. Each class says where in its window strokes are drawn, which
+commands leave an effect that can be seen from outside, and how it is read.
+"""
+
+import re
+import time
+
+import harness
+from harness import wait_for
+from xclient import LEFT, RIGHT, Geometry
+
+
+class RealApplication(harness.Application):
+    """An application with one document in a window at a place of its own."""
+
+    process_name = None
+    title = None
+    place = None
+    first_menu = "File"
+
+    # A menu command that changes the document each time it runs; count() tells how often.
+    counted = None
+    # One that switches something in the window on or off; switch() is what is seen of it.
+    switched = None
+    # One that opens a modal dialog, and that one's title. Escape closes it.
+    dialog = None
+    dialog_title = None
+    # One that is disabled at first, and one that ends the application.
+    disabled = None
+    ending = None
+
+    def __init__(self, screen, home, plugin=True, **options):
+        super().__init__(screen, home, self.prepare(home), plugin=plugin,
+                         name=f"{self.process_name}-{home.path.name}", **options)
+        self.main = self.window(self.title)
+        self.x.place(self.main, self.place)
+        wait_for(lambda: self.x.geometry(self.main) == self.place, "the window at its place")
+        wait_for(lambda: self.x.active_window() == self.main, "the window to be active")
+        if plugin:
+            self.wait_ready()
+        self.wait_drawn()
+
+    def prepare(self, home):
+        """Writes the document and returns the command line."""
+        raise NotImplementedError
+
+    def view(self):
+        """Where strokes are drawn, and where a click of the right button opens a menu whose last
+        item has a visible effect."""
+        raise NotImplementedError
+
+    def contexts(self):
+        """Views with a context menu: (where, an item of it, a function that reads its effect)
+        each. The first is view() and the last item of its menu."""
+        raise NotImplementedError
+
+    def count(self):
+        """Saves, and counts in the file."""
+        self.save()
+        return self.count_in(self.document.read_text())
+
+    def count_in(self, text):
+        raise NotImplementedError
+
+    def wait_count(self, expected):
+        wait_for(lambda: self.count() >= expected, f"{expected} runs of {self.counted}")
+        assert self.count() == expected
+
+    def save(self):
+        """A star stands in the title while the file is not as the document is."""
+        self.activate(self.main)
+        pressed = 0
+
+        def saved():
+            nonlocal pressed
+            if "*" not in self.x.title(self.main):
+                return True
+            # Where the command is not enabled yet, the key does nothing.
+            if time.monotonic() > pressed + 0.5:
+                pressed = time.monotonic()
+                self.x.keys("ctrl+s")
+            return False
+        wait_for(saved, "the document to be saved")
+
+    def switch(self):
+        raise NotImplementedError
+
+    def assert_usable(self):
+        """Uses the left button and the keys, and fails unless both do what they always do."""
+        raise NotImplementedError
+
+    def area(self, x, y, width, height):
+        """A part of the main window, from its upper left corner."""
+        main = self.x.geometry(self.main)
+        return Geometry(main.x + x, main.y + y, width, height)
+
+    def pixels(self, area):
+        return self.x.picture(area)[2]
+
+    def wait_drawn(self):
+        """Waits until the view shows more than its background, and then nothing new."""
+        area = self.x.geometry(self.main)
+        seen = [None]
+
+        def settled():
+            before, seen[0] = seen[0], self.pixels(area)
+            return before == seen[0] and len(set(seen[0][::997])) > 3
+        wait_for(settled, "the window to be drawn")
+
+    def click_menu_item_above(self, bottom, popup):
+        """Clicks an item of an open menu that stands that many pixels above its lower edge."""
+        menu = self.x.geometry(popup)
+        self.x.click(menu.x + menu.width // 3, menu.y + menu.height - bottom, LEFT)
+
+    def open_context_menu(self):
+        self.x.click(*self.view().at(0.5, 0.4), RIGHT)
+        return self.popup()
+
+    def draw(self, letters, speed=800, leg=80, **options):
+        return harness.draw(self.x, letters, self.view(), speed, leg, **options)
+
+    def close_menus(self):
+        def closed():
+            if not self.popups():
+                return True
+            self.x.keys("Escape")
+            return False
+        wait_for(closed, "the menus to close")
+
+    def close_dialog(self):
+        dialog = self.window(self.dialog_title)
+        wait_for(lambda: self.x.active_window() == dialog, "the dialog to be active")
+        self.x.keys("Escape")
+        self.no_window(self.dialog_title)
+
+
+class Featherpad(RealApplication):
+    """A text editor, on Qt 5."""
+
+    process_name = "featherpad"
+    title = r"words\.txt"
+    place = Geometry(40, 60, 900, 720)
+    counted = "Edit/Paste Date and Time"
+    switched = "Options/Line Numbers"
+    dialog = "Help/About"
+    dialog_title = "About"
+    disabled = "Edit/Redo"
+    ending = "File/Quit"
+
+    def prepare(self, home):
+        self.document = home.path / "words.txt"
+        self.document.write_text("one two\nthree\n")
+        return ["featherpad", self.document]
+
+    def view(self):
+        return self.area(80, 190, 740, 350)
+
+    def count_in(self, text):
+        return len(re.findall(r"\d\d:\d\d:\d\d", text))
+
+    def switch(self):
+        # The column of line numbers is dark, below the text too.
+        return self.pixels(self.area(4, 400, 1, 1))
+
+    def assert_usable(self):
+        self.save()
+        before = len(re.findall("q", self.document.read_text()))
+        self.activate(self.main)
+        self.x.click(*self.area(300, 400, 1, 1)[:2])
+        self.x.keys("q")
+        wait_for(lambda: "*" in self.x.title(self.main), "a typed letter in the text")
+        self.save()
+        assert len(re.findall("q", self.document.read_text())) == before + 1
+
+    def contexts(self):
+        return [(self.view(), "Paste Date and Time", self.count)]
+
+
+class Linguist(RealApplication):
+    """An editor for translations, on Qt 6. Its process has another name than its package."""
+
+    process_name = "linguist"
+    title = r"words\.ts"
+    place = Geometry(40, 40, 1200, 940)
+    counted = "Translation/Done and Next"
+    switched = "View/Visualize whitespace"
+    dialog = "Edit/Translation File Settings..."
+    dialog_title = "Settings"
+    disabled = "Edit/Redo"
+    ending = "File/Exit"
+
+    messages = 60
+
+    def prepare(self, home):
+        self.document = home.path / "words.ts"
+        messages = "".join(
+            f'<message><source>Word {number}</source>'
+            f'<translation type="unfinished">Wort {number}</translation></message>\n'
+            for number in range(self.messages))
+        self.document.write_text(
+            '<?xml version="1.0" encoding="utf-8"?>\n<!DOCTYPE TS>\n'
+            '<TS version="2.1" language="de_DE" sourcelanguage="en_US">\n'
+            f'<context><name>Words</name>\n{messages}</context>\n</TS>\n')
+        return ["/usr/lib/qt6/bin/linguist", self.document]
+
+    def view(self):
+        return self.area(540, 130, 600, 500)
+
+    def count_in(self, text):
+        return self.messages - text.count("unfinished")
+
+    def switch(self):
+        # A dot or none between the two words of the source text.
+        return self.pixels(self.area(262, 722, 120, 26))
+
+    def assert_usable(self):
+        rows = self.area(300, 100, 160, 500)
+        self.activate(self.main)
+        before = self.pixels(rows)
+        self.x.click(*self.area(340, 240, 1, 1)[:2])
+        wait_for(lambda: self.pixels(rows) != before, "the clicked row to be selected")
+        before = self.pixels(rows)
+        self.x.keys("Down")
+        wait_for(lambda: self.pixels(rows) != before, "the row below to be selected")
+        self.x.click(*self.area(340, 130, 1, 1)[:2])
+
+    def contexts(self):
+        # The source view selects its text. The title of the dock at the lower right opens a menu
+        # that is the window's; it switches tool bars on and off.
+        return [(self.view(), "Select All", lambda: self.pixels(self.area(480, 85, 400, 30))),
+                (self.area(800, 784, 200, 12), "Edit",
+                 lambda: self.pixels(self.area(300, 30, 800, 40)))]
+
+
+BOTH = (Featherpad, Linguist)

@@ -1,0 +1,149 @@
+#!/usr/bin/env python3
+"""Definition and preference files that are edited outside while applications run."""
+
+import plistlib
+import unittest
+
+import harness
+from applications import Featherpad, Linguist
+from harness import wait_for, write_file
+from xclient import MIDDLE, RIGHT
+
+BROKEN = (
+    b"",
+    b"no property list",
+    b"<?xml version=\"1.0\"?><plist version=\"1.0\"><array><dict><key>Trigger",
+    b"bplist00" + bytes(range(256)) * 4,
+    plistlib.dumps("a string"),
+)
+
+
+class Files:
+    kind = None
+
+    def leave(self):
+        """Makes a window of nobody's the active one."""
+        self.other = self.x.create_window("elsewhere", (1100, 20, 100, 30))
+        wait_for(lambda: self.x.active_window() == self.other, "the other window to be active")
+
+    def come_back(self, application):
+        """Clicks where the menu bar is empty."""
+        self.x.click(*application.area(700, 12, 1, 1)[:2])
+        wait_for(lambda: self.x.active_window() == application.main, "the application to be active")
+        self.x.destroy_window(self.other)
+
+    def edit(self, application, change):
+        self.leave()
+        change()
+        self.come_back(application)
+
+    def assert_runs(self, application, letters, path, **options):
+        mark = application.mark()
+        application.draw(letters, **options)
+        application.wait_text("^ran ", mark)
+        self.assertEqual(application.commands(mark), [path])
+
+    def assert_beeps(self, application, letters):
+        mark = application.mark()
+        application.draw(letters)
+        wait_for(lambda: application.beeps(mark) == 1, "the beep")
+        self.assertEqual(application.commands(mark), [])
+
+    def assert_click(self, application, button=RIGHT):
+        """The button is the host's, whatever way it goes. Upwards is out of a menu that it opens."""
+        mark = application.mark()
+        application.draw("u", button=button)
+        application.close_menus()
+        application.assert_usable()
+        self.assertEqual(application.gestures(mark), [])
+
+    def test_edited_files_take_effect_when_the_application_becomes_active(self):
+        self.home.write_preferences()
+        application = self.start(self.kind)
+        self.assert_beeps(application, "r")
+
+        self.edit(application, lambda: self.home.write_gestures(
+            "Velmora", ("r", self.kind.counted), ("d", self.kind.switched)))
+        self.assert_runs(application, "r", self.kind.counted)
+        application.wait_count(1)
+        self.assert_runs(application, "d", self.kind.switched)
+
+        # What is taken away goes, what is changed is as it says now.
+        self.edit(application, lambda: self.home.write_gestures(
+            "Velmora", ("r", self.kind.switched)))
+        self.assert_runs(application, "r", self.kind.switched)
+        self.assert_beeps(application, "d")
+
+        # Another button, and a size that the stroke does not reach.
+        self.edit(application, lambda: self.home.write_preferences((0, 2)))
+        self.assert_runs(application, "r", self.kind.switched, button=MIDDLE)
+        self.assert_click(application, RIGHT)
+        self.edit(application, lambda: self.home.write_preferences((0, 2), gestureSize=300))
+        self.assert_click(application, MIDDLE)
+
+        # Without a file nothing changes: what was in force stays.
+        self.edit(application, self.home.preferences_file().unlink)
+        self.assert_click(application, MIDDLE)
+        self.edit(application, self.home.gestures_file().unlink)
+        self.edit(application, self.home.write_preferences)
+        self.edit(application, lambda: self.home.write_preferences(gestureSize=15))
+        self.assert_beeps(application, "r")
+
+    def test_files_that_are_no_property_lists_leave_the_host_running(self):
+        for number, content in enumerate(BROKEN):
+            with self.subTest(content=content[:30]):
+                home = harness.Home(self.screen, f"broken-{number}")
+                paths = (home.preferences_file(), home.gestures_file(),
+                         home.gestures_file(self.kind.process_name))
+                for path in paths:
+                    write_file(path, content)
+                application = self.kind(self.screen, home)
+                self.applications.append(application)
+                self.x.click(*application.view().at(0.5, 0.4), RIGHT)
+                application.popup()
+                application.close_menus()
+                application.assert_usable()
+                self.assertEqual(application.gestures(), [])
+                # Nothing was written, so each file is as it was.
+                self.assertEqual([path.read_bytes() for path in paths], [content] * len(paths))
+
+                # Once they are whole they are read.
+                def mend():
+                    home.write_preferences()
+                    home.write_gestures("Velmora", ("r", self.kind.switched))
+                self.edit(application, mend)
+                self.assert_runs(application, "r", self.kind.switched)
+                application.check_alive()
+                application.stop()
+
+    def test_a_file_that_breaks_while_the_host_runs_reads_by_its_rule(self):
+        self.home.write_preferences()
+        self.home.write_gestures("Velmora", ("d", self.kind.switched))
+        self.home.write_gestures(self.kind.process_name, ("r", self.kind.counted))
+        application = self.start(self.kind)
+        self.assert_runs(application, "d", self.kind.switched)
+
+        # Preferences keep their values.
+        preferences, gestures = self.home.preferences_file(), self.home.gestures_file()
+        for content in BROKEN:
+            self.edit(application, lambda: write_file(preferences, content))
+            self.assert_runs(application, "d", self.kind.switched)
+        # Shared definitions read as none; the application's own stay.
+        self.edit(application, lambda: write_file(gestures, BROKEN[2]))
+        self.assert_beeps(application, "d")
+        self.assert_runs(application, "r", self.kind.counted)
+        self.assertEqual(gestures.read_bytes(), BROKEN[2])
+        self.assertEqual(preferences.read_bytes(), BROKEN[-1])
+        application.wait_count(1)
+
+
+class FeatherpadFiles(Files, harness.DesktopTest):
+    kind = Featherpad
+
+
+class LinguistFiles(Files, harness.DesktopTest):
+    kind = Linguist
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,78 @@
+#!/usr/bin/env python3
+"""A short pass over one real application for each version of Qt."""
+
+import unittest
+
+import harness
+from applications import Featherpad, Linguist
+from harness import Timeout, wait_for
+from xclient import LEFT
+
+
+class Smoke:
+    kind = None
+
+    def setUp(self):
+        super().setUp()
+        self.home.write_preferences()
+        self.home.write_gestures(self.kind.process_name, ("dr", self.kind.dialog))
+
+    def test_a_stroke_a_click_and_the_submenu(self):
+        application = self.start(self.kind)
+        name = application.process_name
+
+        application.draw("dr")
+        application.wait_text("^ran ")
+        self.assertEqual(application.commands(), [application.dialog])
+        self.assertEqual(application.gestures(), ["dr"])
+        self.screenshot(application, "dialog")
+        application.close_dialog()
+
+        popup = application.open_context_menu()
+        self.assertNothingHeld()
+        self.screenshot(application, "context-menu")
+        state = application.contexts()[0][2]
+        before = state() if name == "linguist" else 0
+        application.click_menu_item_above(10, popup)
+        wait_for(lambda: state() != before, "the effect of the menu's last item")
+        application.no_popups()
+        application.assert_usable()
+
+        self.open_submenu(application)
+        self.screenshot(application, "submenu")
+        application.close_menus()
+        application.assert_usable()
+        self.assertEqual(application.commands(), [application.dialog])
+
+    def screenshot(self, application, what):
+        application.wait_drawn()
+        self.screen.screenshot(f"smoke-{application.process_name}-{what}")
+
+    def open_submenu(self, application):
+        """The submenu of ours is the lowest one in the first menu: the pointer goes up the menu
+        until one opens."""
+        first = application.area(20, 12, 1, 1)
+        self.x.click(first.x, first.y, LEFT)
+        menu = application.x.geometry(application.popup())
+        for y in range(menu.y + menu.height - 6, menu.y + menu.height // 2, -8):
+            self.x.move(menu.x + menu.width // 2, y)
+            try:
+                wait_for(lambda: len(application.popups()) > 1, "a submenu", limit=0.4)
+            except Timeout:
+                continue
+            self.x.click(menu.x + menu.width // 2, y, LEFT)
+            wait_for(lambda: len(application.popups()) > 1, "the submenu")
+            return
+        self.fail("no submenu stands in the lower half of the first menu")
+
+
+class FeatherpadSmoke(Smoke, harness.DesktopTest):
+    kind = Featherpad
+
+
+class LinguistSmoke(Smoke, harness.DesktopTest):
+    kind = Linguist
+
+
+if __name__ == "__main__":
+    unittest.main()

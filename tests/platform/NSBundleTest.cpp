@@ -1,0 +1,139 @@
+#include "platform/foundation/NSBundle.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/foundation/FileSystem.h"
+#include "platform/foundation/OldStylePropertyList.h"
+#include "support/HeadlessHost.h"
+#include "support/TemporaryFolder.h"
+
+namespace velmora {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::ElementsAre;
+using testing::Eq;
+using testing::IsEmpty;
+using testing::Optional;
+
+class NSBundleTest : public testing::Test {
+protected:
+    void put(const std::string& name, const std::string& contents) {
+        fs::create_directories(fs::path(folder_.path(name)).parent_path());
+        std::ofstream(folder_.path(name)) << contents;
+    }
+
+    /// What "Hello" is in that order of languages.
+    std::string hello(std::vector<std::string> languages) {
+        const NSBundle bundle(folder_.path(), std::move(languages));
+        return bundle.localizedStringForKey_value_table("Hello");
+    }
+
+    HeadlessHost host_;
+    TemporaryFolder folder_;
+};
+
+TEST_F(NSBundleTest, TheFirstLanguageWithATableServes) {
+    put("de.lproj/Localizable.strings", "\"Hello\" = \"Hallo\";");
+    put("de_AT.lproj/Localizable.strings", "Hello = Servus;");
+    put("fr.lproj/Localizable.strings", "Hello = Bonjour;");
+    const struct {
+        std::vector<std::string> languages;
+        std::string text;
+    } rows[] = {
+        {{"de"}, "Hallo"},
+        {{"de_DE"}, "Hallo"},
+        {{"de-CH"}, "Hallo"},
+        {{"de_AT"}, "Servus"},
+        {{"it", "pt_BR", "fr_CA", "de"}, "Bonjour"},
+        {{"en", "de"}, "Hello"},
+        {{"en_GB", "de"}, "Hello"},
+        {{"it", "en", "de"}, "Hello"},
+        {{"it"}, "Hello"},
+        {{"d", "", "_"}, "Hello"},
+        {{}, "Hello"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(hello(row.languages), row.text) << testing::PrintToString(row.languages);
+    }
+    EXPECT_THAT(host_.log(), IsEmpty());
+}
+
+TEST_F(NSBundleTest, EnglishMayHaveATableToo) {
+    put("en_GB.lproj/Localizable.strings", "Hello = \"Good day\";");
+    EXPECT_EQ(hello({"en_GB", "de"}), "Good day");
+    EXPECT_EQ(hello({"en_US", "de"}), "Hello");
+}
+
+TEST_F(NSBundleTest, ABrokenTableIsPassedOverAndItsPlaceIsLogged) {
+    put("de.lproj/Localizable.strings", "\"Hello\" = \"Hallo\";\n\"b\" \"c\";");
+    put("it.lproj/Localizable.strings", "(Hello)");
+    put("fr.lproj/Localizable.strings", "Hello = Bonjour;");
+    const NSBundle bundle(folder_.path(), {"de", "it", "fr"});
+    EXPECT_EQ(bundle.localizedStringForKey_value_table("Hello"), "Bonjour");
+    EXPECT_EQ(bundle.localizedStringForKey_value_table("Hello"), "Bonjour");
+    EXPECT_THAT(
+        host_.log(),
+        ElementsAre(folder_.path("de.lproj/Localizable.strings:2:5: a '=' or ';' is missing"),
+                    folder_.path("it.lproj/Localizable.strings:1:1: this is no table")));
+}
+
+TEST_F(NSBundleTest, AMissingTextIsItsKeyOrTheGivenValue) {
+    put("de.lproj/Localizable.strings", "Hello = Hallo; Empty = \"\"; List = (a);");
+    put("de.lproj/Other.strings", "Hello = Moin;");
+    const NSBundle bundle(folder_.path(), {"de"});
+    EXPECT_EQ(bundle.localizedStringForKey_value_table("Bye"), "Bye");
+    EXPECT_EQ(bundle.localizedStringForKey_value_table("Bye", "So long"), "So long");
+    EXPECT_EQ(bundle.localizedStringForKey_value_table("Hello", "So long"), "Hallo");
+    EXPECT_EQ(bundle.localizedStringForKey_value_table("Empty"), "");
+    EXPECT_EQ(bundle.localizedStringForKey_value_table("List"), "List");
+    EXPECT_EQ(bundle.localizedStringForKey_value_table("Hello", "", "Other"), "Moin");
+    EXPECT_EQ(bundle.localizedStringForKey_value_table("Hello", "", "None"), "Hello");
+}
+
+TEST_F(NSBundleTest, ResourcesAreFoundByNameAndType) {
+    put("Manual/index.html", "");
+    put("images/vm.png", "");
+    const NSBundle bundle(folder_.path(), {});
+    EXPECT_THAT(bundle.pathForResource_ofType("Manual", ""), Optional(folder_.path() + "/Manual"));
+    EXPECT_THAT(bundle.pathForResource_ofType("Manual/index", "html"),
+                Optional(folder_.path() + "/Manual/index.html"));
+    EXPECT_THAT(bundle.pathForResource_ofType("Manual", "html"), Eq(std::nullopt));
+    EXPECT_THAT(bundle.pathForImageResource("vm"), Optional(folder_.path() + "/images/vm.png"));
+    EXPECT_THAT(bundle.pathForImageResource("vmx"), Eq(std::nullopt));
+}
+
+TEST_F(NSBundleTest, TheSystemsOwnBundleSpeaksTheUsersLanguage) {
+    EXPECT_EQ(localized("Velmora Help"), "Velmora Help");
+    HostDescription german;
+    german.processName = "Bearbeiter";
+    german.languages = {"de_DE", "en"};
+    const HeadlessHost other(german);
+    EXPECT_EQ(localized("Velmora Help"), "Velmora-Hilfe");
+    EXPECT_TRUE(NSBundle::bundleForClass().pathForImageResource("vm"));
+}
+
+/// The keys of a table among the resources.
+std::vector<std::string> keysOf(const std::string& language) {
+    const std::string path =
+        VELMORA_SOURCE_DIR "/resources/" + language + ".lproj/Localizable.strings";
+    PropertyListError error;
+    const auto table = propertyListFromOldStyleText(
+        NSBundle::resourceFiles().contentsOfFile(path).value_or("("), &error);
+    EXPECT_TRUE(table && table->dictionary()) << path << ":" << error.line << ": " << error.reason;
+    std::vector<std::string> keys;
+    if (!table || !table->dictionary()) return keys;
+    for (const auto& [key, text] : table->dictionary()->entries()) keys.push_back(key);
+    return keys;
+}
+
+TEST_F(NSBundleTest, EveryTableHasTheSameTexts) {
+    EXPECT_THAT(keysOf("de"), testing::UnorderedElementsAreArray(keysOf("en")));
+}
+
+}  // namespace
+}  // namespace velmora
