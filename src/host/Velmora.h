@@ -3,6 +3,10 @@
 #include <memory>
 #include <string>
 
+#include "commands/VelmoraMnemonics.h"
+#include "commands/VelmoraScripts.h"
+#include "commands/VelmoraShortcuts.h"
+#include "commands/VelmoraTextSnippets.h"
 #include "definitions/VelmoraCommon.h"
 #include "gestures/VelmoraGestures.h"
 #include "platform/appkit/NSMenu.h"

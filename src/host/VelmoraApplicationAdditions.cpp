@@ -1,6 +1,8 @@
 #include "host/VelmoraApplicationAdditions.h"
 
+#include "commands/VelmoraShortcuts.h"
 #include "gestures/VelmoraMouseHandling.h"
+#include "host/Velmora.h"
 #include "platform/runtime/Class.h"
 #include "preferences/VelmoraActivation.h"
 
@@ -16,6 +18,9 @@ const Category category(NSApplication::classObject(),
                          methodFor<&dravikNextEventMatchingMask_untilDate_inMode_dequeue>(
                              "dravikNextEventMatchingMask:untilDate:inMode:dequeue:"),
                          methodFor<&velmoraGestureStartPoint>("velmoraGestureStartPoint")});
+
+/// Key-downs without any of these flags are the host's.
+constexpr std::uint32_t shortcutModifierMask = NSCommandKeyMask | NSFunctionKeyMask;
 
 /// After the exchange, the host's own dispatch answers to our name.
 void passOn(NSApplication& application, const NSEventRef& event) {
@@ -35,6 +40,12 @@ bool scanEntries(std::int32_t button, std::uint32_t modifiers) {
     return false;
 }
 
+/// Whether a menu command ran for the key or extra button.
+bool ranShortcut(const NSEventRef& event) {
+    const std::shared_ptr<VelmoraShortcuts> shortcuts = Velmora::sharedInstance()->shortcuts();
+    return shortcuts && shortcuts->handleEvent(event);
+}
+
 /// Sends the matched entry's action and passes on what it returns. An entry whose action the mouse
 /// handling does not have is as good as none.
 void sendAction(NSApplication& application, NSEventRef resolved, const NSEventRef& given) {
@@ -49,6 +60,14 @@ void sendAction(NSApplication& application, NSEventRef resolved, const NSEventRe
     if (result) passOn(application, result);
 }
 
+/// Whether the press belongs to an activation entry; its action has then run.
+bool tookPress(NSApplication& application, const NSEventRef& press, const NSEventRef& given) {
+    const std::uint32_t modifiers = press->modifierFlags() & VelmoraModifierMask;
+    if (!scanEntries(press->buttonNumber(), modifiers)) return false;
+    sendAction(application, press, given);
+    return true;
+}
+
 }  // namespace
 
 void velmoraSendEvent(NSApplication& application, const NSEventRef& given) {
@@ -59,21 +78,26 @@ void velmoraSendEvent(NSApplication& application, const NSEventRef& given) {
     const bool isReal =
         real && isMouseEventType(given->type()) && given->eventNumber() == real->eventNumber();
     const NSEventRef& event = isReal ? real : given;
-    const std::uint32_t modifiers = event->modifierFlags() & VelmoraModifierMask;
     switch (event->type()) {
+        case NSKeyDown:
+            if ((event->modifierFlags() & shortcutModifierMask) != 0 && ranShortcut(event)) return;
+            break;
         case NSFlagsChanged:
-            if (scanEntries(-1, modifiers)) {
+            if (scanEntries(-1, event->modifierFlags() & VelmoraModifierMask)) {
                 sendAction(application, event, given);
                 return;
             }
             break;
+        case NSOtherMouseDown: {
+            // Kept, since the shortcut's command may fetch other events. The host still gets the
+            // press of a button that ran a command.
+            const NSEventRef press = event;
+            if (!ranShortcut(press) && tookPress(application, press, given)) return;
+            break;
+        }
         case NSLeftMouseDown:
         case NSRightMouseDown:
-        case NSOtherMouseDown:
-            if (scanEntries(event->buttonNumber(), modifiers)) {
-                sendAction(application, event, given);
-                return;
-            }
+            if (tookPress(application, event, given)) return;
             break;
         default: break;
     }

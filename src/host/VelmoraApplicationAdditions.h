@@ -16,8 +16,9 @@ extern ProcessWide<NSEventRef> DravikRealEvent;
 extern ProcessWide<std::int32_t> VelmoraIndex;
 
 /// The event router: exchanged with `sendEvent:`, so that every event of the host passes it. Hands
-/// presses and modifier changes that match an activation entry to the mouse handling and all others
-/// on to the host.
+/// key-downs with Command or Function, and presses of extra buttons, to the shortcuts; presses and
+/// modifier changes that match an activation entry to the mouse handling; and all others on to the
+/// host. A key-down for which a command ran is not passed on; such a press is.
 void velmoraSendEvent(NSApplication& application, const NSEventRef& event);
 
 /// The fetch hook: exchanged with `nextEventMatchingMask:untilDate:inMode:dequeue:`. Keeps a copy
