@@ -44,6 +44,11 @@ Class& Velmora::classObject() {
              .method<&Velmora::applicationDidBecomeActive>("applicationDidBecomeActive:")
              .method<&Velmora::applicationDidShowMainMenu>("applicationDidShowMainMenu:")
              .method<&Velmora::setVmMenu>("setVmMenu:")
+             .method<&Velmora::setMnemonicPanel>("setMnemonicPanel:")
+             .method<&Velmora::setTextSnippetsMenu>("setTextSnippetsMenu:")
+             .method<&Velmora::setScriptsMenu>("setScriptsMenu:")
+             .method<&Velmora::setMnemonicsTF>("setMnemonicsTF:")
+             .method<&Velmora::showMnemonicPanel>("showMnemonicPanel:")
              .method<&Velmora::showHelp>("showHelp:")
              .method<&Velmora::gotoHome>("gotoHome:")
              .method<&Velmora::gotoKorvane>("gotoKorvane:");
@@ -80,16 +85,34 @@ void Velmora::init() {
         vmMenu_->setTitle(itemTitle);
         item = installInMainMenu(*mainMenu);
     }
-    gestures_ = std::make_shared<VelmoraGestures>();
-    gestures_->init();
+    createComponents();
     defaults_ = std::make_shared<VelmoraDefaults>();
     defaults_->initForMenuItem(item);
+    if (mnemonicsTF_) mnemonicsTF_->setDelegate(mnemonics_);
 
     NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
     center.addObserver_selector_name_object(self, Selector::named("applicationDidBecomeActive:"),
                                             NSApplicationDidBecomeActiveNotification, nullptr);
     center.addObserver_selector_name_object(self, Selector::named("applicationDidShowMainMenu:"),
                                             NSApplicationDidShowMainMenuNotification, nullptr);
+}
+
+void Velmora::createComponents() {
+    gestures_ = std::make_shared<VelmoraGestures>();
+    gestures_->init();
+    mnemonics_ = std::make_shared<VelmoraMnemonics>();
+    mnemonics_->init();
+    shortcuts_ = std::make_shared<VelmoraShortcuts>();
+    shortcuts_->init();
+    textSnippets_ = std::make_shared<VelmoraTextSnippets>();
+    textSnippets_->initForMenu(textSnippetsMenu_);
+    scripts_ = std::make_shared<VelmoraScripts>();
+    scripts_->initForMenu(scriptsMenu_);
+}
+
+std::vector<VelmoraCommon*> Velmora::components() const {
+    return {gestures_.get(), mnemonics_.get(), shortcuts_.get(), textSnippets_.get(),
+            scripts_.get()};
 }
 
 NSMenuItemRef Velmora::installInMainMenu(NSMenu& mainMenu) {
@@ -105,7 +128,7 @@ NSMenuItemRef Velmora::installInMainMenu(NSMenu& mainMenu) {
 
 void Velmora::applicationDidBecomeActive(const NSNotification& /*notification*/) {
     defaults_->checkDefaults();
-    gestures_->checkGlobals();
+    for (VelmoraCommon* component : components()) component->checkGlobals();
 }
 
 void Velmora::applicationDidShowMainMenu(const NSNotification& notification) {
@@ -115,6 +138,42 @@ void Velmora::applicationDidShowMainMenu(const NSNotification& notification) {
 
 void Velmora::setVmMenu(const Id& menu) {
     vmMenu_ = std::dynamic_pointer_cast<NSMenu>(menu);
+}
+
+void Velmora::setMnemonicPanel(const Id& panel) {
+    mnemonicPanel_ = std::dynamic_pointer_cast<NSPanel>(panel);
+}
+
+void Velmora::setTextSnippetsMenu(const Id& menu) {
+    textSnippetsMenu_ = std::dynamic_pointer_cast<NSMenu>(menu);
+}
+
+void Velmora::setScriptsMenu(const Id& menu) {
+    scriptsMenu_ = std::dynamic_pointer_cast<NSMenu>(menu);
+}
+
+void Velmora::setMnemonicsTF(const Id& field) {
+    mnemonicsTF_ = std::dynamic_pointer_cast<NSTextField>(field);
+}
+
+void Velmora::showMnemonicPanel(const Id& /*sender*/) {
+    if (!mnemonicPanel_ || !mnemonicsTF_ || mnemonicPanel_->isVisible()) return;
+    const NSEventRef event = NSApp().currentEvent();
+    const NSWindowRef window = event ? NSApp().windowWithNumber(event->windowNumber()) : nullptr;
+    mnemonicsTF_->setStringValue("");
+    if (window) {
+        const NSRect around = window->frame();
+        const NSSize size = mnemonicPanel_->frame().size;
+        mnemonicPanel_->setFrameOrigin(
+            {around.origin.x + around.size.width / 2 - size.width / 2,
+             around.origin.y + around.size.height / 2 - size.height / 2});
+    } else {
+        mnemonicPanel_->center();
+    }
+    mnemonicPanel_->makeKeyAndOrderFront();
+    const int code = NSApp().runModalForWindow(*mnemonicPanel_);
+    mnemonicPanel_->orderOut();
+    if (code == 1) mnemonics_->executeMnemonic();
 }
 
 void Velmora::showHelp(const Id& /*sender*/) {

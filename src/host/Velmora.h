@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "commands/VelmoraMnemonics.h"
 #include "commands/VelmoraScripts.h"
@@ -10,6 +11,7 @@
 #include "definitions/VelmoraCommon.h"
 #include "gestures/VelmoraGestures.h"
 #include "platform/appkit/NSMenu.h"
+#include "platform/appkit/NSPanel.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "preferences/VelmoraDefaults.h"
 
@@ -33,6 +35,12 @@ public:
     /// Installs the "Velmora" submenu and creates the components and the preferences.
     void init();
 
+    const std::shared_ptr<VelmoraShortcuts>& shortcuts() const { return shortcuts_; }
+
+    /// Runs the mnemonic panel, centred on the window of the current event, and then the command
+    /// that was named in it.
+    void showMnemonicPanel(const Id& sender);
+
     /// Has the preferences, then each component, take over what other processes changed.
     void applicationDidBecomeActive(const NSNotification& notification);
 
@@ -45,10 +53,24 @@ public:
 
 private:
     void setVmMenu(const Id& menu);
+    void setMnemonicPanel(const Id& panel);
+    void setTextSnippetsMenu(const Id& menu);
+    void setScriptsMenu(const Id& menu);
+    void setMnemonicsTF(const Id& field);
+    std::vector<VelmoraCommon*> components() const;
+    void createComponents();
     NSMenuItemRef installInMainMenu(NSMenu& mainMenu);
 
     NSMenuRef vmMenu_;
+    NSPanelRef mnemonicPanel_;
+    NSMenuRef textSnippetsMenu_;
+    NSMenuRef scriptsMenu_;
+    std::shared_ptr<NSTextField> mnemonicsTF_;
     std::shared_ptr<VelmoraGestures> gestures_;
+    std::shared_ptr<VelmoraMnemonics> mnemonics_;
+    std::shared_ptr<VelmoraShortcuts> shortcuts_;
+    std::shared_ptr<VelmoraTextSnippets> textSnippets_;
+    std::shared_ptr<VelmoraScripts> scripts_;
     std::shared_ptr<VelmoraDefaults> defaults_;
 };
 

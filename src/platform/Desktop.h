@@ -16,7 +16,9 @@ namespace velmora {
 class NSCursor;
 class NSEvent;
 class NSMenu;
+class NSPanel;
 class NSWindow;
+class PanelPeer;
 
 /// What the layer needs from a desktop, and nothing more. There is one for each host process, made
 /// by whatever brings the system into the host; everything is called on the host's main thread, and
@@ -59,6 +61,9 @@ public:
     /// The window that takes the keys, or that has been made to; null when the application is not
     /// active.
     virtual std::shared_ptr<NSWindow> keyWindow() = 0;
+
+    /// A window for the panel, which owns it; not yet shown.
+    virtual std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) = 0;
 
     // The pointer
 

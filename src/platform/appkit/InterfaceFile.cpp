@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "platform/appkit/NSMenu.h"
+#include "platform/appkit/NSPanel.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/PropertyListFile.h"
@@ -61,11 +62,57 @@ bool InterfaceFile::makeObject(const std::string& name, Error& error) {
     if (!description) return fail(error, place, "no such object");
     objects_[name] = nullptr;
     const std::string className = textFor(*description, "class");
-    if (className != "NSMenu") {
-        return fail(error, place + ".class", "unknown class '" + className + "'");
+    Id made;
+    if (className == "NSMenu") {
+        made = makeMenu(*description, place, error);
+    } else if (className == "NSPanel") {
+        made = makePanel(*description, place, error);
+    } else if (className == "NSTextField") {
+        made = std::make_shared<NSTextField>();
+    } else {
+        fail(error, place + ".class", "unknown class '" + className + "'");
     }
-    objects_[name] = makeMenu(*description, place, error);
-    return objects_[name] != nullptr;
+    objects_[name] = made;
+    return made != nullptr;
+}
+
+NSPanelRef InterfaceFile::makePanel(const NSDictionary& description, const std::string& place,
+                                    Error& error) {
+    const PropertyList* rows = description.objectForKey("rows");
+    if (!rows || !rows->array()) {
+        fail(error, place + ".rows", "no array");
+        return nullptr;
+    }
+    std::vector<NSPanel::Row> made;
+    for (std::size_t i = 0; i < rows->array()->size(); ++i) {
+        const std::string rowPlace = place + ".rows[" + std::to_string(i) + "]";
+        const NSArray* cells = (*rows->array())[i].array();
+        if (!cells) {
+            fail(error, rowPlace, "no array");
+            return nullptr;
+        }
+        made.emplace_back();
+        for (const PropertyList& cell : *cells) {
+            const PropertyList* label =
+                cell.dictionary() ? cell.dictionary()->objectForKey("label") : nullptr;
+            if (label && label->string()) {
+                made.back().emplace_back(NSPanel::Label{localize_(*label->string())});
+                continue;
+            }
+            if (!cell.string()) {
+                fail(error, rowPlace, "a cell that is neither a name nor a label");
+                return nullptr;
+            }
+            if (!makeObject(*cell.string(), error)) return nullptr;
+            const auto field = std::dynamic_pointer_cast<NSTextField>(objects_[*cell.string()]);
+            if (!field) {
+                fail(error, rowPlace, "'" + *cell.string() + "' is no field");
+                return nullptr;
+            }
+            made.back().emplace_back(field);
+        }
+    }
+    return std::make_shared<NSPanel>(localize_(textFor(description, "title")), std::move(made));
 }
 
 NSMenuRef InterfaceFile::makeMenu(const NSDictionary& description, const std::string& place,

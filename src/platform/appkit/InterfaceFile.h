@@ -12,13 +12,16 @@ namespace velmora {
 
 class NSMenu;
 class NSMenuItem;
+class NSPanel;
 
 /// Makes the objects that an interface file describes. The file is a property list:
 ///
-///     { objects = { NAME = { class = NSMenu; title = "…"; items = ( … ); }; … };
+///     { objects = { NAME = { class = …; … }; … };
 ///       outlets = { OUTLET = NAME; … }; }
 ///
-/// An item of a menu is { title; action; keyEquivalent; submenu = NAME; } or { separator = YES; }.
+/// NSMenu has a title and items, each { title; action; keyEquivalent; submenu = NAME; } or
+/// { separator = YES; }. NSPanel has a title and rows, each an array of cells: the NAME of a field
+/// or { label = "…"; }. NSTextField has nothing to say.
 /// Titles are keys of the text tables. Actions go to the owner. An outlet is set by the owner's
 /// method set<Outlet>: (`void(const Id&)`).
 class InterfaceFile {
@@ -41,6 +44,8 @@ private:
                                      Error& error);
     std::shared_ptr<NSMenuItem> makeItem(const NSDictionary& description, const std::string& place,
                                          Error& error);
+    std::shared_ptr<NSPanel> makePanel(const NSDictionary& description, const std::string& place,
+                                       Error& error);
     bool connectOutlets(Error& error);
 
     NSDictionary contents_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Desktop.h"
+#include "platform/appkit/NSPanel.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
 
@@ -101,6 +102,14 @@ std::vector<NSWindowRef> NSApplication::orderedWindows() {
     return desktop().orderedWindows();
 }
 
+NSWindowRef NSApplication::windowWithNumber(int number) {
+    if (number == 0) return nullptr;
+    for (const NSWindowRef& window : orderedWindows()) {
+        if (window->windowNumber() == number) return window;
+    }
+    return nullptr;
+}
+
 NSWindowRef NSApplication::makeWindowsPerform_inOrder(Selector selector, bool /*inOrder*/) {
     for (const NSWindowRef& window : orderedWindows()) {
         if (window->respondsToSelector(selector) && message<NSWindowRef()>(*window, selector)) {
@@ -115,6 +124,25 @@ bool NSApplication::sendAction_to_from(Selector action, const Id& target, const 
     if (!receiver->respondsToSelector(action)) return false;
     message<Action>(*receiver, action, sender);
     return true;
+}
+
+int NSApplication::runModalForWindow(NSPanel& panel) {
+    const auto kept = panel.shared_from_this();
+    NSRunLoop& loop = NSRunLoop::currentRunLoop();
+    const RunLoopMode outer = loop.mode();
+    sessions_.push_back({&panel});
+    loop.setMode(NSModalPanelRunLoopMode);
+    panel.peer().runModal();
+    loop.setMode(outer);
+    const int code = sessions_.back().code;
+    sessions_.pop_back();
+    return code;
+}
+
+void NSApplication::stopModalWithCode(int code) {
+    if (sessions_.empty()) return;
+    sessions_.back().code = code;
+    sessions_.back().panel->peer().endModal();
 }
 
 void NSApplication::postEvent(NSEventRef event) {

@@ -14,6 +14,11 @@
 
 namespace velmora {
 
+class NSPanel;
+
+/// The code of a modal session that was stopped without one.
+inline constexpr int NSRunStoppedResponse = -1000;
+
 /// The host application: its event queue, its menus and its windows. There is one a process. Its
 /// event dispatch and its event fetch are messages whose methods can be exchanged.
 class NSApplication final : public NSObject {
@@ -42,6 +47,9 @@ public:
     /// The application's visible windows, front to back.
     std::vector<NSWindowRef> orderedWindows();
 
+    /// The visible window with that number, or null; 0 is no window's.
+    NSWindowRef windowWithNumber(int number);
+
     /// Sends each window the message (`NSWindowRef()`), front to back or in no order, and returns
     /// the first window for which the result is not null.
     NSWindowRef makeWindowsPerform_inOrder(Selector selector, bool inOrder);
@@ -49,6 +57,14 @@ public:
     /// Sends the action to the target; without one to the application itself. False when the
     /// receiver does not respond.
     bool sendAction_to_from(Selector action, const Id& target, const Id& sender);
+
+    /// Runs the panel as the only window that takes input, in the modal run-loop mode, until the
+    /// session is stopped or the panel closed. The code with which it was stopped; stopModal and a
+    /// closed panel give NSRunStoppedResponse. Sessions may nest.
+    int runModalForWindow(NSPanel& panel);
+    void stopModal() { stopModalWithCode(NSRunStoppedResponse); }
+    /// Stops the innermost session; without one it does nothing.
+    void stopModalWithCode(int code);
 
     // For desktops
 
@@ -80,7 +96,13 @@ private:
     NSEventRef takeMatching(std::uint32_t mask, bool dequeue);
     void post(std::string_view notification);
 
+    struct ModalSession {
+        NSPanel* panel;
+        int code = NSRunStoppedResponse;
+    };
+
     std::deque<NSEventRef> queue_;
+    std::vector<ModalSession> sessions_;
     NSEventRef currentEvent_;
     int fetching_ = 0;
 };

@@ -107,6 +107,11 @@ void NSRunLoop::fireDueTimers(RunLoopMode mode, Time now) {
     timersChanged();
 }
 
+void NSRunLoop::setMode(RunLoopMode mode) {
+    mode_ = mode;
+    timersChanged();
+}
+
 void NSRunLoop::timersChanged() {
     desktop().timersChanged(nextFireDate(mode_));
 }

@@ -74,7 +74,7 @@ public:
     /// The mode in which the host's own loop runs us: the default one unless one of our own modal
     /// sessions runs.
     RunLoopMode mode() const { return mode_; }
-    void setMode(RunLoopMode mode) { mode_ = mode; }
+    void setMode(RunLoopMode mode);
 
 private:
     friend class NSTimer;

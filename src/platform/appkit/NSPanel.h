@@ -1,0 +1,80 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/appkit/NSTextField.h"
+#include "platform/appkit/NSWindow.h"
+
+namespace velmora {
+
+class NSPanel;
+
+/// What an NSPanel needs of its desktop. Owned by the panel. Coordinates are screen coordinates.
+class PanelPeer {
+public:
+    virtual ~PanelPeer() = default;
+
+    /// With its decorations, as far as the desktop knows them.
+    virtual NSRect frame() = 0;
+    virtual void setFrameOrigin(NSPoint origin) = 0;
+    virtual void center() = 0;
+    /// Shows the panel in front of all windows of the application, with the keyboard, in its first
+    /// field.
+    virtual void makeKeyAndOrderFront() = 0;
+    virtual void makeKeyWindow() = 0;
+    virtual void orderOut() = 0;
+    virtual bool isVisible() = 0;
+
+    /// Lets the host go on, with the panel as the only window that takes input, until endModal is
+    /// called, the user closes the panel, or the application quits.
+    virtual void runModal() = 0;
+    virtual void endModal() = 0;
+};
+
+/// A window of our own: rows of labels and fields under a title.
+class NSPanel final : public NSWindow {
+public:
+    static Class& classObject();
+    Class& isa() const override { return classObject(); }
+
+    /// A text that is only shown.
+    struct Label {
+        std::string text;
+    };
+    using Cell = std::variant<Label, std::shared_ptr<NSTextField>>;
+    using Row = std::vector<Cell>;
+
+    NSPanel(std::string title, std::vector<Row> rows)
+        : title_(std::move(title)), rows_(std::move(rows)) {}
+
+    const std::string& title() const { return title_; }
+    const std::vector<Row>& rows() const { return rows_; }
+
+    // The panel's window is made by the desktop when the first of these is called.
+    NSRect frame() override;
+    void setFrameOrigin(NSPoint origin);
+    void center();
+    void makeKeyAndOrderFront();
+    void orderOut();
+    void makeKeyWindow() override;
+    bool isVisible();
+
+    // It is none of the windows that a gesture can start over.
+    std::shared_ptr<NSView> contentView() override { return nullptr; }
+    std::vector<std::shared_ptr<NSDrawer>> drawers() override { return {}; }
+    int windowNumber() override { return 0; }
+
+    PanelPeer& peer();
+
+private:
+    std::string title_;
+    std::vector<Row> rows_;
+    std::unique_ptr<PanelPeer> peer_;
+};
+
+using NSPanelRef = std::shared_ptr<NSPanel>;
+
+}  // namespace velmora
