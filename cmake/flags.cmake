@@ -17,6 +17,8 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Woverloaded-virtual
                     -Wextra-semi -Wundef -Wformat=2 -Wimplicit-fallthrough -Wfloat-conversion)
+# The hue arithmetic is exact to the last bit on every machine, so no operations are fused.
+add_compile_options(-ffp-contract=off)
 # A designated initialiser names what differs; the other members have their defaults.
 add_compile_options(-Wno-missing-field-initializers)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)

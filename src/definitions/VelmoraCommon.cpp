@@ -60,8 +60,9 @@ std::string VelmoraCommon::appSpecificSettingsFileName() {
 
 bool VelmoraCommon::mixinGlobals() {
     const std::string file = globalSettingsFileName();
-    if (const std::optional<NSDate> date = desktop().files().modificationDate(file)) {
-        if (timeStamp_ == date) return false;
+    if (FileSystem& files = desktop().files(); files.fileExistsAtPath(file)) {
+        const std::optional<NSDate> date = files.modificationDate(file);
+        if (timeStamp_ && timeStamp_ == date) return false;
         timeStamp_ = date;
     }
     VelmoraSettings shared;

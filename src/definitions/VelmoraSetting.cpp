@@ -86,6 +86,7 @@ bool VelmoraSetting::setObject_forKey(const PropertyList* value, std::string_vie
 }
 
 bool VelmoraSetting::setObject_forKey(const Id& menuItem, std::string_view key) {
+    if (!menuItem) return setObject_forKey(static_cast<const PropertyList*>(nullptr), key);
     return key == "Path" && setPath(menuItem);
 }
 

@@ -1,6 +1,7 @@
 #include "definitions/VelmoraSettings.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/Desktop.h"
 #include "platform/foundation/NSLog.h"
@@ -56,8 +57,9 @@ void VelmoraSettings::addObject() {
     settings_.push_back(VelmoraSetting::newSetting());
 }
 
-void VelmoraSettings::addObjectsFromArray(const std::vector<VelmoraSettingRef>& records) {
-    settings_.insert(settings_.end(), records.begin(), records.end());
+void VelmoraSettings::addObjectsFromArray(std::vector<VelmoraSettingRef> records) {
+    settings_.insert(settings_.end(), std::make_move_iterator(records.begin()),
+                     std::make_move_iterator(records.end()));
 }
 
 VelmoraSettingRef VelmoraSettings::objectAtIndex(std::int64_t index) const {

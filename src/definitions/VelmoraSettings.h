@@ -39,7 +39,7 @@ public:
 
     /// Appends a new empty record.
     void addObject();
-    void addObjectsFromArray(const std::vector<VelmoraSettingRef>& records);
+    void addObjectsFromArray(std::vector<VelmoraSettingRef> records);
 
     /// Null when the index, taken as unsigned, is not below count.
     VelmoraSettingRef objectAtIndex(std::int64_t index) const;

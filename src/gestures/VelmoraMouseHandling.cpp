@@ -56,8 +56,11 @@ void VelmoraMouseHandling::activate() {
 }
 
 NSEventRef VelmoraMouseHandling::doGesture_triggerEvent(const NSEventRef& event,
-                                                        const NSEventRef& /*trigger*/) {
-    const bool modifiersOnly = VelmoraMouseButton[*VelmoraIndex] == -1;
+                                                        const NSEventRef& trigger) {
+    if (capturing_) return trigger;
+    capturing_ = true;
+    const auto entry = static_cast<std::size_t>(*VelmoraIndex);
+    const bool modifiersOnly = entry < VelmoraMouseButton->size() && VelmoraMouseButton[entry] == -1;
     const NSEventRef started = event;
     velmoraGesturesCursor_ = VelmoraImageFactory::cursor();
     startGesture();
@@ -75,6 +78,7 @@ NSEventRef VelmoraMouseHandling::doGesture_triggerEvent(const NSEventRef& event,
             handleWithButton(next);
         }
     }
+    capturing_ = false;
     if (!hadGesture_) passEventOn(started);
     return next;
 }

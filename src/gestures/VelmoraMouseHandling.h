@@ -28,6 +28,7 @@ public:
     /// Captures a gesture. `event` is the press (or modifier change) as it was fetched, `trigger`
     /// the one that was dispatched. Passes the press on itself when no gesture came of it. The
     /// result is for the router to pass on: the last event that the loop fetched, or null.
+    /// A press that comes while a capture runs, from a loop of the host inside it, is passed on.
     NSEventRef doGesture_triggerEvent(const NSEventRef& event, const NSEventRef& trigger);
 
     void startGesture();
@@ -50,6 +51,7 @@ private:
     std::int32_t gestureIdx_ = 0;
     /// Byte 0 is a sentinel that no letter equals; a zero follows the last letter.
     std::array<char, 32> gestureString_{};
+    bool capturing_ = false;
     bool gestureLoopActive_ = false;
     bool hadGesture_ = false;
     NSCursorRef velmoraGesturesCursor_;

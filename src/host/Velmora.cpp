@@ -133,7 +133,8 @@ void Velmora::applicationDidBecomeActive(const NSNotification& /*notification*/)
 
 void Velmora::applicationDidShowMainMenu(const NSNotification& notification) {
     auto* mainMenu = dynamic_cast<NSMenu*>(notification.object);
-    if (mainMenu && vmMenu_) installInMainMenu(*mainMenu);
+    const NSMenuItemRef item = mainMenu && vmMenu_ ? installInMainMenu(*mainMenu) : nullptr;
+    if (item) defaults_->addMenuItem(item);
 }
 
 void Velmora::setVmMenu(const Id& menu) {

@@ -6,6 +6,12 @@
 
 namespace velmora {
 
+namespace {
+
+const Category category(NSObject::classObject().isa(), {methodFor<&_XIM2_with>("_XIM2:with:")});
+
+}  // namespace
+
 Class& _XIM2_with(Class& receiver, Selector a, Selector b) {
     const Method* first = receiver.class_getInstanceMethod(a);
     const Method* second = receiver.class_getInstanceMethod(b);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <optional>
 #include <set>
 
@@ -32,6 +33,21 @@ bool isGesture(const std::string& trigger) {
 bool isShortcut(const std::string& trigger) {
     return !trigger.empty() &&
            std::string_view("0123456789ABCDEF").find(trigger[0]) != std::string_view::npos;
+}
+
+/// The old text form holds nothing but texts: there a number is a text of digits.
+std::optional<double> numberOf(const PropertyList& value) {
+    if (const std::int64_t* integer = value.integer()) return static_cast<double>(*integer);
+    if (const double* real = value.real()) return *real;
+    const std::string* text = value.string();
+    if (!text || text->empty()) return std::nullopt;
+    char* end = nullptr;
+    const double number = std::strtod(text->c_str(), &end);
+    return end == text->c_str() + text->size() ? std::optional(number) : std::nullopt;
+}
+
+std::string whole(double number) {
+    return std::to_string(static_cast<std::int64_t>(number));
 }
 
 class Checker {
@@ -94,31 +110,30 @@ private:
         }
     }
 
-    void range(const NSDictionary& values, const std::string& key, std::int64_t least,
-               std::int64_t most) {
+    void range(const NSDictionary& values, const std::string& key, double least, double most) {
         const PropertyList* value = values.objectForKey(key);
         if (!value) return;
-        if (!value->integer()) {
+        const std::optional<double> number = numberOf(*value);
+        if (!number || value->real()) {
             tell(quoted(key) + " is no whole number");
-        } else if (*value->integer() < least || *value->integer() > most) {
-            tell(quoted(key) + " is " + std::to_string(*value->integer()) + ", not from " +
-                 std::to_string(least) + " to " + std::to_string(most));
+        } else if (!(*number >= least && *number <= most)) {
+            tell(quoted(key) + " is not from " + whole(least) + " to " + whole(most));
         }
     }
 
     void flag(const NSDictionary& values, const std::string& key) {
         const PropertyList* value = values.objectForKey(key);
-        if (value && !value->boolean()) tell(quoted(key) + " is neither true nor false");
+        if (!value || value->boolean()) return;
+        const std::optional<double> number = numberOf(*value);
+        if (!number || (*number != 0 && *number != 1)) {
+            tell(quoted(key) + " is neither true nor false");
+        }
     }
 
     void hue(const NSDictionary& values) {
         const PropertyList* value = values.objectForKey("flavor");
         if (!value) return;
-        std::optional<double> number;
-        if (const double* real = value->real()) number = *real;
-        if (const std::int64_t* integer = value->integer()) {
-            number = static_cast<double>(*integer);
-        }
+        const std::optional<double> number = numberOf(*value);
         if (!number || !(*number >= 0 && *number < 60)) {
             tell("\"flavor\" is no number from 0 up to 60");
         }

@@ -70,7 +70,7 @@ Class& VelmoraDefaults::classObject() {
 }
 
 void VelmoraDefaults::initForMenuItem(const NSMenuItemRef& item) {
-    vmMenu_ = item;
+    if (item) vmMenu_.push_back(item);
     readDefaults();
     updateDefaults();
     // By name, since the mouse handling reads our tables and we need nothing else of it.
@@ -78,6 +78,12 @@ void VelmoraDefaults::initForMenuItem(const NSMenuItemRef& item) {
         const Id mouseHandling = handling->alloc();
         message<void()>(*mouseHandling, Selector::named("activate"));
     }
+}
+
+void VelmoraDefaults::addMenuItem(const NSMenuItemRef& item) {
+    std::erase_if(vmMenu_, [](const auto& shown) { return shown.expired(); });
+    vmMenu_.push_back(item);
+    item->setImage(VelmoraImageFactory::cursorImage());
 }
 
 std::string VelmoraDefaults::globalDefaultsFileName() {
@@ -156,8 +162,10 @@ void VelmoraDefaults::updateDefaults() {
     VelmoraGestureMakesKey = makeGestureWindowKey_;
     VelmoraGesturesDrawFeedback = drawsFeedback_;
     VelmoraImageFactory::setHue(flavor_);
-    if (const NSMenuItemRef item = vmMenu_.lock()) {
-        item->setImage(VelmoraImageFactory::cursorImage());
+    for (const auto& shown : vmMenu_) {
+        if (const NSMenuItemRef item = shown.lock()) {
+            item->setImage(VelmoraImageFactory::cursorImage());
+        }
     }
 }
 

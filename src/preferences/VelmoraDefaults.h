@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/appkit/NSMenuItem.h"
 #include "platform/foundation/FileSystem.h"
@@ -29,6 +30,9 @@ public:
     /// Reads the file, builds the tables, then creates and activates the mouse handling. The item
     /// is the suite's one in the application's first menu, not owned; null without one.
     void initForMenuItem(const NSMenuItemRef& item);
+
+    /// A further item that shows the picture in the hue, as the first one does; not owned.
+    void addMenuItem(const NSMenuItemRef& item);
 
     /// Reads the file if it changed since the last reading. True when it was read, also when it
     /// could not be parsed: its fields then keep their values, as those of absent keys do.
@@ -85,7 +89,7 @@ private:
     bool drawsFeedback_ = true;
     double flavor_ = 0.0;
     std::optional<NSDate> timeStamp_;
-    std::weak_ptr<NSMenuItem> vmMenu_;
+    std::vector<std::weak_ptr<NSMenuItem>> vmMenu_;
 };
 
 }  // namespace velmora

@@ -122,18 +122,25 @@ class RealApplication(harness.Application):
         return harness.draw(self.x, letters, self.view(), speed, leg, **options)
 
     def close_menus(self):
-        def closed():
-            if not self.popups():
-                return True
+        """Escapes from every open menu, one after the other."""
+        while True:
+            count = len(self.popups())
+            if not count:
+                return
             self.x.keys("Escape")
-            return False
-        wait_for(closed, "the menus to close")
+            wait_for(lambda: len(self.popups()) < count, "a menu to close")
+
+    def leave_menu_bar(self):
+        """The bar keeps the keys after a menu of its was escaped from; one more gives them back."""
+        self.close_menus()
+        self.x.keys("Escape")
 
     def close_dialog(self):
         dialog = self.window(self.dialog_title)
         wait_for(lambda: self.x.active_window() == dialog, "the dialog to be active")
         self.x.keys("Escape")
         self.no_window(self.dialog_title)
+        wait_for(lambda: self.x.active_window() == self.main, "the main window to be active again")
 
 
 class Featherpad(RealApplication):

@@ -416,8 +416,9 @@ class DesktopTest(unittest.TestCase):
 
     def __init_subclass__(cls, **options):
         super().__init_subclass__(**options)
-        for name, value in list(vars(cls).items()):
-            if name.startswith("test") or name == "setUp":
+        for name in dir(cls):
+            value = getattr(cls, name)
+            if name.startswith("test") and not hasattr(value, "__wrapped__"):
                 setattr(cls, name, _reporting(value))
 
     @classmethod

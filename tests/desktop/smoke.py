@@ -40,7 +40,7 @@ class Smoke:
 
         self.open_submenu(application)
         self.screenshot(application, "submenu")
-        application.close_menus()
+        application.leave_menu_bar()
         application.assert_usable()
         self.assertEqual(application.commands(), [application.dialog])
 

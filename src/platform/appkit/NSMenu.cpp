@@ -84,7 +84,8 @@ void NSMenu::performActionForItemAtIndex(int index) {
 }
 
 void NSMenu::performActionForItemAtIndexImplementation(int index) {
-    // The item may go while its action runs.
+    // The item may go while its action runs, and the menu with it.
+    const auto kept = weak_from_this().lock();
     const NSMenuItemRef item = itemAtIndex(index);
     if (item && item->isEnabled() && !item->isSeparatorItem()) runItem(*item);
 }

@@ -42,8 +42,8 @@ public:
             return fail("there is more behind the value");
         }
         at_ = start;
-        values_ = 0;
-        return readEntries(value);
+        if (!readEntries(value)) return false;
+        return atEnd() || fail("there is more behind the table");
     }
 
     PropertyListError error() const {

@@ -110,8 +110,11 @@ bool PosixFileSystem::createDirectoryAtPath(const std::string& path) {
 std::optional<NSDate> PosixFileSystem::modificationDate(const std::string& path) {
     struct stat status {};
     if (::lstat(path.c_str(), &status) != 0) return std::nullopt;
-    constexpr std::int64_t second = 1'000'000'000;
-    return NSDate{status.st_mtim.tv_sec * second + status.st_mtim.tv_nsec};
+    // Dates are only compared for equality, so one beyond the range may wrap.
+    constexpr std::uint64_t second = 1'000'000'000;
+    const auto seconds = static_cast<std::uint64_t>(status.st_mtim.tv_sec);
+    const auto rest = static_cast<std::uint64_t>(status.st_mtim.tv_nsec);
+    return NSDate{static_cast<std::int64_t>(seconds * second + rest)};
 }
 
 std::optional<std::string> PosixFileSystem::contentsOfFile(const std::string& path,

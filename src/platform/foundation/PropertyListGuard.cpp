@@ -103,9 +103,11 @@ private:
             return wrapped_ && enter();
         }
         skipXMLBlanks();
-        const bool isEmpty = isAt('/');
-        if (isEmpty) ++at_;
-        return takeTagEnd() && enter() && (!isEmpty || leave());
+        if (isAt("/>")) {
+            at_ += 2;
+            return enter() && leave();
+        }
+        return takeTagEnd() && enter();
     }
 
     bool takeSpecial() {
