@@ -57,6 +57,12 @@ PropertyList parseValue(ScenarioText& text, const ScenarioLine& line) {
     return *value;
 }
 
+/// A quoted text, or the lines that follow.
+std::string parseText(ScenarioText& text, ScenarioLine& line) {
+    if (!line.nextIsQuoted() && !text.textFollows()) line.fail("expected a text");
+    return line.nextIsQuoted() ? line.word("a text") : text.text();
+}
+
 FileExpectation parseFile(ScenarioText& text, ScenarioLine& line) {
     using Check = FileExpectation::Check;
     FileExpectation expected;
@@ -141,6 +147,18 @@ ParsedExpectation parseExpectation(ScenarioText& text, ScenarioLine& line) {
         parsed.what = KeyWindowExpectation{};
     } else if (line.take("key window")) {
         parsed.what = KeyWindowExpectation{line.word("a window")};
+    } else if (line.take("no panel")) {
+        parsed.what = PanelExpectation{};
+    } else if (line.take("panel")) {
+        PanelExpectation expected{line.word("a panel's title"), {}};
+        if (line.take("at")) expected.origin = line.point();
+        parsed.what = std::move(expected);
+    } else if (line.take("field")) {
+        parsed.what = TextExpectation{std::nullopt, parseText(text, line)};
+    } else if (line.take("text")) {
+        TextExpectation expected{line.word("a text view"), {}};
+        expected.text = parseText(text, line);
+        parsed.what = std::move(expected);
     } else if (line.take("no cursor")) {
         parsed.what = CursorExpectation{false};
     } else if (line.take("cursor")) {

@@ -4,6 +4,7 @@
 
 #include "platform/appkit/NSEvent.h"
 #include "platform/headless/HeadlessSession.h"
+#include "platform/headless/HeadlessText.h"
 #include "platform/headless/InputNames.h"
 #include "platform/headless/PngCodec.h"
 
@@ -59,18 +60,31 @@ void HeadlessDesktop::record(Transcript::Kind kind, std::string text) {
 }
 
 void HeadlessDesktop::dispatchEvent(const NSEventRef& event) {
+    if (givenToPanel(*event)) return;
     if (session_.transcript().isOn()) record(kindOf(*event), describeEvent(*event));
-    if (event->type() == NSKeyDown) runKeyEquivalent(*event);
+    if (event->type() != NSKeyDown || runKeyEquivalent(*event)) return;
+    const auto window = keyWindow_.lock();
+    HeadlessTextView* focused = window ? window->focusedTextView() : nullptr;
+    if (focused) focused->keyDown(*event);
 }
 
-void HeadlessDesktop::runKeyEquivalent(const NSEvent& event) {
-    if (!menuBar_) return;
+bool HeadlessDesktop::givenToPanel(const NSEvent& event) {
+    const bool isKey = event.type() == NSKeyDown || event.type() == NSKeyUp;
+    HeadlessPanel* panel = keyPanel();
+    if (!panel || (modal_.empty() && !isKey)) return false;
+    if (event.type() == NSKeyDown) panel->keyDown(event);
+    return true;
+}
+
+bool HeadlessDesktop::runKeyEquivalent(const NSEvent& event) {
+    if (!menuBar_) return false;
     constexpr std::uint32_t compared =
         NSShiftKeyMask | NSControlKeyMask | NSAlternateKeyMask | NSCommandKeyMask;
     const std::string& key = event.fields().charactersIgnoringModifiers;
-    if (key.empty()) return;
+    if (key.empty()) return false;
     const NSMenuItemRef item = itemWithKey(*menuBar_, key, event.modifierFlags() & compared);
     if (item) item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
+    return item != nullptr;
 }
 
 void HeadlessDesktop::commandRan(NSMenuItem& item) {
@@ -117,12 +131,43 @@ void HeadlessDesktop::closeWindow(const HeadlessWindow& window) {
     if (!windows_.empty()) keyWindow_ = windows_.front();
 }
 
+HeadlessTextView* HeadlessDesktop::textViewNamed(const std::string& name) const {
+    for (const auto& window : windows_) {
+        if (HeadlessTextView* view = window->textViewNamed(name)) return view;
+    }
+    return nullptr;
+}
+
+bool HeadlessDesktop::focusTextView(const std::string& name) {
+    const auto found = std::find_if(windows_.begin(), windows_.end(), [&](const auto& window) {
+        return window->textViewNamed(name) != nullptr;
+    });
+    if (found == windows_.end()) return false;
+    const std::shared_ptr<HeadlessWindow> window = *found;
+    window->focusTextView(name);
+    focusWindow(window);
+    return true;
+}
+
+std::unique_ptr<PanelPeer> HeadlessDesktop::makePanel(NSPanel& panel) {
+    return std::make_unique<HeadlessPanel>(*this, panel);
+}
+
+void HeadlessDesktop::showPanel(HeadlessPanel& panel) {
+    std::erase(panels_, &panel);
+    panels_.push_back(&panel);
+}
+
+void HeadlessDesktop::removePanel(HeadlessPanel& panel) {
+    std::erase(panels_, &panel);
+}
+
 std::vector<NSWindowRef> HeadlessDesktop::orderedWindows() {
     return {windows_.begin(), windows_.end()};
 }
 
 NSWindowRef HeadlessDesktop::keyWindow() {
-    return active_ ? keyWindow_.lock() : nullptr;
+    return active_ && !keyPanel() ? keyWindow_.lock() : nullptr;
 }
 
 NSPoint HeadlessDesktop::mouseLocation() {

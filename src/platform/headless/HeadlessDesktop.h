@@ -8,6 +8,7 @@
 
 #include "platform/Desktop.h"
 #include "platform/headless/HeadlessMenu.h"
+#include "platform/headless/HeadlessPanel.h"
 #include "platform/headless/HeadlessWindow.h"
 #include "platform/headless/HostDescription.h"
 #include "platform/headless/Transcript.h"
@@ -20,6 +21,8 @@ class HeadlessSession;
 /// record of what reached the host.
 class HeadlessDesktop final : public Desktop {
 public:
+    static constexpr NSRect mainScreen{{0, 0}, {1280, 800}};
+
     /// The session must outlive it. The process must be current: its menus post notifications.
     HeadlessDesktop(HeadlessSession& session, const HostDescription& host);
 
@@ -33,6 +36,7 @@ public:
     NSMenuRef mainMenu() override { return menuBar_; }
     std::vector<NSWindowRef> orderedWindows() override;
     NSWindowRef keyWindow() override;
+    std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) override;
     NSPoint mouseLocation() override;
     void showCursor(const NSCursor* cursor) override;
     std::optional<Bitmap> decodeImage(std::string_view bytes) override;
@@ -65,6 +69,14 @@ public:
     /// Takes it off the screen. When it was key, the next one is.
     void closeWindow(const HeadlessWindow& window);
 
+    /// The text view of that name in one of the windows, or null.
+    HeadlessTextView* textViewNamed(const std::string& name) const;
+    /// Gives it the keys, as a click into it does. False without one of that name.
+    bool focusTextView(const std::string& name);
+
+    /// The panel of ours that takes the keys, or null.
+    HeadlessPanel* keyPanel() const { return panels_.empty() ? nullptr : panels_.back(); }
+
     bool isActive() const { return active_; }
     void setActive(bool active) { active_ = active; }
     bool showsCursor() const { return showsCursor_; }
@@ -72,9 +84,18 @@ public:
 
     void record(Transcript::Kind kind, std::string text);
 
+    // For the panels
+
+    void showPanel(HeadlessPanel& panel);
+    void removePanel(HeadlessPanel& panel);
+    /// Between the two, the panel and those shown after it are all that takes input.
+    void beginModal(HeadlessPanel& panel) { modal_.push_back(&panel); }
+    void endModal(HeadlessPanel& panel) { std::erase(modal_, &panel); }
+
 private:
     void commandRan(NSMenuItem& item);
-    void runKeyEquivalent(const NSEvent& event);
+    bool runKeyEquivalent(const NSEvent& event);
+    bool givenToPanel(const NSEvent& event);
 
     HeadlessSession& session_;
     std::string processName_;
@@ -84,6 +105,9 @@ private:
     std::shared_ptr<HeadlessMenu> menuBar_;
     std::vector<std::shared_ptr<HeadlessWindow>> windows_;
     std::weak_ptr<HeadlessWindow> keyWindow_;
+    /// Those that are visible, the one that takes the keys last.
+    std::vector<HeadlessPanel*> panels_;
+    std::vector<HeadlessPanel*> modal_;
     int nextWindowNumber_ = 1;
     bool active_ = false;
     bool showsCursor_ = false;

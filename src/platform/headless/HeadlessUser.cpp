@@ -146,7 +146,19 @@ void HeadlessUser::postKey(std::uint32_t type, const Key& key) {
     event.modifierFlags |= key.flags;
     event.characters = key.characters;
     event.charactersIgnoringModifiers = key.characters;
+    if (const NSWindowRef window = NSApp().keyWindow()) {
+        event.location = window->convertScreenToBase(event.location);
+        event.windowNumber = window->windowNumber();
+    }
     NSApp().postEvent(std::make_shared<NSEvent>(std::move(event)));
+}
+
+void HeadlessUser::clickInMenu() {
+    NSEvent::Fields fields;
+    fields.type = NSSystemDefined;
+    NSApp().postEvent(std::make_shared<NSEvent>(std::move(fields)));
+    NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(1U << NSSystemDefined, distantPast,
+                                                           NSDefaultRunLoopMode, true);
 }
 
 void HeadlessUser::scroll(float deltaX, float deltaY) {

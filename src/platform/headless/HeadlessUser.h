@@ -42,6 +42,11 @@ public:
 
     void keyDown(const Key& key) { postKey(NSKeyDown, key); }
     void keyUp(const Key& key) { postKey(NSKeyUp, key); }
+
+    /// What a click into an open menu leaves behind: the menu has fetched it itself, and it belongs
+    /// to no window.
+    static void clickInMenu();
+
     void scroll(float deltaX, float deltaY);
 
     /// Releases all buttons and keys; false when none was held.

@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "platform/headless/HeadlessText.h"
+
 namespace velmora {
 
 namespace {
@@ -16,12 +18,28 @@ private:
     NSWindowRef window_;
 };
 
-NSViewRef makeContentView(const std::shared_ptr<NSWindow>& window, float height,
+std::shared_ptr<HeadlessView> makeView(const ViewDescription& description,
+                                       const std::weak_ptr<NSWindow>& window,
+                                       const CommandHandler& handler) {
+    if (description.text) return std::make_shared<HeadlessTextView>(description, window, handler);
+    return std::make_shared<HeadlessView>(description, window, handler);
+}
+
+/// The text view that is described as having the keys; "" when none is.
+std::string focusedName(const std::vector<ViewDescription>& views) {
+    for (const ViewDescription& view : views) {
+        if (view.text && view.text->focused) return view.text->name;
+        if (std::string name = focusedName(view.views); !name.empty()) return name;
+    }
+    return {};
+}
+
+std::shared_ptr<HeadlessView> makeContentView(const std::shared_ptr<NSWindow>& window, float height,
                           const std::optional<ContextMenuDescription>& contextMenu,
                           const std::vector<ViewDescription>& views,
                           const CommandHandler& handler) {
     const ViewDescription content{
-        {{0, 0}, {window->frame().size.width, height}}, contextMenu, views};
+        {{0, 0}, {window->frame().size.width, height}}, contextMenu, views, {}};
     return std::make_shared<HeadlessView>(content, window, handler);
 }
 
@@ -34,8 +52,13 @@ HeadlessView::HeadlessView(const ViewDescription& description,
       window_(window),
       handler_(handler) {
     for (const ViewDescription& view : description.views) {
-        views_.push_back(std::make_shared<HeadlessView>(view, window, handler));
+        views_.push_back(makeView(view, window, handler));
     }
+}
+
+void HeadlessView::findTextViews(std::vector<HeadlessTextView*>& found) {
+    if (auto* text = dynamic_cast<HeadlessTextView*>(this)) found.push_back(text);
+    for (const auto& view : views_) view->findTextViews(found);
 }
 
 NSViewRef HeadlessView::hitTest(NSPoint point) {
@@ -58,17 +81,29 @@ std::shared_ptr<HeadlessWindow> HeadlessWindow::make(const WindowDescription& de
                                                      std::function<void(HeadlessWindow&)> makeKey) {
     auto window = std::make_shared<HeadlessWindow>(description.title, description.frame, number);
     window->makeKey_ = std::move(makeKey);
-    window->contentView_ =
+    const auto content =
         makeContentView(window, description.frame.size.height - description.titleBar,
                         description.contextMenu, description.views, handler);
+    content->findTextViews(window->textViews_);
+    window->contentView_ = content;
+    window->focusTextView(focusedName(description.views));
     for (const DrawerDescription& drawer : description.drawers) {
         ++number;
         auto holder = std::make_shared<HeadlessWindow>("drawer", drawer.frame, number);
-        holder->contentView_ =
+        const auto inside =
             makeContentView(holder, drawer.frame.size.height, std::nullopt, drawer.views, handler);
+        inside->findTextViews(window->textViews_);
+        holder->contentView_ = inside;
         window->drawers_.push_back(std::make_shared<HeadlessDrawer>(std::move(holder)));
     }
     return window;
+}
+
+HeadlessTextView* HeadlessWindow::textViewNamed(const std::string& name) const {
+    for (HeadlessTextView* view : textViews_) {
+        if (view->name() == name) return view;
+    }
+    return nullptr;
 }
 
 void HeadlessWindow::makeKeyWindow() {

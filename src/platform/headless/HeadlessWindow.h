@@ -12,11 +12,16 @@
 
 namespace velmora {
 
+class HeadlessTextView;
+
 /// A view of a host's window.
-class HeadlessView final : public NSView {
+class HeadlessView : public NSView {
 public:
     HeadlessView(const ViewDescription& description, const std::weak_ptr<NSWindow>& window,
                  const CommandHandler& handler);
+
+    /// Appends the text views among the view and those in it.
+    void findTextViews(std::vector<HeadlessTextView*>& found);
 
     NSViewRef hitTest(NSPoint point) override;
     NSMenuRef menuForEvent(const NSEventRef& event) override;
@@ -49,6 +54,11 @@ public:
     int windowNumber() override { return number_; }
     void makeKeyWindow() override;
 
+    HeadlessTextView* textViewNamed(const std::string& name) const;
+    /// The one that has the keys when the window is key, or null.
+    HeadlessTextView* focusedTextView() const { return focused_; }
+    void focusTextView(const std::string& name) { focused_ = textViewNamed(name); }
+
 private:
     std::string title_;
     NSRect frame_;
@@ -56,6 +66,8 @@ private:
     NSViewRef contentView_;
     std::vector<std::shared_ptr<NSDrawer>> drawers_;
     std::function<void(HeadlessWindow&)> makeKey_;
+    std::vector<HeadlessTextView*> textViews_;
+    HeadlessTextView* focused_ = nullptr;
 };
 
 }  // namespace velmora

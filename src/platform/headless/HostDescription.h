@@ -34,11 +34,21 @@ struct ContextMenuDescription {
     std::optional<std::string> raises;
 };
 
+/// What makes a view one that takes typing.
+struct TextDescription {
+    /// By which a scenario speaks of it.
+    std::string name;
+    std::string contents;
+    /// Whether it has the keys at first when its window is key.
+    bool focused = false;
+};
+
 /// A view by its frame in its parent's coordinates; of two that overlap the later is in front.
 struct ViewDescription {
     NSRect frame;
     std::optional<ContextMenuDescription> contextMenu;
     std::vector<ViewDescription> views;
+    std::optional<TextDescription> text;
 };
 
 /// A drawer by the frame of its window, in screen coordinates.

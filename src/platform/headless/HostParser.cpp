@@ -51,23 +51,31 @@ bool parseContextMenu(ScenarioText& text, ScenarioLine& line,
     return true;
 }
 
-ViewDescription parseView(ScenarioText& text, ScenarioLine& line) {
+bool parseView(ScenarioText& text, ScenarioLine& line, std::vector<ViewDescription>& views) {
     ViewDescription view;
+    if (line.take("text view")) {
+        view.text.emplace().name = line.word("the text view's name");
+    } else if (!line.take("view")) {
+        return false;
+    }
     view.frame = line.frame();
+    if (view.text && line.take("holds")) view.text->contents = line.word("its text");
+    if (view.text && line.take("focused")) view.text->focused = true;
     text.block(line, [&](ScenarioLine& inner) {
         if (parseContextMenu(text, inner, view.contextMenu)) return;
-        if (!inner.take("view")) inner.fail("a view holds: view, context menu");
-        view.views.push_back(parseView(text, inner));
+        if (!parseView(text, inner, view.views)) {
+            inner.fail("a view holds: view, text view, context menu");
+        }
     });
-    return view;
+    views.push_back(std::move(view));
+    return true;
 }
 
 DrawerDescription parseDrawer(ScenarioText& text, ScenarioLine& line) {
     DrawerDescription drawer;
     drawer.frame = line.frame();
     text.block(line, [&](ScenarioLine& inner) {
-        if (!inner.take("view")) inner.fail("a drawer holds: view");
-        drawer.views.push_back(parseView(text, inner));
+        if (!parseView(text, inner, drawer.views)) inner.fail("a drawer holds: view, text view");
     });
     return drawer;
 }
@@ -103,13 +111,11 @@ WindowDescription parseWindow(ScenarioText& text, ScenarioLine& line) {
     if (line.take("key")) window.key = true;
     text.block(line, [&](ScenarioLine& inner) {
         if (parseContextMenu(text, inner, window.contextMenu)) return;
-        if (inner.take("view")) {
-            window.views.push_back(parseView(text, inner));
-        } else if (inner.take("drawer")) {
-            window.drawers.push_back(parseDrawer(text, inner));
-        } else {
-            inner.fail("a window holds: view, drawer, context menu");
+        if (parseView(text, inner, window.views)) return;
+        if (!inner.take("drawer")) {
+            inner.fail("a window holds: view, text view, drawer, context menu");
         }
+        window.drawers.push_back(parseDrawer(text, inner));
     });
     return window;
 }

@@ -62,6 +62,19 @@ struct KeyStep {
     bool up = true;
 };
 
+/// Presses of these keys, one after the other.
+struct TypeStep {
+    std::vector<Key> keys;
+};
+
+/// Gives the keys to a text view.
+struct FocusTextStep {
+    std::string textView;
+};
+
+/// Closes the panel of ours that takes the keys, as its title bar's button does.
+struct ClosePanelStep {};
+
 struct ScrollStep {
     float deltaX = 0;
     float deltaY = 0;
@@ -140,6 +153,18 @@ struct KeyWindowExpectation {
     std::optional<std::string> title;
 };
 
+/// The panel of ours that takes the keys; none without a title.
+struct PanelExpectation {
+    std::optional<std::string> title;
+    std::optional<NSPoint> origin;
+};
+
+/// The text of a text view; without one, of the field in the panel that takes the keys.
+struct TextExpectation {
+    std::optional<std::string> textView;
+    std::string text;
+};
+
 struct CursorExpectation {
     bool shown = true;
 };
@@ -153,9 +178,9 @@ struct Statement {
     /// The statement as it was written.
     std::string text;
     std::variant<LaunchStep, QuitStep, InStep, ActivationStep, ButtonStep, ModifierStep, MoveStep,
-                 KeyStep, ScrollStep, WaitStep, ChooseStep, FileStep, MenuStep, WindowStep,
+                 KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ScrollStep, WaitStep, ChooseStep, FileStep, MenuStep, WindowStep,
                  HappenedExpectation, FileExpectation, MenuExpectation, ItemExpectation,
-                 KeyWindowExpectation, CursorExpectation, TimeExpectation>
+                 KeyWindowExpectation, PanelExpectation, TextExpectation, CursorExpectation, TimeExpectation>
         what;
 };
 

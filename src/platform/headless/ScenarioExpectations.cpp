@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <sstream>
 
 #include "platform/foundation/PropertyListFile.h"
+#include "platform/headless/HeadlessText.h"
 #include "platform/headless/ScenarioPlayer.h"
 #include "platform/headless/ScenarioTables.h"
 
@@ -20,6 +22,12 @@ std::string list(const std::vector<std::string>& texts) {
 std::string milliseconds(Time time) {
     return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()) +
            " ms";
+}
+
+std::string coordinates(NSPoint point) {
+    std::ostringstream text;
+    text << "at " << point.x << ' ' << point.y;
+    return text.str();
 }
 
 /// Whether the dictionary has all entries of the other.
@@ -110,6 +118,28 @@ void ScenarioPlayer::act(const KeyWindowExpectation& expected) {
     if (window) title = window->title();
     if (title != expected.title) {
         failed(expected.title.value_or("no key window"), title.value_or("no key window"));
+    }
+}
+
+void ScenarioPlayer::act(const PanelExpectation& expected) {
+    HeadlessPanel* panel = host().keyPanel();
+    if (panel ? panel->title() != expected.title : expected.title.has_value()) {
+        failed(expected.title.value_or("no panel"), panel ? panel->title() : "no panel");
+    } else if (panel && expected.origin && panel->frame().origin != *expected.origin) {
+        failed(coordinates(*expected.origin), coordinates(panel->frame().origin));
+    }
+}
+
+void ScenarioPlayer::act(const TextExpectation& expected) {
+    std::optional<std::string> text;
+    if (expected.textView) {
+        const HeadlessTextView* view = host().textViewNamed(*expected.textView);
+        if (view) text = view->text();
+    } else if (const HeadlessPanel* panel = host().keyPanel(); panel && panel->field()) {
+        text = panel->field()->stringValue();
+    }
+    if (text != expected.text) {
+        failed('"' + expected.text + '"', text ? '"' + *text + '"' : "nothing of that name");
     }
 }
 

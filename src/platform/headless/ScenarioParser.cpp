@@ -8,6 +8,7 @@
 #include "platform/headless/HostParser.h"
 #include "platform/headless/ScenarioText.h"
 #include "platform/headless/StepParser.h"
+#include "platform/headless/TypingParser.h"
 
 namespace velmora {
 
@@ -87,7 +88,8 @@ private:
             return;
         }
         const std::size_t before = statements.size();
-        if (!parseUserStep(line, statements) && !parseHostStep(text_, line, statements)) {
+        if (!parseUserStep(line, statements) && !parseTypingStep(line, statements) &&
+            !parseHostStep(text_, line, statements)) {
             line.fail("unknown statement: " + line.word("a statement"));
         }
         wantHost(line);

@@ -139,6 +139,25 @@ void ScenarioPlayer::act(const KeyStep& step) {
     if (step.up) session_.user().keyUp(step.key);
 }
 
+void ScenarioPlayer::act(const TypeStep& step) {
+    for (const Key& key : step.keys) {
+        session_.user().keyDown(key);
+        session_.user().keyUp(key);
+    }
+}
+
+void ScenarioPlayer::act(const FocusTextStep& step) {
+    if (!host().focusTextView(step.textView)) fail("there is no text view " + step.textView);
+}
+
+void ScenarioPlayer::act(const ClosePanelStep& /*step*/) {
+    if (HeadlessPanel* panel = host().keyPanel()) {
+        panel->userCloses();
+    } else {
+        fail("no panel is shown");
+    }
+}
+
 void ScenarioPlayer::act(const ScrollStep& step) {
     session_.user().scroll(step.deltaX, step.deltaY);
 }
@@ -161,6 +180,7 @@ void ScenarioPlayer::act(const ChooseStep& step) {
     } else if (!item->isEnabled()) {
         fail(step.path + " is disabled");
     } else {
+        HeadlessUser::clickInMenu();
         item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
     }
 }

@@ -43,6 +43,9 @@ private:
     void act(const ModifierStep& step);
     void act(const MoveStep& step);
     void act(const KeyStep& step);
+    void act(const TypeStep& step);
+    void act(const FocusTextStep& step);
+    void act(const ClosePanelStep& step);
     void act(const ScrollStep& step);
     void act(const WaitStep& step);
     void act(const ChooseStep& step);
@@ -54,6 +57,8 @@ private:
     void act(const MenuExpectation& expected);
     void act(const ItemExpectation& expected);
     void act(const KeyWindowExpectation& expected);
+    void act(const PanelExpectation& expected);
+    void act(const TextExpectation& expected);
     void act(const CursorExpectation& expected);
     void act(const TimeExpectation& expected);
 

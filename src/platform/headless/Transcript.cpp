@@ -10,9 +10,9 @@ namespace velmora {
 namespace {
 
 std::string_view nameOf(Transcript::Kind kind) {
-    static constexpr std::array<std::string_view, 13> names = {
+    static constexpr std::array<std::string_view, 14> names = {
         ">",   "note",  "ran",    "event",    "event",  "event", "beep",
-        "log", "trace", "opened", "made key", "cursor", "FAILED"};
+        "log", "trace", "opened", "made key", "cursor", "panel", "FAILED"};
     return names[static_cast<std::size_t>(kind)];
 }
 

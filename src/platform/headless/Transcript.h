@@ -26,6 +26,7 @@ public:
         opened,   ///< an address was opened
         madeKey,  ///< a window was made key
         cursor,   ///< the pushed cursor changed
+        panel,    ///< a panel of ours came or went
         fault,    ///< an expectation that did not hold
     };
 

@@ -1,0 +1,105 @@
+#include "platform/headless/HeadlessPanel.h"
+
+#include <sstream>
+
+#include "platform/appkit/NSApplication.h"
+#include "platform/headless/HeadlessDesktop.h"
+#include "platform/headless/HeadlessText.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr float width = 300;
+constexpr float heightWithoutRows = 40;
+constexpr float rowHeight = 24;
+
+/// The command that a key is in a field; none for a key that types.
+Selector commandOf(const NSEvent& key) {
+    static const Selector cancel = Selector::named("cancel:");
+    static const Selector newline = Selector::named("insertNewline:");
+    static const Selector tab = Selector::named("insertTab:");
+    const std::string& characters = key.fields().characters;
+    if (characters == "\x1B") return cancel;
+    if (characters == "\r") return newline;
+    return characters == "\t" ? tab : Selector();
+}
+
+}  // namespace
+
+HeadlessPanel::HeadlessPanel(HeadlessDesktop& desktop, NSPanel& panel)
+    : desktop_(desktop), panel_(panel) {
+    frame_.size = {width, heightWithoutRows + rowHeight * static_cast<float>(panel.rows().size())};
+}
+
+HeadlessPanel::~HeadlessPanel() {
+    desktop_.removePanel(*this);
+}
+
+void HeadlessPanel::center() {
+    const NSRect screen = HeadlessDesktop::mainScreen;
+    frame_.origin = {screen.origin.x + (screen.size.width - frame_.size.width) / 2,
+                     screen.origin.y + (screen.size.height - frame_.size.height) / 2};
+}
+
+void HeadlessPanel::makeKeyAndOrderFront() {
+    if (!visible_) {
+        visible_ = true;
+        std::ostringstream text;
+        text << '"' << title() << "\" at " << frame_.origin.x << ' ' << frame_.origin.y;
+        desktop_.record(Transcript::Kind::panel, text.str());
+    }
+    desktop_.showPanel(*this);
+}
+
+void HeadlessPanel::makeKeyWindow() {
+    if (visible_) desktop_.showPanel(*this);
+}
+
+void HeadlessPanel::orderOut() {
+    if (!visible_) return;
+    visible_ = false;
+    desktop_.removePanel(*this);
+    desktop_.record(Transcript::Kind::panel, '"' + title() + "\" gone");
+}
+
+void HeadlessPanel::runModal() {
+    makeKeyAndOrderFront();
+    ended_ = false;
+    desktop_.beginModal(*this);
+    while (!ended_) {
+        const NSEventRef event = NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(
+            NSAnyEventMask, distantFuture, NSModalPanelRunLoopMode, true);
+        if (event) NSApp().sendEvent(event);
+    }
+    desktop_.endModal(*this);
+}
+
+NSTextField* HeadlessPanel::field() const {
+    for (const NSPanel::Row& row : panel_.rows()) {
+        for (const NSPanel::Cell& cell : row) {
+            if (const auto* field = std::get_if<std::shared_ptr<NSTextField>>(&cell)) {
+                return field->get();
+            }
+        }
+    }
+    return nullptr;
+}
+
+void HeadlessPanel::keyDown(const NSEvent& event) {
+    NSTextField* field = this->field();
+    if (const Selector command = commandOf(event)) {
+        if (field && field->userCommanded(command)) return;
+        if (command.name() == "cancel:") userCloses();
+    } else if (field) {
+        std::string text = field->stringValue();
+        if (typeIntoText(text, event)) field->userChangedText(text);
+    }
+}
+
+void HeadlessPanel::userCloses() {
+    ended_ = true;
+    orderOut();
+}
+
+}  // namespace velmora

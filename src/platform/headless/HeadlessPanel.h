@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/appkit/NSPanel.h"
+
+namespace velmora {
+
+class HeadlessDesktop;
+class NSEvent;
+
+/// The window of a panel: 300 points wide, and 40 high with 24 more for each row. The panel owns
+/// it; the desktop must outlive it.
+class HeadlessPanel final : public PanelPeer {
+public:
+    HeadlessPanel(HeadlessDesktop& desktop, NSPanel& panel);
+    ~HeadlessPanel() override;
+    HeadlessPanel(const HeadlessPanel&) = delete;
+    HeadlessPanel& operator=(const HeadlessPanel&) = delete;
+
+    // For the panel
+
+    NSRect frame() override { return frame_; }
+    void setFrameOrigin(NSPoint origin) override { frame_.origin = origin; }
+    void center() override;
+    void makeKeyAndOrderFront() override;
+    void makeKeyWindow() override;
+    void orderOut() override;
+    bool isVisible() override { return visible_; }
+    /// Fetches and dispatches events as long as it lasts.
+    void runModal() override;
+    void endModal() override { ended_ = true; }
+
+    // For the desktop and whoever plays the user
+
+    const std::string& title() const { return panel_.title(); }
+    /// The first field has the keys; without one, null.
+    NSTextField* field() const;
+    /// A key that the user presses while the panel is key. An Escape that nobody wants closes it.
+    void keyDown(const NSEvent& event);
+    /// What the button in its title bar does.
+    void userCloses();
+
+private:
+    HeadlessDesktop& desktop_;
+    NSPanel& panel_;
+    NSRect frame_;
+    bool visible_ = false;
+    bool ended_ = false;
+};
+
+}  // namespace velmora

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/headless/Scenario.h"
+#include "platform/headless/ScenarioText.h"
+
+namespace velmora {
+
+/// Reads the line if it says what the user types, and where: type, focus text, close panel. False
+/// leaves the line as it is. Throws a ScenarioError.
+bool parseTypingStep(ScenarioLine& line, std::vector<Statement>& statements);
+
+}  // namespace velmora
