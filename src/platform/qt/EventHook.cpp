@@ -174,15 +174,11 @@ bool EventHook::endsPressInDelivery(const QtEvent& event) const {
     return false;
 }
 
-void EventHook::dispatch(const NSEventRef& event) {
-    const auto* qtEvent = dynamic_cast<const QtEvent*>(event.get());
-    // What the layer has made itself has no counterpart in the host.
-    if (!qtEvent) return;
-    if (delivery_ && delivery_->open && delivery_->event.isSameEvent(*qtEvent) &&
-        queue_.isEmpty()) {
+void EventHook::dispatch(const QtEvent& event) {
+    if (delivery_ && delivery_->open && delivery_->event.isSameEvent(event) && queue_.isEmpty()) {
         delivery_->passed = true;
     } else {
-        queue_.append(*qtEvent);
+        queue_.append(event);
     }
 }
 

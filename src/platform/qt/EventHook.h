@@ -34,7 +34,7 @@ public:
 
     /// As Desktop::dispatchEvent: at once by leaving the event to Qt, if it is the one that the
     /// hook was called with and nothing came between; else in its turn.
-    void dispatch(const NSEventRef& event);
+    void dispatch(const QtEvent& event);
 
     /// As Desktop::wait.
     void wait(Time deadline);

@@ -14,6 +14,8 @@
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtImages.h"
+#include "platform/qt/QtPanel.h"
+#include "platform/qt/QtTyping.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
@@ -24,6 +26,20 @@ constexpr Time farAway = std::chrono::hours(1);
 
 /// When a wait has to run the timers, it is asked again after so long.
 constexpr std::chrono::milliseconds timerRetry(10);
+
+/// A panel that cannot be shown any more.
+class NoPanel final : public PanelPeer {
+public:
+    NSRect frame() override { return {}; }
+    void setFrameOrigin(NSPoint /*origin*/) override {}
+    void center() override {}
+    void makeKeyAndOrderFront() override {}
+    void makeKeyWindow() override {}
+    void orderOut() override {}
+    bool isVisible() override { return false; }
+    void runModal() override {}
+    void endModal() override {}
+};
 
 bool isSet(const char* variable) {
     const char* value = std::getenv(variable);
@@ -114,7 +130,13 @@ void QtDesktop::fireTimers() {
 // The host
 
 void QtDesktop::dispatchEvent(const NSEventRef& event) {
-    if (session_) session_->hook.dispatch(event);
+    if (!session_) return;
+    if (const auto* input = dynamic_cast<const QtEvent*>(event.get())) {
+        session_->hook.dispatch(*input);
+    } else if (event->type() == NSKeyDown) {
+        // In the window that has the keys when the commands before are done.
+        session_->windows.whenKeyIsSettled([event] { typeInFocus(*event); });
+    }
 }
 
 std::shared_ptr<NSMenu> QtDesktop::mainMenu() {
@@ -127,6 +149,11 @@ std::vector<std::shared_ptr<NSWindow>> QtDesktop::orderedWindows() {
 
 std::shared_ptr<NSWindow> QtDesktop::keyWindow() {
     return session_ ? session_->windows.keyWindow() : nullptr;
+}
+
+std::unique_ptr<PanelPeer> QtDesktop::makePanel(NSPanel& panel) {
+    if (!session_) return std::make_unique<NoPanel>();
+    return std::make_unique<QtPanel>(session_->windows, panel);
 }
 
 // The pointer

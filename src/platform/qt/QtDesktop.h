@@ -32,6 +32,7 @@ public:
     std::shared_ptr<NSMenu> mainMenu() override;
     std::vector<std::shared_ptr<NSWindow>> orderedWindows() override;
     std::shared_ptr<NSWindow> keyWindow() override;
+    std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) override;
     NSPoint mouseLocation() override;
     void showCursor(const NSCursor* cursor) override;
     std::optional<Bitmap> decodeImage(std::string_view bytes) override;

@@ -8,6 +8,7 @@
 
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtModality.h"
+#include "platform/qt/QtPanel.h"
 #include "platform/qt/QtWindow.h"
 
 namespace velmora {
@@ -58,13 +59,15 @@ QtWindows::QtWindows() {
     });
 }
 
-QtWindows::~QtWindows() = default;
+QtWindows::~QtWindows() {
+    for (QtPanel* panel : std::exchange(panels_, {})) panel->close();
+}
 
 std::vector<std::shared_ptr<QtWindow>> QtWindows::visibleWindows() {
     std::vector<std::shared_ptr<QtWindow>> windows;
     const QWidgetList widgets = QApplication::topLevelWidgets();
     for (QWidget* widget : widgets) {
-        if (takesPart(*widget)) windows.push_back(windowFor(*widget));
+        if (takesPart(*widget) && !isOwn(*widget)) windows.push_back(windowFor(*widget));
     }
     const QWindowList handles = QGuiApplication::topLevelWindows();
     for (QWindow* handle : handles) {
@@ -102,7 +105,9 @@ std::vector<NSWindowRef> QtWindows::orderedWindows() {
 
 NSWindowRef QtWindows::keyWindow() {
     if (auto awaited = awaited_.lock()) return awaited;
-    if (QWidget* widget = QApplication::activeWindow()) return windowFor(*widget);
+    if (QWidget* widget = QApplication::activeWindow()) {
+        return isOwn(*widget) ? nullptr : windowFor(*widget);
+    }
     QWindow* handle = QGuiApplication::focusWindow();
     return handle && takesPart(*handle) ? windowFor(*handle) : nullptr;
 }

@@ -17,6 +17,7 @@ class QWindow;
 
 namespace velmora {
 
+class QtPanel;
 class QtWindow;
 
 /// The windows of the host: which there are, in which order they lie, and which takes the keys.
@@ -29,7 +30,7 @@ public:
     std::vector<NSWindowRef> orderedWindows();
 
     /// The active window, or the one that has just been made to be; null when the host is not
-    /// active.
+    /// active, and when a panel of ours has the keys.
     NSWindowRef keyWindow();
 
     /// For windows that are being made key: with a window manager that takes a while. The work is
@@ -52,6 +53,10 @@ public:
     static void markAsOwn(QWidget& window);
     static bool isOwn(const QWidget& window);
 
+    /// The panels of ours, which are closed when the windows go.
+    void addPanel(QtPanel& panel) { panels_.push_back(&panel); }
+    void removePanel(QtPanel& panel) { std::erase(panels_, &panel); }
+
 private:
     void settle();
     void forget(const QObject* host) { known_.erase(host); }
@@ -67,6 +72,7 @@ private:
     std::vector<QPointer<QWidget>> activated_;
     std::weak_ptr<QtWindow> awaited_;
     std::vector<std::function<void()>> waiting_;
+    std::vector<QtPanel*> panels_;
     int lastNumber_ = 0;
 };
 

@@ -1,0 +1,261 @@
+#include "platform/qt/QtPanel.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QScopedValueRollback>
+#include <QScreen>
+
+#include "platform/qt/QtCoordinates.h"
+#include "platform/qt/QtGuard.h"
+#include "platform/qt/QtWindows.h"
+
+namespace velmora {
+
+namespace {
+
+/// How many letters a field has room for.
+constexpr int fieldLength = 28;
+
+Selector commandOfKey(int key) {
+    switch (key) {
+        case Qt::Key_Escape: return Selector::named("cancel:");
+        case Qt::Key_Return:
+        case Qt::Key_Enter: return Selector::named("insertNewline:");
+        case Qt::Key_Tab: return Selector::named("insertTab:");
+        case Qt::Key_Backtab: return Selector::named("insertBacktab:");
+        default: return {};
+    }
+}
+
+/// Offers the keys that are commands to the field's delegate before the widget acts on them.
+class FieldCommands final : public QObject {
+public:
+    FieldCommands(QLineEdit& edit, std::shared_ptr<NSTextField> field)
+        : QObject(&edit), field_(std::move(field)) {
+        edit.installEventFilter(this);
+    }
+
+private:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress) return false;
+        bool dealtWith = false;
+        guarded("A command in a field", [&] {
+            const Selector command = commandOfKey(static_cast<QKeyEvent*>(event)->key());
+            dealtWith = command && field_->userCommanded(command);
+        });
+        return dealtWith;
+    }
+
+    std::shared_ptr<NSTextField> field_;
+};
+
+}  // namespace
+
+class QtPanel::Dialog final : public QDialog {
+public:
+    explicit Dialog(QtPanel& panel) : panel_(&panel) {}
+
+    /// Null once the panel is gone.
+    QtPanel* panel() const { return panel_; }
+    void forgetPanel() { panel_ = nullptr; }
+
+    /// Escape, or the button of the title bar.
+    void reject() override {
+        QDialog::reject();
+        guarded("Closing a panel", [this] {
+            if (panel_) panel_->dismissed();
+        });
+    }
+
+private:
+    QtPanel* panel_;
+};
+
+QtPanel::QtPanel(QtWindows& windows, NSPanel& panel) : windows_(&windows) {
+    windows.addPanel(*this);
+    makeDialog(panel);
+}
+
+QtPanel::~QtPanel() {
+    if (windows_) windows_->removePanel(*this);
+    for (const auto& field : fields_) field->setShowText(nullptr);
+    if (!dialog_) return;
+    dialog_->forgetPanel();
+    dialog_->hide();
+    // Something in it may be in the middle of telling us.
+    dialog_->deleteLater();
+}
+
+void QtPanel::close() {
+    windows_ = nullptr;
+    wanted_ = false;
+    if (!dialog_) return;
+    dialog_->forgetPanel();
+    delete dialog_.data();
+}
+
+void QtPanel::makeDialog(const NSPanel& panel) {
+    dialog_ = new Dialog(*this);
+    QtWindows::markAsOwn(*dialog_);
+    dialog_->setAttribute(Qt::WA_QuitOnClose, false);
+    dialog_->setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                            Qt::WindowCloseButtonHint);
+    dialog_->setWindowTitle(QString::fromStdString(panel.title()));
+    auto* grid = new QGridLayout(dialog_);
+    for (std::size_t i = 0; i < panel.rows().size(); ++i) {
+        addRow(*grid, panel.rows()[i], static_cast<int>(i));
+    }
+    dialog_->adjustSize();
+}
+
+void QtPanel::addRow(QGridLayout& grid, const NSPanel::Row& cells, int row) {
+    QLabel* label = nullptr;
+    int column = 0;
+    for (const NSPanel::Cell& cell : cells) {
+        if (const auto* shown = std::get_if<NSPanel::Label>(&cell)) {
+            QString text = QString::fromStdString(shown->text);
+            // A label that belongs to a field would underline a letter otherwise.
+            label = new QLabel(text.replace(QLatin1Char('&'), QLatin1String("&&")), dialog_);
+            label->setTextFormat(Qt::PlainText);
+            grid.addWidget(label, row, column++);
+            continue;
+        }
+        const auto& field = std::get<std::shared_ptr<NSTextField>>(cell);
+        QLineEdit* edit = makeField(field, label ? label->text() : dialog_->windowTitle());
+        if (label) label->setBuddy(edit);
+        grid.addWidget(edit, row, column++);
+    }
+}
+
+QLineEdit* QtPanel::makeField(const std::shared_ptr<NSTextField>& field, const QString& label) {
+    auto* edit = new QLineEdit(QString::fromStdString(field->stringValue()), dialog_);
+    QString name = label;
+    name.replace(QLatin1String("&&"), QLatin1String("&"));
+    if (name.endsWith(QLatin1Char(':'))) name.chop(1);
+    edit->setAccessibleName(name);
+    edit->setMinimumWidth(edit->fontMetrics().averageCharWidth() * fieldLength);
+    new FieldCommands(*edit, field);
+    QObject::connect(edit, &QLineEdit::textChanged, edit, [field](const QString& text) {
+        guarded("Typing in a field", [&] { field->userChangedText(text.toStdString()); });
+    });
+    field->setShowText([shown = QPointer<QLineEdit>(edit)](const std::string& text) {
+        if (shown) shown->setText(QString::fromStdString(text));
+    });
+    if (!firstField_) firstField_ = edit;
+    fields_.push_back(field);
+    return edit;
+}
+
+QMargins QtPanel::decorations() const {
+    const QWindow* own = dialog_->windowHandle();
+    if (own && !own->frameMargins().isNull()) return own->frameMargins();
+    const auto key = windows_ ? std::dynamic_pointer_cast<QtWindow>(windows_->keyWindow()) : nullptr;
+    const QWindow* around = key ? key->handle() : nullptr;
+    return around ? around->frameMargins() : QMargins();
+}
+
+NSRect QtPanel::frame() {
+    if (!dialog_) return {};
+    if (dialog_->isVisible()) return screenRect(dialog_->frameGeometry());
+    const QMargins margins = decorations();
+    const QSize size(dialog_->width() + margins.left() + margins.right(),
+                     dialog_->height() + margins.top() + margins.bottom());
+    return screenRect(QRect(dialog_->pos(), size));
+}
+
+void QtPanel::setFrameOrigin(NSPoint origin) {
+    if (!dialog_) return;
+    const NSPoint upperLeft{origin.x, origin.y + frame().size.height};
+    dialog_->move(globalPoint(upperLeft).toPoint());
+}
+
+void QtPanel::center() {
+    if (!dialog_) return;
+    const QWindow* focus = QGuiApplication::focusWindow();
+    const QScreen* screen = focus ? focus->screen() : QGuiApplication::primaryScreen();
+    if (!screen) return;
+    const NSRect available = screenRect(screen->availableGeometry());
+    const NSSize size = frame().size;
+    setFrameOrigin({available.origin.x + (available.size.width - size.width) / 2,
+                    available.origin.y + (available.size.height - size.height) / 2});
+}
+
+void QtPanel::makeKeyAndOrderFront() {
+    if (!dialog_) return;
+    wanted_ = true;
+    if (dialog_->isVisible()) {
+        makeKeyWindow();
+        return;
+    }
+    QMetaObject::invokeMethod(
+        dialog_,
+        [dialog = dialog_.data()] {
+            guarded("Showing a panel", [dialog] {
+                QtPanel* panel = dialog->panel();
+                if (panel && panel->wanted_) panel->show(Qt::NonModal);
+            });
+        },
+        Qt::QueuedConnection);
+}
+
+void QtPanel::show(Qt::WindowModality modality) {
+    if (dialog_->isVisible()) {
+        if (modality == Qt::NonModal || dialog_->windowModality() == modality) return;
+        dialog_->hide();
+    }
+    before_ = std::dynamic_pointer_cast<QtWindow>(windows_->keyWindow());
+    dialog_->setWindowModality(modality);
+    // Where the window manager keeps it above the window that it belongs to, and gives it the keys.
+    dialog_->winId();
+    const auto before = before_.lock();
+    dialog_->windowHandle()->setTransientParent(before ? before->handle() : nullptr);
+    dialog_->show();
+    makeKeyWindow();
+}
+
+void QtPanel::makeKeyWindow() {
+    if (!dialog_ || !dialog_->isVisible()) return;
+    dialog_->raise();
+    dialog_->activateWindow();
+    if (!firstField_) return;
+    firstField_->setFocus();
+    firstField_->selectAll();
+}
+
+void QtPanel::orderOut() {
+    wanted_ = false;
+    if (!dialog_ || !dialog_->isVisible()) return;
+    const bool hadKeys = dialog_->isActiveWindow();
+    dialog_->hide();
+    const auto before = before_.lock();
+    // A command that comes next waits until the window has the keys again.
+    if (hadKeys && before && windows_) windows_->makeKey(*before);
+}
+
+void QtPanel::runModal() {
+    QCoreApplication* application = QCoreApplication::instance();
+    if (!dialog_ || !application || QCoreApplication::closingDown()) return;
+    // Entering a loop throws away a request to quit that has been posted and not yet delivered.
+    QCoreApplication::sendPostedEvents(application, QEvent::Quit);
+    QEventLoop loop;
+    const QScopedValueRollback<QEventLoop*> running(loop_, &loop);
+    QObject::connect(dialog_, &QObject::destroyed, &loop, &QEventLoop::quit);
+    wanted_ = true;
+    show(Qt::ApplicationModal);
+    loop.exec(QEventLoop::DialogExec);
+}
+
+void QtPanel::endModal() {
+    if (loop_) loop_->quit();
+}
+
+void QtPanel::dismissed() {
+    wanted_ = false;
+    endModal();
+}
+
+}  // namespace velmora

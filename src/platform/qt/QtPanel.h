@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QPointer>
+#include <memory>
+
+#include "platform/appkit/NSPanel.h"
+#include "platform/qt/QtWindow.h"
+
+class QEventLoop;
+class QGridLayout;
+
+namespace velmora {
+
+class QtWindows;
+
+/// The window of a panel of ours, in the host's own style. It is none of the host's windows: it has
+/// no part in their order and in which of them is key, and closing it never ends the host.
+class QtPanel final : public PanelPeer {
+public:
+    QtPanel(QtWindows& windows, NSPanel& panel);
+    ~QtPanel() override;
+    QtPanel(const QtPanel&) = delete;
+    QtPanel& operator=(const QtPanel&) = delete;
+
+    /// The application object is about to go, and the dialog with it. What is asked from here on
+    /// does nothing.
+    void close();
+
+    /// Until the panel has been shown once, its decorations are taken to be those of the window
+    /// over which it opens.
+    NSRect frame() override;
+    void setFrameOrigin(NSPoint origin) override;
+    /// On the screen of the window that takes the keys.
+    void center() override;
+    /// The panel comes up in the loop's next pass, or with runModal: it must be known by then
+    /// whether it is modal.
+    void makeKeyAndOrderFront() override;
+    void makeKeyWindow() override;
+    void orderOut() override;
+    bool isVisible() override { return wanted_; }
+    void runModal() override;
+    void endModal() override;
+
+private:
+    class Dialog;
+
+    void makeDialog(const NSPanel& panel);
+    void addRow(QGridLayout& grid, const NSPanel::Row& cells, int row);
+    QLineEdit* makeField(const std::shared_ptr<NSTextField>& field, const QString& label);
+    void show(Qt::WindowModality modality);
+    void dismissed();
+    /// What the window manager adds around the window.
+    QMargins decorations() const;
+
+    QtWindows* windows_;
+    QPointer<Dialog> dialog_;
+    std::vector<std::shared_ptr<NSTextField>> fields_;
+    QPointer<QLineEdit> firstField_;
+    /// The host's window that had the keys before.
+    std::weak_ptr<QtWindow> before_;
+    QEventLoop* loop_ = nullptr;
+    /// Somebody wants to see it.
+    bool wanted_ = false;
+};
+
+}  // namespace velmora
