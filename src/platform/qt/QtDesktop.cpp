@@ -134,9 +134,17 @@ void QtDesktop::dispatchEvent(const NSEventRef& event) {
     if (const auto* input = dynamic_cast<const QtEvent*>(event.get())) {
         session_->hook.dispatch(*input);
     } else if (event->type() == NSKeyDown) {
-        // In the window that has the keys when the commands before are done.
-        session_->windows.whenKeyIsSettled([event] { typeInFocus(*event); });
+        typeLater(event);
     }
+}
+
+void QtDesktop::typeLater(const NSEventRef& event) {
+    // When the menu that it was chosen from has given the focus back, and in the order of the
+    // commands that run meanwhile.
+    const auto type = [event] { guarded("Typing", [&] { typeInFocus(*event); }); };
+    QMetaObject::invokeMethod(
+        &session_->context, [this, type] { session_->windows.whenKeyIsSettled(type); },
+        Qt::QueuedConnection);
 }
 
 std::shared_ptr<NSMenu> QtDesktop::mainMenu() {

@@ -65,6 +65,7 @@ private:
     void tryToLaunch();
     void applicationStateChanged();
     void fireTimers();
+    void typeLater(const NSEventRef& event);
 
     std::string processName_;
     LogFile log_;

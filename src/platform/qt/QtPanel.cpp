@@ -63,6 +63,12 @@ public:
     QtPanel* panel() const { return panel_; }
     void forgetPanel() { panel_ = nullptr; }
 
+    /// The position of a dialog that has no window yet is that of its frame; a hidden window's is
+    /// not, whatever it is moved by.
+    void dropHiddenWindow() {
+        if (!isVisible() && testAttribute(Qt::WA_WState_Created)) destroy();
+    }
+
     /// Escape, or the button of the title bar.
     void reject() override {
         QDialog::reject();
@@ -150,9 +156,10 @@ QLineEdit* QtPanel::makeField(const std::shared_ptr<NSTextField>& field, const Q
     return edit;
 }
 
-QMargins QtPanel::decorations() const {
+QMargins QtPanel::decorations() {
     const QWindow* own = dialog_->windowHandle();
-    if (own && !own->frameMargins().isNull()) return own->frameMargins();
+    if (own && !own->frameMargins().isNull()) margins_ = own->frameMargins();
+    if (!margins_.isNull()) return margins_;
     const auto key = windows_ ? std::dynamic_pointer_cast<QtWindow>(windows_->keyWindow()) : nullptr;
     const QWindow* around = key ? key->handle() : nullptr;
     return around ? around->frameMargins() : QMargins();
@@ -170,6 +177,7 @@ NSRect QtPanel::frame() {
 void QtPanel::setFrameOrigin(NSPoint origin) {
     if (!dialog_) return;
     const NSPoint upperLeft{origin.x, origin.y + frame().size.height};
+    dialog_->dropHiddenWindow();
     dialog_->move(globalPoint(upperLeft).toPoint());
 }
 

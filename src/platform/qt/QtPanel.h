@@ -51,13 +51,14 @@ private:
     QLineEdit* makeField(const std::shared_ptr<NSTextField>& field, const QString& label);
     void show(Qt::WindowModality modality);
     void dismissed();
-    /// What the window manager adds around the window.
-    QMargins decorations() const;
+    QMargins decorations();
 
     QtWindows* windows_;
     QPointer<Dialog> dialog_;
     std::vector<std::shared_ptr<NSTextField>> fields_;
     QPointer<QLineEdit> firstField_;
+    /// What the window manager adds around the dialog, once that is known.
+    QMargins margins_;
     /// The host's window that had the keys before.
     std::weak_ptr<QtWindow> before_;
     QEventLoop* loop_ = nullptr;
