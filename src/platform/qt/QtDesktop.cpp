@@ -71,6 +71,7 @@ void QtDesktop::applicationStateChanged() {
     const bool active = QGuiApplication::applicationState() == Qt::ApplicationActive;
     if (active == session_->active) return;
     session_->active = active;
+    trace(active ? "became active" : "resigned active");
     guarded("A change of the application's state", [active] {
         if (active) {
             NSApp().didBecomeActive();
