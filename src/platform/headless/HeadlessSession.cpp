@@ -92,7 +92,6 @@ void HeadlessSession::advanceTo(Time moment) {
 }
 
 void HeadlessSession::wait(Time deadline) {
-    HeadlessProcess* waiting = current();
     if (const std::optional<Time> next = input_.next()) {
         escapeTyped_ = false;
         if (*next < deadline) {
@@ -107,7 +106,6 @@ void HeadlessSession::wait(Time deadline) {
         }
         advanceTo(deadline);
     }
-    if (waiting) waiting->runPostponed();
 }
 
 bool HeadlessSession::endLoops() {

@@ -80,7 +80,7 @@ void ScenarioPlayer::act(const QuitStep& step) {
 void ScenarioPlayer::act(const InStep& step) {
     HeadlessProcess& other = *session_.processNamed(step.host);
     if (&other != session_.current() && session_.isRunning(other)) {
-        fail(step.host + " is in the middle of something, further out");
+        fail(step.host + " waits further out and cannot go on inside another host");
         return;
     }
     if (&other == session_.current()) {
