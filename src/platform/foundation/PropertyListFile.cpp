@@ -1,11 +1,11 @@
 #include "platform/foundation/PropertyListFile.h"
 
-#include <locale.h>
 #include <plist/plist.h>
 
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
