@@ -56,6 +56,10 @@ class RealApplication(harness.Application):
         each. The first is view() and the last item of its menu."""
         raise NotImplementedError
 
+    def quiet(self):
+        """A part of the window that nothing changes by itself, as the text cursor does."""
+        return self.view()
+
     def count(self):
         """Saves, and counts in the file."""
         self.save()
@@ -121,6 +125,21 @@ class RealApplication(harness.Application):
     def draw(self, letters, speed=800, leg=80, **options):
         return harness.draw(self.x, letters, self.view(), speed, leg, **options)
 
+    def leave(self):
+        """Makes a window of nobody's the active one. Qt says so after a while only."""
+        mark = self.mark()
+        self._elsewhere = self.x.create_window("elsewhere", (1100, 20, 100, 30))
+        wait_for(lambda: self.x.active_window() == self._elsewhere, "the other window to be active")
+        self.wait_text("^resigned active", mark)
+
+    def come_back(self):
+        """Clicks where the menu bar is empty."""
+        mark = self.mark()
+        self.x.click(*self.area(700, 12, 1, 1)[:2])
+        wait_for(lambda: self.x.active_window() == self.main, "the application to be active")
+        self.wait_text("^became active", mark)
+        self.x.destroy_window(self._elsewhere)
+
     def close_menus(self):
         """Escapes from every open menu, one after the other."""
         while True:
@@ -163,6 +182,10 @@ class Featherpad(RealApplication):
 
     def view(self):
         return self.area(80, 190, 740, 350)
+
+    def quiet(self):
+        # Below the text, and above what slides in from below where root runs it.
+        return self.area(80, 200, 740, 180)
 
     def count_in(self, text):
         return len(re.findall(r"\d\d:\d\d:\d\d", text))

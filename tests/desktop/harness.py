@@ -4,6 +4,7 @@ Nothing here sleeps to let something happen: everything waits for a condition, w
 """
 
 import atexit
+import contextlib
 import functools
 import os
 import pathlib
@@ -324,11 +325,11 @@ class Application:
 
     def commands(self, since=0):
         """The commands that ran, by path."""
-        return [match[1] for match in (re.match(r'ran "(.*)" [\d.]+ ms after', text)
+        return [match[1] for match in (re.match(r'ran "(.*)"( [\d.]+ ms after the release)?$', text)
                                        for text in self.texts(since)) if match]
 
     def delays(self, since=0):
-        """Milliseconds from the button's release to each command."""
+        """Milliseconds from the button's release to each command that followed one."""
         return [float(match[1]) for match in (re.match(r'ran ".*" ([\d.]+) ms after', text)
                                               for text in self.texts(since)) if match]
 
@@ -431,6 +432,15 @@ class DesktopTest(unittest.TestCase):
         self.home = Home(self.screen, f"home-{self._testMethodName}")
         self.applications = []
         self.addCleanup(self.end_applications)
+
+    @contextlib.contextmanager
+    def subTest(self, *arguments, **parameters):
+        with super().subTest(*arguments, **parameters):
+            try:
+                yield
+            except BaseException:
+                self.report()
+                raise
 
     def start(self, kind, *arguments, **options):
         application = kind(self.screen, self.home, *arguments, **options)
