@@ -60,10 +60,10 @@ void QtDesktop::tryToLaunch() {
         session_->launch.disconnect();
         session_->hook.takeInput();
         NSApp().finishLaunching();
+        trace("launched");
         QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &session_->context,
                          [this] { applicationStateChanged(); });
         applicationStateChanged();
-        trace("launched");
     });
 }
 
