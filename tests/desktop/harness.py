@@ -79,7 +79,7 @@ def stays(condition, seconds):
     return True
 
 
-_processes = []
+_processes, _directories = [], []
 
 
 def _end_everything(*_):
@@ -87,6 +87,8 @@ def _end_everything(*_):
         if process.poll() is None:
             process.kill()
             process.wait()
+    for directory in _directories:
+        shutil.rmtree(directory, ignore_errors=True)
 
 
 atexit.register(_end_everything)
@@ -109,13 +111,15 @@ class Screen:
 
     def __init__(self, display=None):
         self.directory = pathlib.Path(tempfile.mkdtemp(prefix="velmora-desktop-"))
+        _directories.append(self.directory)
         self._own = []
+        self.is_private = display is None
         try:
             if display is None:
                 display = self._start_server()
             self.name = display
             self.x = xclient.Display(display)
-            if self._own:
+            if self.is_private:
                 self._start_window_manager()
         except BaseException:
             self.close()

@@ -341,12 +341,15 @@ class Display:
 
     # --- pictures ------------------------------------------------------------------------------
 
+    def size(self):
+        """The whole screen."""
+        attributes = _Attributes()
+        _xlib.XGetWindowAttributes(self._display, self.root, ctypes.byref(attributes))
+        return Geometry(0, 0, attributes.width, attributes.height)
+
     def picture(self, area=None):
         """The screen, or an area of it, as (width, height, rows of RGB bytes)."""
-        if area is None:
-            attributes = _Attributes()
-            _xlib.XGetWindowAttributes(self._display, self.root, ctypes.byref(attributes))
-            area = Geometry(0, 0, attributes.width, attributes.height)
+        area = area or self.size()
         address = _xlib.XGetImage(self._display, self.root, *area, 0xFFFFFFFF, 2)
         if not address:
             raise ValueError(f"{area} is not wholly on the screen")

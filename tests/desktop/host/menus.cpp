@@ -6,6 +6,7 @@
 //   rename TITLE=TITLE  gives an action another text, in every window
 //   disable TITLE, enable TITLE
 //   rebuild             empties the first menu of every window and fills it anew
+//   wipe                the same, deleting whatever stands in it
 //   bar                 gives every window a new menu bar
 //   places              says where the areas of every window are: the middles, on the screen
 //   quit
@@ -88,6 +89,11 @@ public:
         add(*file_, QString("Only in %1").arg(number_));
         file_->addSeparator();
         add(*file_, "&Quit")->setObjectName("actionQuit");
+    }
+
+    void wipe() {
+        qDeleteAll(file_->actions());
+        fillFile();
     }
 
     int number() const { return number_; }
@@ -213,7 +219,6 @@ private:
         auto* dock = new QDockWidget("Dock", this);
         dock->setWidget(new QPlainTextEdit);
         addDockWidget(Qt::BottomDockWidgetArea, dock);
-        dock->hide();
         dock->setObjectName("dock");
     }
 
