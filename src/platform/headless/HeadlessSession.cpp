@@ -14,7 +14,7 @@ constexpr const char* settingsFolder = "/Library/Application Support/Velmora";
 }  // namespace
 
 HeadlessSession::HeadlessSession(std::string resourceDirectory)
-    : home_("/home/user"), files_(std::move(resourceDirectory)) {
+    : home_("/home/user"), resourceDirectory_(std::move(resourceDirectory)) {
     files_.memory().createDirectories(home_);
 }
 

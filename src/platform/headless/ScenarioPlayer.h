@@ -14,7 +14,6 @@ namespace velmora {
 /// does.
 class ScenarioPlayer {
 public:
-    /// `resourceDirectory` holds the system's resources; "" for none.
     explicit ScenarioPlayer(std::string resourceDirectory)
         : session_(std::move(resourceDirectory)) {}
 
