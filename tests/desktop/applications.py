@@ -32,7 +32,9 @@ class RealApplication(harness.Application):
     ending = None
 
     def __init__(self, screen, home, plugin=True, **options):
-        super().__init__(screen, home, self.prepare(home), plugin=plugin,
+        command = self.prepare(home)
+        self.document = command[-1]
+        super().__init__(screen, home, command, plugin=plugin,
                          name=f"{self.process_name}-{home.path.name}", **options)
         self.main = self.window(self.title)
         self.x.place(self.main, self.place)
@@ -43,8 +45,9 @@ class RealApplication(harness.Application):
             self.wait_ready()
         self.wait_drawn()
 
-    def prepare(self, home):
-        """Writes the document and returns the command line."""
+    @classmethod
+    def prepare(cls, home):
+        """Writes the document and returns the command line, which ends with the document."""
         raise NotImplementedError
 
     def view(self):
@@ -182,10 +185,11 @@ class Featherpad(RealApplication):
     disabled = "Edit/Redo"
     ending = "File/Quit"
 
-    def prepare(self, home):
-        self.document = home.path / "words.txt"
-        self.document.write_text("one two\nthree\n")
-        return ["featherpad", self.document]
+    @classmethod
+    def prepare(cls, home):
+        document = home.path / "words.txt"
+        document.write_text("one two\nthree\n")
+        return ["featherpad", document]
 
     def view(self):
         return self.part(0.09, 0.26, 0.82, 0.49)
@@ -230,17 +234,18 @@ class Linguist(RealApplication):
 
     messages = 60
 
-    def prepare(self, home):
-        self.document = home.path / "words.ts"
+    @classmethod
+    def prepare(cls, home):
+        document = home.path / "words.ts"
         messages = "".join(
             f'<message><source>Word {number}</source>'
             f'<translation type="unfinished">Wort {number}</translation></message>\n'
-            for number in range(self.messages))
-        self.document.write_text(
+            for number in range(cls.messages))
+        document.write_text(
             '<?xml version="1.0" encoding="utf-8"?>\n<!DOCTYPE TS>\n'
             '<TS version="2.1" language="de_DE" sourcelanguage="en_US">\n'
             f'<context><name>Words</name>\n{messages}</context>\n</TS>\n')
-        return ["/usr/lib/qt6/bin/linguist", self.document]
+        return ["/usr/lib/qt6/bin/linguist", document]
 
     def view(self):
         return self.part(0.45, 0.14, 0.5, 0.53)

@@ -109,7 +109,7 @@ class Screen:
     With a display's name it uses that one as it is, and its window manager.
     """
 
-    def __init__(self, display=None):
+    def __init__(self, display=None, window_manager=True):
         self.directory = pathlib.Path(tempfile.mkdtemp(prefix="velmora-desktop-"))
         _directories.append(self.directory)
         self._own = []
@@ -119,7 +119,7 @@ class Screen:
                 display = self._start_server()
             self.name = display
             self.x = xclient.Display(display)
-            if self.is_private:
+            if self.is_private and window_manager:
                 self._start_window_manager()
         except BaseException:
             self.close()
@@ -239,7 +239,8 @@ class Line:
 class Application:
     """A running application, with the plug-in or without."""
 
-    def __init__(self, screen, home, command, plugin=True, environment=None, name="application"):
+    def __init__(self, screen, home, command, plugin=True, environment=None, name="application",
+                 trace=True):
         self.screen, self.x, self.home = screen, screen.x, home
         self.log_file = screen.directory / f"{name}.log"
         self.output_file = screen.directory / f"{name}.out"
@@ -248,7 +249,7 @@ class Application:
         settings = {**screen.environment(home.path), **(environment or {})}
         command = [str(part) for part in command]
         if plugin:
-            settings.update(VELMORA_LOG=str(self.log_file), VELMORA_TRACE="1")
+            settings.update(VELMORA_LOG=str(self.log_file), VELMORA_TRACE="1" if trace else "0")
             command = [str(VELMORA), "run"] + command
         self.command = command
         with open(self.output_file, "wb") as output:
