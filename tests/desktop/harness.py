@@ -97,8 +97,8 @@ for _number in (signal.SIGTERM, signal.SIGHUP):
 
 
 def _start(command, environment, **options):
-    process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL,
-                               start_new_session=True, **options)
+    options.setdefault("stdin", subprocess.DEVNULL)
+    process = subprocess.Popen(command, env=environment, start_new_session=True, **options)
     _processes.append(process)
     return process
 
@@ -240,7 +240,7 @@ class Application:
     """A running application, with the plug-in or without."""
 
     def __init__(self, screen, home, command, plugin=True, environment=None, name="application",
-                 trace=True):
+                 trace=True, stdin=False):
         self.screen, self.x, self.home = screen, screen.x, home
         self.log_file = screen.directory / f"{name}.log"
         self.output_file = screen.directory / f"{name}.out"
@@ -253,8 +253,8 @@ class Application:
             command = [str(VELMORA), "run"] + command
         self.command = command
         with open(self.output_file, "wb") as output:
-            self.process = _start(command, settings, stdout=output, stderr=output,
-                                  cwd=home.path)
+            self.process = _start(command, settings, stdout=output, stderr=output, cwd=home.path,
+                                  stdin=subprocess.PIPE if stdin else subprocess.DEVNULL)
 
     # --- windows -------------------------------------------------------------------------------
 
@@ -376,6 +376,8 @@ class Application:
         if self.process.poll() is None:
             self.process.kill()
             self.process.wait()
+        if self.process.stdin:
+            self.process.stdin.close()
 
 
 def stroke_points(letters, area, leg):

@@ -296,6 +296,8 @@ private:
                 delete window;
             else if (command == "rebuild")
                 window->fillFile();
+            else if (command == "wipe")
+                window->wipe();
             else if (command == "bar")
                 window->makeBar();
             else if (command == "places")
