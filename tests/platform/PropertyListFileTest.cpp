@@ -1,7 +1,6 @@
 #include "platform/foundation/PropertyListFile.h"
 
 #include <gmock/gmock.h>
-#include <stdlib.h>
 
 #include <clocale>
 #include <cmath>
@@ -52,7 +51,7 @@ TEST(PropertyListFileTest, EveryEncodingIsRecognised) {
         "\xEF\xBB\xBF" + document(xml),
         utf16(document(xml)),
         "<!-- by hand -->\n" + xml,
-        "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://x\">" + xml,
+        R"(<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://x">)" + xml,
         binaryPropertyList({"\xA2\x01\x02", binaryText("a"), binaryText("b")}),
         "(a, b)",
         "  ( \"a\", /* and */ b )\n",
@@ -72,7 +71,7 @@ TEST(PropertyListFileTest, WhatIsNoPropertyListIsRefused) {
         "\xEF\xBB\xBF",
         "<",
         "< ",
-        "<?xml version=\"1.0\"?>",
+        R"(<?xml version="1.0"?>)",
         "<html><body/></html>",
         "<array><string>a</array></string>",
         "<array><string>a & b</string></array>",
@@ -81,8 +80,7 @@ TEST(PropertyListFileTest, WhatIsNoPropertyListIsRefused) {
         "<array>text</array>",
         "\xFF\xFE<",
         "two words",
-        "\x7F"
-        "ELF\x02\x01\x01",
+        "\x7F\x45LF\x02\x01\x01",
         std::string(1000, '\0'),
         document("<string>a\0b</string>"s),
         "bplist",
@@ -91,7 +89,7 @@ TEST(PropertyListFileTest, WhatIsNoPropertyListIsRefused) {
         binaryPropertyList(
             {"\xD1\x01\x02", "\x10\x05", binaryText("v")}),         // a key that is a number
         binaryPropertyList({"\xD1\x01\x01", binaryText("a\0b"s)}),  // the character 0 in a key
-        "{\"json\": [1, 2]}",
+        R"({"json": [1, 2]})",
     };
     for (const std::string& bytes : rows) {
         EXPECT_THAT(propertyListFromData(bytes), Eq(std::nullopt)) << bytes;
@@ -103,7 +101,7 @@ TEST(PropertyListFileTest, AFileThatIsCutOffIsRefused) {
         dictionaryOf({{"gestureSize", 15}, {"list", NSArray{"a", true, PropertyList::Data{"x"}}}}));
     const std::string binary =
         binaryPropertyList({"\xD1\x01\x02", binaryText("k"), binaryText("v")});
-    const std::string text = "{ a = (b, <00>); \"c\" = \"d\"; }";
+    const std::string text = R"({ a = (b, <00>); "c" = "d"; })";
     // Only the last line's end may be missing.
     for (const std::string& whole : {xml.substr(0, xml.size() - 1), binary, text}) {
         ASSERT_TRUE(propertyListFromData(whole));

@@ -35,19 +35,19 @@ const std::vector<ScenarioPlayer::Fault>& ScenarioPlayer::play(const Scenario& s
 }
 
 void ScenarioPlayer::playPart(Statements::const_iterator first, Statements::const_iterator last) {
-    const InputQueue::Source outer = session_.input().setSource(sourceOf(first, last, {}));
+    InputQueue& input = session_.input();
+    InputQueue::Sources outer = input.exchangeSources({});
+    interject(first, last);
     process().run();
-    session_.input().setSource(outer);
+    input.exchangeSources(std::move(outer));
 }
 
-InputQueue::Source ScenarioPlayer::sourceOf(Statements::const_iterator first,
-                                            Statements::const_iterator last,
-                                            InputQueue::Source afterwards) {
-    return [this, next = first, last, afterwards]() mutable -> InputQueue::Action {
-        if (next == last) return afterwards ? afterwards() : InputQueue::Action();
+void ScenarioPlayer::interject(Statements::const_iterator first, Statements::const_iterator last) {
+    session_.input().addSource([this, next = first, last]() mutable -> InputQueue::Action {
+        if (next == last) return {};
         const Statement& statement = *next++;
         return [this, &statement] { perform(statement); };
-    };
+    });
 }
 
 void ScenarioPlayer::perform(const Statement& statement) {
@@ -93,9 +93,7 @@ void ScenarioPlayer::act(const InStep& step) {
     }
     if (&other == session_.current()) {
         // Its loop goes on, whichever it is, with these first.
-        InputQueue& input = session_.input();
-        input.setSource(
-            sourceOf(step.statements.begin(), step.statements.end(), input.setSource({})));
+        interject(step.statements.begin(), step.statements.end());
         return;
     }
     const HeadlessProcess::Scope scope(other);
