@@ -54,9 +54,8 @@ void lookUpLast(benchmark::State& state, bool equalTitles) {
     component->findMenuItem(*definition);
     const std::size_t allocations = allocationCount();
     for (auto _ : state) benchmark::DoNotOptimize(component->findMenuItem(*definition));
-    state.counters["allocations_a_leaf"] =
-        static_cast<double>(allocationCount() - allocations) /
-        static_cast<double>(state.iterations() * leaves);
+    state.counters["allocations_a_leaf"] = static_cast<double>(allocationCount() - allocations) /
+                                           static_cast<double>(state.iterations() * leaves);
     state.SetItemsProcessed(state.iterations() * leaves);
 }
 BENCHMARK_CAPTURE(lookUpLast, by_title, false)->Arg(500)->Arg(1000)->Arg(2000);

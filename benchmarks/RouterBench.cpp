@@ -44,8 +44,7 @@ void dispatch(benchmark::State& state, bool routed, std::uint32_t type) {
     const std::size_t allocations = allocationCount();
     const auto start = std::chrono::steady_clock::now();
     for (auto _ : state) application.sendEvent(event);
-    const std::chrono::duration<double, std::nano> time =
-        std::chrono::steady_clock::now() - start;
+    const std::chrono::duration<double, std::nano> time = std::chrono::steady_clock::now() - start;
     const auto events = static_cast<double>(state.iterations());
     state.counters["allocations"] = static_cast<double>(allocationCount() - allocations) / events;
     if (!routed) bareTime = time.count() / events;

@@ -60,7 +60,8 @@ NSEventRef VelmoraMouseHandling::doGesture_triggerEvent(const NSEventRef& event,
     if (capturing_) return trigger;
     capturing_ = true;
     const auto entry = static_cast<std::size_t>(*VelmoraIndex);
-    const bool modifiersOnly = entry < VelmoraMouseButton->size() && VelmoraMouseButton[entry] == -1;
+    const bool modifiersOnly =
+        entry < VelmoraMouseButton->size() && VelmoraMouseButton[entry] == -1;
     const NSEventRef started = event;
     velmoraGesturesCursor_ = VelmoraImageFactory::cursor();
     startGesture();

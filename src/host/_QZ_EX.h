@@ -9,6 +9,6 @@ namespace velmora {
 /// the class. The class message `_XIM2:with:` of every class does the same.
 /// Methods that are inherited become the class's own. With either one missing, or of different
 /// types, nothing changes but for a line in the log.
-Class& _XIM2_with(Class& receiver, Selector a, Selector b);  // NOLINT(*-reserved-identifier): given
+Class* _XIM2_with(Class& receiver, Selector a, Selector b);  // NOLINT(*-reserved-identifier): given
 
 }  // namespace velmora

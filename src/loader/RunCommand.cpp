@@ -106,6 +106,7 @@ int runApplication(const PluginFolders& folders, const std::vector<std::string>&
     ::setenv("QT_QPA_GENERIC_PLUGINS", plugins.c_str(), 1);
 
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& argument : command) {
         arguments.push_back(const_cast<char*>(argument.c_str()));
     }

@@ -39,8 +39,8 @@ std::string file(const std::string& triggers) {
     std::string text = "(";
     for (const char c : triggers) {
         if (text.size() > 1) text += ", ";
-        text += std::string("{ Trigger = ") + c + "; isGlobal = " +
-                (c >= 'A' && c <= 'Z' ? "YES" : "NO") + "; }";
+        text += std::string("{ Trigger = ") + c +
+                "; isGlobal = " + (c >= 'A' && c <= 'Z' ? "YES" : "NO") + "; }";
     }
     return text + ")";
 }
@@ -150,8 +150,9 @@ TEST(VelmoraCommonTest, AnUnreadableFileIsSetAsideBeforeItIsWrittenOver) {
 
 TEST(VelmoraCommonTest, FindsTheFirstDefinitionOfExactlyThatTrigger) {
     HeadlessHost host("Editor");
-    host.writeSettings(ownFile, "( {Trigger=\"\"; Path=none;}, {Trigger=a; Path=one;}, "
-                                "{Trigger=a; Path=two;} )");
+    host.writeSettings(ownFile,
+                       "( {Trigger=\"\"; Path=none;}, {Trigger=a; Path=one;}, "
+                       "{Trigger=a; Path=two;} )");
     const auto component = makeComponent();
     EXPECT_EQ(component->findTrigger("a")->path(), "one");
     EXPECT_EQ(component->findTrigger("A"), nullptr);
@@ -200,8 +201,9 @@ TEST(VelmoraCommonTest, ItemsAreFoundByPathElseByTheirOneAction) {
 
 TEST(VelmoraCommonTest, MenusFilledOnDemandAreSearchedOnceTheyWereUpdated) {
     HeadlessHost host("Editor");
-    host.menu({submenu("File", {lazySubmenu("Recent", {item("letter.txt"),
-                                                       lazySubmenu("Older", {item("note.txt")})})})});
+    host.menu({submenu(
+        "File",
+        {lazySubmenu("Recent", {item("letter.txt"), lazySubmenu("Older", {item("note.txt")})})})});
     const auto component = makeComponent();
     const VelmoraSettingRef definition = VelmoraSetting::newSetting();
     definition->setPath(std::string("File/Recent/Older/note.txt"));
@@ -255,8 +257,7 @@ TEST(VelmoraCommonTest, ACommandRunsOnALaterPassAndNotAfterItsItemHasGone) {
 TEST(VelmoraCommonTest, ABaseWithoutANameSaysSo) {
     HeadlessHost host("Editor");
     EXPECT_EQ(VelmoraCommon().componentName(), "");
-    EXPECT_EQ(host.log(), std::vector<std::string>{
-                              "Subclass must implement componentName method"});
+    EXPECT_EQ(host.log(), std::vector<std::string>{"Subclass must implement componentName method"});
 }
 
 }  // namespace

@@ -38,9 +38,9 @@ TEST(VelmoraSettingTest, ReadsWhatItCanOfADictionary) {
 }
 
 TEST(VelmoraSettingTest, ForcingGlobalOverrulesTheDictionary) {
-    EXPECT_TRUE(VelmoraSetting::newWithDictionary_forceGlobal(dictionary("a", "b", "c", false),
-                                                              true)
-                    ->isGlobal());
+    EXPECT_TRUE(
+        VelmoraSetting::newWithDictionary_forceGlobal(dictionary("a", "b", "c", false), true)
+            ->isGlobal());
 }
 
 TEST(VelmoraSettingTest, AChangeCountsForTheSharedSetOnlyInAGlobalRecord) {
@@ -89,8 +89,7 @@ TEST(VelmoraSettingTest, EqualContentIgnoresTheScopeButNothingElse) {
 TEST(VelmoraSettingTest, AnItemOfACopiedMenuBringsPathAndSelector) {
     const auto real = NSMenuItem::initWithTitle_action_keyEquivalent(
         "Close", Selector::named("performClose:"), "w");
-    const auto mirrored =
-        NSMenuItem::initWithTitle_action_keyEquivalent("Close", Selector(), "");
+    const auto mirrored = NSMenuItem::initWithTitle_action_keyEquivalent("Close", Selector(), "");
     mirrored->setRepresentedObject(real);
     const VelmoraSettingRef setting = record(true);
 

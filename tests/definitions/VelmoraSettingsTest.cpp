@@ -131,8 +131,9 @@ TEST(VelmoraSettingsTest, RecordsAreRemovedAsThatObjectAndFoundByContent) {
     list.removeObject(*second);
     EXPECT_EQ(triggersOf(list), "ab");
     EXPECT_NE(list.objectAtIndex(0), second);
-    fill(list, "ABABA").removeObjectsWhere(
-        [](const VelmoraSetting& record) { return record.trigger() == "A"; });
+    fill(list, "ABABA").removeObjectsWhere([](const VelmoraSetting& record) {
+        return record.trigger() == "A";
+    });
     EXPECT_EQ(triggersOf(list), "BB");
     EXPECT_TRUE(list.globalChanged());
 }

@@ -40,7 +40,8 @@ TEST(VelmoraUtilsTest, PathsJoinTitlesFromTheOutermostSubmenuDown) {
         for (std::size_t i = 0; i < row.titles.size(); ++i) {
             const bool last = i + 1 == row.titles.size();
             if (i > 0 || last) {
-                item = NSMenuItem::initWithTitle_action_keyEquivalent(row.titles[i], Selector(), "");
+                item =
+                    NSMenuItem::initWithTitle_action_keyEquivalent(row.titles[i], Selector(), "");
                 if (!menus.empty()) menus.back()->addItem(item);
             }
             if (!last) {

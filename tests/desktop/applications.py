@@ -32,18 +32,22 @@ class RealApplication(harness.Application):
     ending = None
 
     def __init__(self, screen, home, plugin=True, **options):
-        super().__init__(screen, home, self.prepare(home), plugin=plugin,
+        command = self.prepare(home)
+        self.document = command[-1]
+        super().__init__(screen, home, command, plugin=plugin,
                          name=f"{self.process_name}-{home.path.name}", **options)
         self.main = self.window(self.title)
         self.x.place(self.main, self.place)
-        wait_for(lambda: self.x.geometry(self.main) == self.place, "the window at its place")
-        wait_for(lambda: self.x.active_window() == self.main, "the window to be active")
+        if screen.is_private:
+            wait_for(lambda: self.x.geometry(self.main) == self.place, "the window at its place")
+            wait_for(lambda: self.x.active_window() == self.main, "the window to be active")
         if plugin:
             self.wait_ready()
         self.wait_drawn()
 
-    def prepare(self, home):
-        """Writes the document and returns the command line."""
+    @classmethod
+    def prepare(cls, home):
+        """Writes the document and returns the command line, which ends with the document."""
         raise NotImplementedError
 
     def view(self):
@@ -55,6 +59,10 @@ class RealApplication(harness.Application):
         """Views with a context menu: (where, an item of it, a function that reads its effect)
         each. The first is view() and the last item of its menu."""
         raise NotImplementedError
+
+    def quiet(self):
+        """A part of the window that nothing changes by itself, as the text cursor does."""
+        return self.view()
 
     def count(self):
         """Saves, and counts in the file."""
@@ -96,6 +104,12 @@ class RealApplication(harness.Application):
         main = self.x.geometry(self.main)
         return Geometry(main.x + x, main.y + y, width, height)
 
+    def part(self, left, top, width, height):
+        """The same by fractions of its size, for what grows with the window."""
+        main = self.x.geometry(self.main)
+        return Geometry(main.x + int(left * main.width), main.y + int(top * main.height),
+                        int(width * main.width), int(height * main.height))
+
     def pixels(self, area):
         return self.x.picture(area)[2]
 
@@ -120,6 +134,21 @@ class RealApplication(harness.Application):
 
     def draw(self, letters, speed=800, leg=80, **options):
         return harness.draw(self.x, letters, self.view(), speed, leg, **options)
+
+    def leave(self):
+        """Makes a window of nobody's the active one. Qt says so after a while only."""
+        mark = self.mark()
+        self._elsewhere = self.x.create_window("elsewhere", (1100, 20, 100, 30))
+        wait_for(lambda: self.x.active_window() == self._elsewhere, "the other window to be active")
+        self.wait_text("^resigned active", mark)
+
+    def come_back(self):
+        """Clicks where the menu bar is empty."""
+        mark = self.mark()
+        self.x.click(*self.area(700, 12, 1, 1)[:2])
+        wait_for(lambda: self.x.active_window() == self.main, "the application to be active")
+        self.wait_text("^became active", mark)
+        self.x.destroy_window(self._elsewhere)
 
     def close_menus(self):
         """Escapes from every open menu, one after the other."""
@@ -156,13 +185,18 @@ class Featherpad(RealApplication):
     disabled = "Edit/Redo"
     ending = "File/Quit"
 
-    def prepare(self, home):
-        self.document = home.path / "words.txt"
-        self.document.write_text("one two\nthree\n")
-        return ["featherpad", self.document]
+    @classmethod
+    def prepare(cls, home):
+        document = home.path / "words.txt"
+        document.write_text("one two\nthree\n")
+        return ["featherpad", document]
 
     def view(self):
-        return self.area(80, 190, 740, 350)
+        return self.part(0.09, 0.26, 0.82, 0.49)
+
+    def quiet(self):
+        # Below the text, and above what slides in from below where root runs it.
+        return self.area(80, 200, 740, 180)
 
     def count_in(self, text):
         return len(re.findall(r"\d\d:\d\d:\d\d", text))
@@ -200,20 +234,21 @@ class Linguist(RealApplication):
 
     messages = 60
 
-    def prepare(self, home):
-        self.document = home.path / "words.ts"
+    @classmethod
+    def prepare(cls, home):
+        document = home.path / "words.ts"
         messages = "".join(
             f'<message><source>Word {number}</source>'
             f'<translation type="unfinished">Wort {number}</translation></message>\n'
-            for number in range(self.messages))
-        self.document.write_text(
+            for number in range(cls.messages))
+        document.write_text(
             '<?xml version="1.0" encoding="utf-8"?>\n<!DOCTYPE TS>\n'
             '<TS version="2.1" language="de_DE" sourcelanguage="en_US">\n'
             f'<context><name>Words</name>\n{messages}</context>\n</TS>\n')
-        return ["/usr/lib/qt6/bin/linguist", self.document]
+        return ["/usr/lib/qt6/bin/linguist", document]
 
     def view(self):
-        return self.area(540, 130, 600, 500)
+        return self.part(0.45, 0.14, 0.5, 0.53)
 
     def count_in(self, text):
         return self.messages - text.count("unfinished")

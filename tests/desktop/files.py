@@ -21,21 +21,11 @@ BROKEN = (
 class Files:
     kind = None
 
-    def leave(self):
-        """Makes a window of nobody's the active one."""
-        self.other = self.x.create_window("elsewhere", (1100, 20, 100, 30))
-        wait_for(lambda: self.x.active_window() == self.other, "the other window to be active")
-
-    def come_back(self, application):
-        """Clicks where the menu bar is empty."""
-        self.x.click(*application.area(700, 12, 1, 1)[:2])
-        wait_for(lambda: self.x.active_window() == application.main, "the application to be active")
-        self.x.destroy_window(self.other)
-
     def edit(self, application, change):
-        self.leave()
+        """Does it while another window is the active one, and comes back."""
+        application.leave()
         change()
-        self.come_back(application)
+        application.come_back()
 
     def assert_runs(self, application, letters, path, **options):
         mark = application.mark()
@@ -53,6 +43,8 @@ class Files:
         """The button is the host's, whatever way it goes. Upwards is out of a menu that it opens."""
         mark = application.mark()
         application.draw("u", button=button)
+        # Letters are told from where the pointer is, so it stays until the release has arrived.
+        self.assertTrue(harness.stays(lambda: not application.gestures(mark), 0.1))
         application.close_menus()
         application.assert_usable()
         self.assertEqual(application.gestures(mark), [])

@@ -4,6 +4,7 @@ Nothing here sleeps to let something happen: everything waits for a condition, w
 """
 
 import atexit
+import contextlib
 import functools
 import os
 import pathlib
@@ -78,7 +79,7 @@ def stays(condition, seconds):
     return True
 
 
-_processes = []
+_processes, _directories = [], []
 
 
 def _end_everything(*_):
@@ -86,6 +87,8 @@ def _end_everything(*_):
         if process.poll() is None:
             process.kill()
             process.wait()
+    for directory in _directories:
+        shutil.rmtree(directory, ignore_errors=True)
 
 
 atexit.register(_end_everything)
@@ -94,8 +97,8 @@ for _number in (signal.SIGTERM, signal.SIGHUP):
 
 
 def _start(command, environment, **options):
-    process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL,
-                               start_new_session=True, **options)
+    options.setdefault("stdin", subprocess.DEVNULL)
+    process = subprocess.Popen(command, env=environment, start_new_session=True, **options)
     _processes.append(process)
     return process
 
@@ -106,15 +109,17 @@ class Screen:
     With a display's name it uses that one as it is, and its window manager.
     """
 
-    def __init__(self, display=None):
+    def __init__(self, display=None, window_manager=True):
         self.directory = pathlib.Path(tempfile.mkdtemp(prefix="velmora-desktop-"))
+        _directories.append(self.directory)
         self._own = []
+        self.is_private = display is None
         try:
             if display is None:
                 display = self._start_server()
             self.name = display
             self.x = xclient.Display(display)
-            if self._own:
+            if self.is_private and window_manager:
                 self._start_window_manager()
         except BaseException:
             self.close()
@@ -234,7 +239,8 @@ class Line:
 class Application:
     """A running application, with the plug-in or without."""
 
-    def __init__(self, screen, home, command, plugin=True, environment=None, name="application"):
+    def __init__(self, screen, home, command, plugin=True, environment=None, name="application",
+                 trace=True, stdin=False):
         self.screen, self.x, self.home = screen, screen.x, home
         self.log_file = screen.directory / f"{name}.log"
         self.output_file = screen.directory / f"{name}.out"
@@ -243,12 +249,12 @@ class Application:
         settings = {**screen.environment(home.path), **(environment or {})}
         command = [str(part) for part in command]
         if plugin:
-            settings.update(VELMORA_LOG=str(self.log_file), VELMORA_TRACE="1")
+            settings.update(VELMORA_LOG=str(self.log_file), VELMORA_TRACE="1" if trace else "0")
             command = [str(VELMORA), "run"] + command
         self.command = command
         with open(self.output_file, "wb") as output:
-            self.process = _start(command, settings, stdout=output, stderr=output,
-                                  cwd=home.path)
+            self.process = _start(command, settings, stdout=output, stderr=output, cwd=home.path,
+                                  stdin=subprocess.PIPE if stdin else subprocess.DEVNULL)
 
     # --- windows -------------------------------------------------------------------------------
 
@@ -324,11 +330,11 @@ class Application:
 
     def commands(self, since=0):
         """The commands that ran, by path."""
-        return [match[1] for match in (re.match(r'ran "(.*)" [\d.]+ ms after', text)
+        return [match[1] for match in (re.match(r'ran "(.*)"( [\d.]+ ms after the release)?$', text)
                                        for text in self.texts(since)) if match]
 
     def delays(self, since=0):
-        """Milliseconds from the button's release to each command."""
+        """Milliseconds from the button's release to each command that followed one."""
         return [float(match[1]) for match in (re.match(r'ran ".*" ([\d.]+) ms after', text)
                                               for text in self.texts(since)) if match]
 
@@ -370,6 +376,8 @@ class Application:
         if self.process.poll() is None:
             self.process.kill()
             self.process.wait()
+        if self.process.stdin:
+            self.process.stdin.close()
 
 
 def stroke_points(letters, area, leg):
@@ -431,6 +439,15 @@ class DesktopTest(unittest.TestCase):
         self.home = Home(self.screen, f"home-{self._testMethodName}")
         self.applications = []
         self.addCleanup(self.end_applications)
+
+    @contextlib.contextmanager
+    def subTest(self, *arguments, **parameters):
+        with super().subTest(*arguments, **parameters):
+            try:
+                yield
+            except BaseException:
+                self.report()
+                raise
 
     def start(self, kind, *arguments, **options):
         application = kind(self.screen, self.home, *arguments, **options)

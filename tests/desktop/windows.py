@@ -10,20 +10,34 @@ from harness import wait_for
 from xclient import RIGHT, Geometry
 
 
-def stroke_right(x, area):
-    """Draws to the right through the middle of an area."""
+BUTTON, KEYS = "button", "keys"
+SLOTS = ((0, 1), (0b1100, -1))
+
+
+def stroke_right(x, area, by=BUTTON):
+    """Draws to the right through the middle of an area, with the right button or Ctrl and Alt.
+
+    A press of any button in a window that is not active makes Qt ask for it to be; keys do not.
+    """
     start, end = area.at(0.3, 0.5), area.at(0.7, 0.5)
     x.move(*start)
-    x.press(RIGHT)
+    if by is BUTTON:
+        x.press(RIGHT)
+        x.travel([start, end], 600)
+        x.release(RIGHT)
+        return
+    x.key_down("ctrl")
+    x.key_down("alt")
     x.travel([start, end], 600)
-    x.release(RIGHT)
+    x.key_up("alt")
+    x.key_up("ctrl")
 
 
 class TwoMainWindows(harness.DesktopTest):
     """Two windows of one process, each with a menu bar of its own."""
 
     def open(self, makes_key):
-        self.home.write_preferences(makeGestureWindowKey=makes_key)
+        self.home.write_preferences(*SLOTS, makeGestureWindowKey=makes_key)
         self.home.write_gestures("featherpad", ("r", Featherpad.counted), ("l", "File/Close"))
         bus = self.start_bus()
         self.application = self.start(Featherpad, environment=bus)
@@ -43,6 +57,7 @@ class TwoMainWindows(harness.DesktopTest):
         self.application.wait_drawn()
         self.uncovered = self.application.area(60, 160, 600, 120)
         self.covered = Geometry(450, 560, 400, 100)
+        self.alone = Geometry(960, 560, 200, 100)
 
     def start_bus(self):
         """This application opens a second window only when it is asked to through a bus."""
@@ -75,11 +90,15 @@ class TwoMainWindows(harness.DesktopTest):
 
     def test_the_window_under_the_stroke_becomes_key_and_is_commanded(self):
         self.open(makes_key=True)
-        for number, (area, window, expected) in enumerate((
-                (self.covered, self.second, (0, 1)), (self.uncovered, self.first, (1, 0)),
-                (self.uncovered, self.first, (2, 0))), 1):
+        for number, (by, area, window, expected) in enumerate((
+                (KEYS, self.covered, self.second, (0, 1)),
+                (KEYS, self.uncovered, self.first, (1, 0)),
+                (KEYS, self.uncovered, self.first, (2, 0)),
+                (KEYS, self.alone, self.second, (0, 2)),
+                (BUTTON, self.alone, self.second, (0, 3)),
+                (BUTTON, self.uncovered, self.first, (3, 0))), 1):
             mark = self.application.mark()
-            stroke_right(self.x, area)
+            stroke_right(self.x, area, by)
             self.application.wait_text("^ran ", mark)
             wait_for(lambda: self.x.active_window() == window, "the window to be active")
             self.dates(number, expected)
@@ -88,7 +107,7 @@ class TwoMainWindows(harness.DesktopTest):
         self.open(makes_key=False)
         for number, area in enumerate((self.uncovered, self.covered), 1):
             mark = self.application.mark()
-            stroke_right(self.x, area)
+            stroke_right(self.x, area, KEYS)
             self.application.wait_text("^ran ", mark)
             self.dates(number, (0, number))
             self.assertEqual(self.x.active_window(), self.second)
@@ -114,7 +133,7 @@ class MainWindowAndPanel(harness.DesktopTest):
     """A main window and one that has no menu bar."""
 
     def open(self, makes_key):
-        self.home.write_preferences(makeGestureWindowKey=makes_key)
+        self.home.write_preferences(*SLOTS, makeGestureWindowKey=makes_key)
         self.home.write_gestures("linguist", ("r", Linguist.counted), ("d", "Edit/Find..."))
         self.application = self.start(Linguist)
         self.application.draw("d")
@@ -126,7 +145,7 @@ class MainWindowAndPanel(harness.DesktopTest):
 
     def test_the_main_window_under_the_stroke_becomes_key(self):
         self.open(makes_key=True)
-        stroke_right(self.x, self.application.view())
+        stroke_right(self.x, self.application.view(), KEYS)
         self.application.wait_text('^ran "Translation')
         wait_for(lambda: self.x.active_window() == self.application.main,
                  "the main window to be active")
@@ -134,7 +153,7 @@ class MainWindowAndPanel(harness.DesktopTest):
 
     def test_the_panel_stays_key_where_the_preference_is_off(self):
         self.open(makes_key=False)
-        stroke_right(self.x, self.application.view())
+        stroke_right(self.x, self.application.view(), KEYS)
         self.application.wait_text('^ran "Translation')
         self.assertTrue(harness.stays(lambda: self.x.active_window() == self.panel, 0.2))
         self.application.wait_count(1)

@@ -6,6 +6,7 @@ Coordinates are those of the X server: the origin is the upper left corner, y gr
 
 import collections
 import ctypes
+import select
 import struct
 import time
 import zlib
@@ -100,7 +101,7 @@ for _function, _result, *_arguments in (
         ("XTranslateCoordinates", _I, _P, _W, _W, _I, _I, _P, _P, _P),
         ("XCreateSimpleWindow", _W, _P, _W, _I, _I, _U, _U, _U, _W, _W),
         ("XStoreName", _I, _P, _W, ctypes.c_char_p), ("XMapWindow", _I, _P, _W),
-        ("XGetInputFocus", _I, _P, _P, _P), ("XSendEvent", _I, _P, _W, _I, _L, _P), ("XDestroyWindow", _I, _P, _W), ("XMoveResizeWindow", _I, _P, _W, _I, _I, _U, _U),
+        ("XConnectionNumber", _I, _P), ("XGetInputFocus", _I, _P, _P, _P), ("XSendEvent", _I, _P, _W, _I, _L, _P), ("XDestroyWindow", _I, _P, _W), ("XMoveResizeWindow", _I, _P, _W, _I, _I, _U, _U),
         ("XQueryPointer", _I, _P, _W, _P, _P, _P, _P, _P, _P, _P),
         ("XQueryTree", _I, _P, _W, _P, _P, _P, _P), ("XSetErrorHandler", _P, _P),
         ("XGetWindowProperty", _I, _P, _W, _W, _L, _L, _I, _W, _P, _P, _P, _P, _P)):
@@ -341,12 +342,15 @@ class Display:
 
     # --- pictures ------------------------------------------------------------------------------
 
+    def size(self):
+        """The whole screen."""
+        attributes = _Attributes()
+        _xlib.XGetWindowAttributes(self._display, self.root, ctypes.byref(attributes))
+        return Geometry(0, 0, attributes.width, attributes.height)
+
     def picture(self, area=None):
         """The screen, or an area of it, as (width, height, rows of RGB bytes)."""
-        if area is None:
-            attributes = _Attributes()
-            _xlib.XGetWindowAttributes(self._display, self.root, ctypes.byref(attributes))
-            area = Geometry(0, 0, attributes.width, attributes.height)
+        area = area or self.size()
         address = _xlib.XGetImage(self._display, self.root, *area, 0xFFFFFFFF, 2)
         if not address:
             raise ValueError(f"{area} is not wholly on the screen")
@@ -401,6 +405,20 @@ class WindowWatch:
             _xlib.XNextEvent(self._display, ctypes.byref(event))
             self._note(event)
         return list(self._seen)
+
+    def wait_for_window(self, limit):
+        """Waits for the next window that is mapped and that a window manager would manage; returns
+        it, or None after the limit in seconds."""
+        event, deadline = _Event(), time.monotonic() + limit
+        while True:
+            while _xlib.XPending(self._display):
+                _xlib.XNextEvent(self._display, ctypes.byref(event))
+                if event.common.type == _MAP and not event.map.override_redirect:
+                    return event.common.window
+            left = deadline - time.monotonic()
+            if left <= 0:
+                return None
+            select.select([_xlib.XConnectionNumber(self._display)], [], [], left)
 
     def _note(self, event):
         window, kind = event.common.window, event.common.type

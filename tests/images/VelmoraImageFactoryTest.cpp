@@ -129,8 +129,8 @@ TEST(VelmoraImageFactoryTest, WhatCannotBeRecolouredIsSaidInTheLog) {
     EXPECT_TRUE(host.log().empty());
     EXPECT_EQ(VelmoraImageFactory::imageFromData_withHue("GIF89a, not a PNG", 3), nullptr);
     EXPECT_EQ(VelmoraImageFactory::imageFromData_withHue(text(png({})), 3), nullptr);
-    EXPECT_EQ(host.log(), std::vector<std::string>(
-                              {"Icon is not a PNG file!", "Icon has no palette!"}));
+    EXPECT_EQ(host.log(),
+              std::vector<std::string>({"Icon is not a PNG file!", "Icon has no palette!"}));
 }
 
 TEST(VelmoraImageFactoryTest, EveryPictureIsMadeFromTheFilesOwnColours) {

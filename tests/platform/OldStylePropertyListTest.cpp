@@ -41,9 +41,7 @@ TEST(OldStylePropertyListTest, TextsOfEveryKindAreRead) {
         {R"("\a\b\f\n\r\t\v\\\x")", "\a\b\f\n\r\t\v\\x"},
         {"\"two\\\nlines\"", "two\nlines"},
         {R"("\1012\12\344")", "A2\n\xC3\xA4"},
-        {R"("\U00e4\U20AC\Ud83d\ude00\U41 ")",
-         "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"
-         "A "},
+        {R"("\U00e4\U20AC\Ud83d\ude00\U41 ")", "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\x41 "},
         {"\"\xC3\xA4 \xFF\"", "\xC3\xA4 \xFF"},
         {"()", NSArray{}},
         {"( a, (b , \"c\",), <0fbD 77> )",
@@ -105,6 +103,7 @@ TEST(OldStylePropertyListTest, AnErrorNamesItsPlaceAndReason) {
         {R"("\Ud83d\U0041")", 1, 4, "half of a surrogate pair is missing"},
         {R"("\0")", 1, 2, "a text cannot hold the character 0"},
         {"\"a\0b\""s, 1, 3, "a text cannot hold the character 0"},
+        {"\"\\\0\""s, 1, 3, "a text cannot hold the character 0"},
         {"\0"s, 1, 1, "this character needs quotes around it"},
         {"\xFF\xFE"
          "a",

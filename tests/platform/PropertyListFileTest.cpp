@@ -1,7 +1,6 @@
 #include "platform/foundation/PropertyListFile.h"
 
 #include <gmock/gmock.h>
-#include <stdlib.h>
 
 #include <clocale>
 #include <cmath>
@@ -52,12 +51,8 @@ TEST(PropertyListFileTest, EveryEncodingIsRecognised) {
         "\xEF\xBB\xBF" + document(xml),
         utf16(document(xml)),
         "<!-- by hand -->\n" + xml,
-        "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://x\">" + xml,
-        binaryPropertyList({"\xA2\x01\x02",
-                            "\x51"
-                            "a",
-                            "\x51"
-                            "b"}),
+        R"(<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://x">)" + xml,
+        binaryPropertyList({"\xA2\x01\x02", binaryText("a"), binaryText("b")}),
         "(a, b)",
         "  ( \"a\", /* and */ b )\n",
         utf16("(a, b)"),
@@ -76,7 +71,7 @@ TEST(PropertyListFileTest, WhatIsNoPropertyListIsRefused) {
         "\xEF\xBB\xBF",
         "<",
         "< ",
-        "<?xml version=\"1.0\"?>",
+        R"(<?xml version="1.0"?>)",
         "<html><body/></html>",
         "<array><string>a</array></string>",
         "<array><string>a & b</string></array>",
@@ -85,17 +80,16 @@ TEST(PropertyListFileTest, WhatIsNoPropertyListIsRefused) {
         "<array>text</array>",
         "\xFF\xFE<",
         "two words",
-        "\x7F"
-        "ELF\x02\x01\x01",
+        "\x7F\x45LF\x02\x01\x01",
         std::string(1000, '\0'),
         document("<string>a\0b</string>"s),
         "bplist",
         "bplist01" + binaryPropertyList({"\x08"}).substr(8),
         binaryPropertyList({"\xA1\x01", "\x00"s}),
-        binaryPropertyList({"\xD1\x01\x02", "\x10\x05",
-                            "\x51"
-                            "v"}),  // a key that is a number
-        "{\"json\": [1, 2]}",
+        binaryPropertyList(
+            {"\xD1\x01\x02", "\x10\x05", binaryText("v")}),         // a key that is a number
+        binaryPropertyList({"\xD1\x01\x01", binaryText("a\0b"s)}),  // the character 0 in a key
+        R"({"json": [1, 2]})",
     };
     for (const std::string& bytes : rows) {
         EXPECT_THAT(propertyListFromData(bytes), Eq(std::nullopt)) << bytes;
@@ -105,12 +99,9 @@ TEST(PropertyListFileTest, WhatIsNoPropertyListIsRefused) {
 TEST(PropertyListFileTest, AFileThatIsCutOffIsRefused) {
     const std::string xml = xmlDataFromPropertyList(
         dictionaryOf({{"gestureSize", 15}, {"list", NSArray{"a", true, PropertyList::Data{"x"}}}}));
-    const std::string binary = binaryPropertyList({"\xD1\x01\x02",
-                                                   "\x51"
-                                                   "k",
-                                                   "\x51"
-                                                   "v"});
-    const std::string text = "{ a = (b, <00>); \"c\" = \"d\"; }";
+    const std::string binary =
+        binaryPropertyList({"\xD1\x01\x02", binaryText("k"), binaryText("v")});
+    const std::string text = R"({ a = (b, <00>); "c" = "d"; })";
     // Only the last line's end may be missing.
     for (const std::string& whole : {xml.substr(0, xml.size() - 1), binary, text}) {
         ASSERT_TRUE(propertyListFromData(whole));
@@ -234,19 +225,10 @@ TEST(PropertyListFileTest, UnusualValuesAreReadAsDescribed) {
         {binaryPropertyList({"\x33\x41\xC2\0\0\x00\xC0\0\0"s}), PropertyList::Date{603979777.5}},
         {binaryPropertyList({"\xA1\x01", "\x81\x01\x02"}),
          NSArray{dictionaryOf({{"CF$UID", 258}})}},
-        {binaryPropertyList({"\xA1\x01",
-                             "\x53"
-                             "a\0b"s}),
-         NSArray{"a"}},
-        {binaryPropertyList({"\xA1\x01", "\x65\0a\0\0\xD8\x3D\xDE\x00\0b"s}), NSArray{"a"}},
-        {binaryPropertyList({"\xA1\x01", "\x63\xD8\x3D\xDE\x00\0b"s}), NSArray{"\xF0\x9F\x98\x80"
-                                                                               "b"}},
-        {binaryPropertyList({"\xD3\x01\x02\x01\x03\x03\x02"s,
-                             "\x51"
-                             "a",
-                             "\x51"
-                             "b",
-                             "\x08"}),
+        {binaryPropertyList({"\xA1\x01", "\x63\xD8\x3D\xDE\x00\0b"s}),
+         NSArray{"\xF0\x9F\x98\x80\x62"}},
+        {binaryPropertyList(
+             {"\xD3\x01\x02\x01\x03\x03\x02"s, binaryText("a"), binaryText("b"), "\x08"}),
          dictionaryOf({{"a", "b"}, {"b", false}})},
     };
     for (const auto& row : rows) {

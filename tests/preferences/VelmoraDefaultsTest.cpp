@@ -98,7 +98,8 @@ TEST(VelmoraDefaultsTest, TheRulesOfLegalityApplyInTheirOrder) {
                        "isEnabled3=YES; modifiers4=8; mouseButton5=1; modifiers5=1; }");
     const auto defaults = makeDefaults();
     std::string legal;
-    for (int i = 0; i < VelmoraSlotCount; ++i) legal += defaults->isSettingLegalAtIndex(i) ? 'y' : 'n';
+    for (int i = 0; i < VelmoraSlotCount; ++i)
+        legal += defaults->isSettingLegalAtIndex(i) ? 'y' : 'n';
     EXPECT_EQ(legal, "nnnnyyyyyy");
 }
 

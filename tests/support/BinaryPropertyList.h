@@ -6,6 +6,11 @@
 
 namespace velmora {
 
+/// A text object of up to 14 characters.
+inline std::string binaryText(const std::string& text) {
+    return static_cast<char>(0x50 + static_cast<int>(text.size())) + text;
+}
+
 /// A binary property list of these objects, the first of them the root, with two bytes for each
 /// offset.
 inline std::string binaryPropertyList(const std::vector<std::string>& objects,

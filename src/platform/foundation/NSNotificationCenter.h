@@ -31,8 +31,8 @@ inline constexpr std::string_view NSMenuDidChangeItemNotification =
     "NSMenuDidChangeItemNotification";
 
 /// A desktop on which every window has a menu bar of its own posts this, with that bar as the
-/// object, when a bar that lacks the application's own additions comes into use: a further window's,
-/// or one that the host has rebuilt.
+/// object, when a bar that lacks the application's own additions comes into use: a further
+/// window's, or one that the host has rebuilt.
 inline constexpr std::string_view NSApplicationDidShowMainMenuNotification =
     "NSApplicationDidShowMainMenuNotification";
 

@@ -1,11 +1,11 @@
 #include "platform/foundation/PropertyListFile.h"
 
-#include <locale.h>
 #include <plist/plist.h>
 
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -152,7 +152,7 @@ bool convert(plist_t node, PropertyList& value) {
     switch (plist_get_node_type(node)) {
         case PLIST_STRING: {
             const char* text = plist_get_string_ptr(node, &number);
-            value = text ? std::string(text) : std::string();
+            value = text ? std::string(text, number) : std::string();
             return true;
         }
         case PLIST_BOOLEAN: {

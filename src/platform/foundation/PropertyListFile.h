@@ -14,9 +14,9 @@ class FileSystem;
 /// UTF-16). Nothing when the bytes are none, are cut off, hold only blanks, or exceed the limits of
 /// PropertyListGuard.h; never throws, whatever they are.
 ///
-/// No string that is read holds the character 0: text with one is no property list, and in the
-/// binary form it ends the string. An integer that is too great is clamped. A reference of a keyed
-/// archive is read as a dictionary with the one key CF$UID.
+/// No string that is read holds the character 0: bytes with one in a text are no property list. An
+/// integer that is too great is clamped. A reference of a keyed archive is read as a dictionary
+/// with the one key CF$UID.
 std::optional<PropertyList> propertyListFromData(std::string_view bytes);
 
 /// The XML form of the value, which holds dates to the second and of the years 1 to 9999, and

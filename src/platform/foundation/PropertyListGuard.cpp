@@ -229,8 +229,13 @@ private:
         extent.state = Extent::State::Open;
         if (!measure(extent, index, depth)) return false;
         extent.state = Extent::State::Known;
-        // As much again as the file holds would be plenty: shared texts are short ones.
-        return extent.values <= PropertyListLimits::values &&
+        return isAcceptable(extent);
+    }
+
+    /// Writers share texts and numbers, and each use takes a reference of a byte or more; a list
+    /// that comes to more than a few times its size is made to do harm.
+    bool isAcceptable(const Extent& extent) const {
+        return extent.values <= PropertyListLimits::values && extent.values <= 4 * bytes_.size() &&
                extent.bytes <= 16 * bytes_.size() + (std::size_t{1} << 20U);
     }
 
@@ -248,15 +253,23 @@ private:
 
         const std::uint64_t room = table_ - at;
         switch (type) {
-            case 0x4:
-            case 0x5: extent.bytes = size; return size <= room;
-            case 0x6: extent.bytes = size; return size <= room / 2;
+            case 0x4: extent.bytes = size; return size <= room;
+            case 0x5: extent.bytes = size; return size <= room && isText(at, size, 1);
+            case 0x6: extent.bytes = size; return size <= room / 2 && isText(at, size, 2);
             case 0xA:
             case 0xC: return size <= room / referenceSize_ && visitAll(extent, at, size, depth);
             case 0xD:
                 return size <= room / referenceSize_ / 2 && visitAll(extent, at, 2 * size, depth);
             default: return false;
         }
+    }
+
+    /// The library aborts the process when it meets the character 0 in a key.
+    bool isText(std::uint64_t at, std::uint64_t size, std::size_t width) const {
+        for (std::uint64_t i = 0; i < size; ++i) {
+            if (numberAt(at + i * width, width) == 0) return false;
+        }
+        return true;
     }
 
     /// A length that does not fit into the marker is a number object of its own.
@@ -278,7 +291,7 @@ private:
             extent.height = std::max(extent.height, part.height + 1);
             extent.values += part.values;
             extent.bytes += part.bytes;
-            if (extent.values > PropertyListLimits::values) return false;
+            if (!isAcceptable(extent)) return false;
         }
         return true;
     }

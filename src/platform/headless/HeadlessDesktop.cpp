@@ -204,7 +204,7 @@ std::string HeadlessDesktop::homeDirectory() {
 }
 
 std::string HeadlessDesktop::resourceDirectory() {
-    return session_.files().resourceDirectory();
+    return session_.resourceDirectory();
 }
 
 FileSystem& HeadlessDesktop::files() {

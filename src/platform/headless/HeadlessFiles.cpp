@@ -38,16 +38,12 @@ int HeadlessFiles::readsOf(const std::string& path) const {
     return found == reads_.end() ? 0 : found->second;
 }
 
-bool HeadlessFiles::isResource(const std::string& path) const {
-    return !resourceDirectory_.empty() && isAtOrBelow(path, resourceDirectory_);
-}
-
 bool HeadlessFiles::mayWrite(const std::string& path) const {
-    return !isResource(path) && !anyHolds(unwritable_, path);
+    return !anyHolds(unwritable_, path);
 }
 
 bool HeadlessFiles::fileExistsAtPath(const std::string& path) {
-    return isResource(path) ? machine_.fileExistsAtPath(path) : memory_.fileExistsAtPath(path);
+    return memory_.fileExistsAtPath(path);
 }
 
 bool HeadlessFiles::createDirectoryAtPath(const std::string& path) {
@@ -55,12 +51,11 @@ bool HeadlessFiles::createDirectoryAtPath(const std::string& path) {
 }
 
 std::optional<NSDate> HeadlessFiles::modificationDate(const std::string& path) {
-    return isResource(path) ? machine_.modificationDate(path) : memory_.modificationDate(path);
+    return memory_.modificationDate(path);
 }
 
 std::optional<std::string> HeadlessFiles::contentsOfFile(const std::string& path,
                                                          std::size_t limit) {
-    if (isResource(path)) return machine_.contentsOfFile(path, limit);
     ++reads_[path];
     if (anyHolds(unreadable_, path)) return std::nullopt;
     return memory_.contentsOfFile(path, limit);

@@ -5,20 +5,15 @@
 #include <string>
 
 #include "platform/foundation/MemoryFileSystem.h"
-#include "platform/foundation/PosixFileSystem.h"
 
 namespace velmora {
 
 /// The files that the processes of a session share: in memory, with faults that can be switched on
-/// for a path. Only the resources are read from the machine's own files, and never written.
+/// for a path.
 class HeadlessFiles final : public FileSystem {
 public:
-    /// An empty directory means that there are no resources.
-    explicit HeadlessFiles(std::string resourceDirectory)
-        : resourceDirectory_(std::move(resourceDirectory)) {}
-
+    /// The files themselves, which have no faults.
     MemoryFileSystem& memory() { return memory_; }
-    const std::string& resourceDirectory() const { return resourceDirectory_; }
 
     /// From here on writing the file, or anything below the folder, fails; or no longer does.
     void setWriteFails(const std::string& path, bool fails);
@@ -37,12 +32,9 @@ public:
     bool remove(const std::string& path) override;
 
 private:
-    bool isResource(const std::string& path) const;
     bool mayWrite(const std::string& path) const;
 
-    std::string resourceDirectory_;
     MemoryFileSystem memory_;
-    PosixFileSystem machine_;
     std::set<std::string> unwritable_;
     std::set<std::string> unreadable_;
     std::map<std::string, int> reads_;

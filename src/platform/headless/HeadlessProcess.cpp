@@ -13,8 +13,10 @@ HeadlessProcess::Scope::Scope(HeadlessProcess& process) : process_(process) {
 }
 
 HeadlessProcess::Scope::~Scope() {
-    process_.session_.left(process_);
+    HeadlessSession& session = process_.session_;
+    session.left(process_);
     process_.image_.exchange();
+    if (session.current()) session.current()->runPostponed();
 }
 
 HeadlessProcess::HeadlessProcess(HeadlessSession& session, const HostDescription& host)
@@ -50,9 +52,18 @@ void HeadlessProcess::run() {
         const std::optional<Time> due = input.next();
         if (due && *due <= session_.clock().now()) input.playNext();
     }
+    // What the last of it has left to do.
+    while (app.hasEvents() || isTimerDue()) {
+        app.fireTimers();
+        app.deliverEvents();
+    }
     --session_.mainLoops_;
-    app.fireTimers();
-    app.deliverEvents();
+}
+
+bool HeadlessProcess::isTimerDue() const {
+    const NSRunLoop& loop = NSRunLoop::currentRunLoop();
+    const std::optional<Time> next = loop.nextFireDate(loop.mode());
+    return next && *next <= session_.clock().now();
 }
 
 void HeadlessProcess::later(std::function<void()> action) {

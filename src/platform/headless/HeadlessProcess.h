@@ -55,6 +55,7 @@ public:
 private:
     friend class HeadlessSession;
     void runPostponed();
+    bool isTimerDue() const;
 
     HeadlessSession& session_;
     std::string name_;

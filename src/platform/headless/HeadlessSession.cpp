@@ -14,7 +14,7 @@ constexpr const char* settingsFolder = "/Library/Application Support/Velmora";
 }  // namespace
 
 HeadlessSession::HeadlessSession(std::string resourceDirectory)
-    : home_("/home/user"), files_(std::move(resourceDirectory)) {
+    : home_("/home/user"), resourceDirectory_(std::move(resourceDirectory)) {
     files_.memory().createDirectories(home_);
 }
 
@@ -92,7 +92,6 @@ void HeadlessSession::advanceTo(Time moment) {
 }
 
 void HeadlessSession::wait(Time deadline) {
-    HeadlessProcess* waiting = current();
     if (const std::optional<Time> next = input_.next()) {
         escapeTyped_ = false;
         if (*next < deadline) {
@@ -107,7 +106,6 @@ void HeadlessSession::wait(Time deadline) {
         }
         advanceTo(deadline);
     }
-    if (waiting) waiting->runPostponed();
 }
 
 bool HeadlessSession::endLoops() {

@@ -17,6 +17,8 @@ namespace velmora {
 /// processes, of which one is current at a time.
 class HeadlessSession {
 public:
+    /// `resourceDirectory` holds the system's resources, among the machine's own files; "" for
+    /// none.
     explicit HeadlessSession(std::string resourceDirectory);
     ~HeadlessSession();
     HeadlessSession(const HeadlessSession&) = delete;
@@ -32,6 +34,7 @@ public:
     /// The user's home directory, and where the system keeps its settings. Both exist.
     const std::string& homeDirectory() const { return home_; }
     std::string settingsFile(const std::string& name) const;
+    const std::string& resourceDirectory() const { return resourceDirectory_; }
 
     HeadlessProcess& addProcess(const HostDescription& host);
     /// The process of that name, or null.
@@ -63,6 +66,7 @@ private:
     bool endLoops();
 
     std::string home_;
+    std::string resourceDirectory_;
     VirtualClock clock_;
     Transcript transcript_;
     InputQueue input_{clock_};

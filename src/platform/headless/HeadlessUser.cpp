@@ -16,7 +16,7 @@ NSWindowRef windowAt(NSPoint point) {
     for (const NSWindowRef& window : NSApp().orderedWindows()) {
         if (NSMouseInRect(point, window->frame(), false)) return window;
         for (const auto& drawer : window->drawers()) {
-            const NSWindowRef holder = drawer->contentView()->window();
+            NSWindowRef holder = drawer->contentView()->window();
             if (NSMouseInRect(point, holder->frame(), false)) return holder;
         }
     }

@@ -22,13 +22,13 @@ void InputQueue::insert(Time at, Action action) {
     steps_.insert(place, {at, std::move(action)});
 }
 
-InputQueue::Source InputQueue::setSource(Source source) {
-    return std::exchange(source_, std::move(source));
-}
-
 std::optional<Time> InputQueue::next() {
-    if (steps_.empty() && source_) {
-        if (Action action = source_()) then(std::move(action));
+    while (steps_.empty() && !sources_.empty()) {
+        if (Action action = sources_.back()()) {
+            then(std::move(action));
+        } else {
+            sources_.pop_back();
+        }
     }
     if (steps_.empty()) return std::nullopt;
     return steps_.front().at;

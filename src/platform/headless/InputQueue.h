@@ -3,6 +3,8 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "platform/foundation/Time.h"
 
@@ -27,12 +29,17 @@ public:
     /// Does this at that moment, ahead of what the queue holds for the same moment.
     void insert(Time at, Action action);
 
-    /// Where the next action comes from when the queue is empty; an empty one ends it.
+    /// Gives one action after the other, and an empty one at its end.
     using Source = std::function<Action()>;
-    /// Returns the source that it replaces.
-    Source setSource(Source source);
+    using Sources = std::vector<Source>;
 
-    /// When the next action is due, asking the source if need be; nothing when the user is done.
+    /// When the queue is empty, the next action comes from the last source that has one left.
+    void addSource(Source source) { sources_.push_back(std::move(source)); }
+
+    /// Puts these in the place of all sources, which it returns.
+    Sources exchangeSources(Sources sources) { return std::exchange(sources_, std::move(sources)); }
+
+    /// When the next action is due, asking the sources if need be; nothing when the user is done.
     std::optional<Time> next();
 
     /// Does the next action. There must be one, and its moment must have come.
@@ -46,7 +53,7 @@ private:
     const VirtualClock& clock_;
     std::deque<Step> steps_;
     Time end_{};
-    Source source_;
+    Sources sources_;
 };
 
 }  // namespace velmora

@@ -1,6 +1,7 @@
 #include "platform/headless/ScenarioPlayer.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdint>
 
 #include "platform/appkit/NSApplication.h"
@@ -34,14 +35,19 @@ const std::vector<ScenarioPlayer::Fault>& ScenarioPlayer::play(const Scenario& s
 }
 
 void ScenarioPlayer::playPart(Statements::const_iterator first, Statements::const_iterator last) {
-    const InputQueue::Source outer =
-        session_.input().setSource([this, next = first, last]() mutable -> InputQueue::Action {
-            if (next == last) return {};
-            const Statement& statement = *next++;
-            return [this, &statement] { perform(statement); };
-        });
+    InputQueue& input = session_.input();
+    InputQueue::Sources outer = input.exchangeSources({});
+    interject(first, last);
     process().run();
-    session_.input().setSource(outer);
+    input.exchangeSources(std::move(outer));
+}
+
+void ScenarioPlayer::interject(Statements::const_iterator first, Statements::const_iterator last) {
+    session_.input().addSource([this, next = first, last]() mutable -> InputQueue::Action {
+        if (next == last) return {};
+        const Statement& statement = *next++;
+        return [this, &statement] { perform(statement); };
+    });
 }
 
 void ScenarioPlayer::perform(const Statement& statement) {
@@ -78,13 +84,16 @@ void ScenarioPlayer::act(const QuitStep& step) {
 }
 
 void ScenarioPlayer::act(const InStep& step) {
-    HeadlessProcess& other = *session_.processNamed(step.host);
+    HeadlessProcess* const named = session_.processNamed(step.host);
+    assert(named && "the reader refuses a host that does not run");
+    HeadlessProcess& other = *named;
     if (&other != session_.current() && session_.isRunning(other)) {
-        fail(step.host + " is in the middle of something, further out");
+        fail(step.host + " waits further out and cannot go on inside another host");
         return;
     }
     if (&other == session_.current()) {
-        for (const Statement& statement : step.statements) perform(statement);
+        // Its loop goes on, whichever it is, with these first.
+        interject(step.statements.begin(), step.statements.end());
         return;
     }
     const HeadlessProcess::Scope scope(other);

@@ -14,7 +14,6 @@ namespace velmora {
 /// does.
 class ScenarioPlayer {
 public:
-    /// `resourceDirectory` holds the system's resources; "" for none.
     explicit ScenarioPlayer(std::string resourceDirectory)
         : session_(std::move(resourceDirectory)) {}
 
@@ -33,6 +32,8 @@ private:
     using Statements = std::vector<Statement>;
 
     void playPart(Statements::const_iterator first, Statements::const_iterator last);
+    /// Has these performed one by one before what else is to come.
+    void interject(Statements::const_iterator first, Statements::const_iterator last);
     void perform(const Statement& statement);
 
     void act(const LaunchStep& step);

@@ -1,6 +1,7 @@
 #include "platform/headless/ScenarioTables.h"
 
 #include <array>
+#include <limits>
 #include <utility>
 
 #include "platform/foundation/PropertyListFile.h"
@@ -102,7 +103,7 @@ PropertyList parseDefinitions(ScenarioText& text, const ScenarioLine& line) {
 PropertyList parsePreferences(ScenarioText& text, const ScenarioLine& line) {
     NSDictionary preferences;
     text.block(line, [&](ScenarioLine& inner) {
-        constexpr double most = 2147483647;
+        constexpr int most = std::numeric_limits<int>::max();
         if (inner.take("slot")) {
             parseSlot(inner, preferences);
         } else if (inner.take("gesture size")) {

@@ -98,17 +98,14 @@ std::vector<std::string> userLanguages() {
         if (!locale.empty()) break;
     }
     std::vector<std::string> languages;
-    const std::string base = languageOfLocale(locale.empty() ? "C" : locale);
-    // As everywhere, the list counts only where a language is asked for at all.
+    // As everywhere, the list counts only where a language is asked for at all, and then alone.
     if (!locale.empty() && locale != "C" && locale != "POSIX") {
         std::istringstream list(environment("LANGUAGE"));
         for (std::string entry; std::getline(list, entry, ':');) {
             if (!entry.empty()) languages.push_back(languageOfLocale(entry));
         }
     }
-    if (std::find(languages.begin(), languages.end(), base) == languages.end()) {
-        languages.push_back(base);
-    }
+    if (languages.empty()) languages.push_back(languageOfLocale(locale.empty() ? "C" : locale));
     return languages;
 }
 

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QGenericPlugin>
 #include <QTimer>
+#include <cstdlib>
 
 #include "platform/qt/QtDesktop.h"
 #include "platform/qt/QtGuard.h"
@@ -22,6 +23,9 @@ void begin() {
     guarded("The start", [] {
         desktopOfProcess = new QtDesktop();
         qAddPostRoutine(closeDesktop);
+        // A host may leave its application object behind, or hold it in a static variable that
+        // outlives those of ours.
+        std::atexit(closeDesktop);
     });
 }
 

@@ -177,9 +177,10 @@ void QtContextMenus::openUnseen(QWidget& widget, QPoint global,
     } catch (...) {
         opening->thrown = std::current_exception();
     }
-    opening_ = outer;
-    // Where the host has waited for the menu to close, all is over by now.
+    // Where the host has waited for the menu to close, all is over by now. Otherwise the submenus
+    // open only here.
     opening->finish();
+    opening_ = outer;
     if (opening->thrown) std::rethrow_exception(opening->thrown);
 }
 

@@ -76,10 +76,10 @@ void QtDesktop::tryToLaunch() {
         session_->launch.disconnect();
         session_->hook.takeInput();
         NSApp().finishLaunching();
+        trace("launched");
         QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &session_->context,
                          [this] { applicationStateChanged(); });
         applicationStateChanged();
-        trace("launched");
     });
 }
 
@@ -87,6 +87,7 @@ void QtDesktop::applicationStateChanged() {
     const bool active = QGuiApplication::applicationState() == Qt::ApplicationActive;
     if (active == session_->active) return;
     session_->active = active;
+    trace(active ? "became active" : "resigned active");
     guarded("A change of the application's state", [active] {
         if (active) {
             NSApp().didBecomeActive();

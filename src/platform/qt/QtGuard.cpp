@@ -9,8 +9,9 @@ namespace velmora {
 
 void logFailure(std::string_view what, std::string_view reason) noexcept {
     try {
-        static std::set<std::string, std::less<>> told;
-        if (!told.emplace(what).second) return;
+        // Not destroyed: something may still fail at the end of the process.
+        static auto* told = new std::set<std::string, std::less<>>();
+        if (!told->emplace(what).second) return;
         NSLog(std::string(what).append(" failed: ").append(reason));
     } catch (...) {
         // There is no memory left to say so.

@@ -73,6 +73,11 @@ void QtMenu::bringUpToDate() {
     if (!dirty_ || bringingUpToDate_) return;
     const Id keep = shared_from_this();
     dirty_ = false;
+    // A host that fills a menu for each opening may empty it afterwards. A user would find there
+    // what it held when it was open.
+    if (!preparing_ && qobject_cast<QMenu*>(widget_.data()) && shownActions(widget_).isEmpty()) {
+        return;
+    }
     const Raised busy(bringingUpToDate_);
     arrange(wantedItems());
     bringSubmenusUpToDate();
@@ -200,6 +205,8 @@ void QtMenu::arrange(const std::vector<NSMenuItemRef>& wanted) {
 void QtMenu::update() {
     const Id keep = shared_from_this();
     if (auto* menu = qobject_cast<QMenu*>(widget_.data()); menu && owner_) owner_->open(*menu);
+    const Raised preparing(preparing_);
+    dirty_ = true;
     bringUpToDate();
 }
 

@@ -81,6 +81,7 @@ private:
     int depth_;
     std::vector<Own> own_;
     bool dirty_ = false;
+    bool preparing_ = false;
     bool bringingUpToDate_ = false;
     /// The item that the mirror itself puts in or takes out: the host's doing, not somebody's here.
     const NSMenuItem* moving_ = nullptr;

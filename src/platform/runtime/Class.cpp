@@ -97,6 +97,7 @@ void Class::class_addMethods(const std::vector<Method>& methods) {
     ++generation;
     MethodTable& own = table();
     std::vector<std::unique_ptr<Method>> added;
+    added.reserve(methods.size());
     for (const Method& method : methods) added.push_back(std::make_unique<Method>(method));
     own.methods.insert(own.methods.begin(), std::make_move_iterator(added.begin()),
                        std::make_move_iterator(added.end()));

@@ -35,7 +35,8 @@ public:
     explicit ProcessWide(T initial)
         : makeValue_([initial] { return initial; }), value_(std::move(initial)) {}
 
-    ~ProcessWide() override {}
+    // Not defaulted, since a union with such a member has no destructor of its own.
+    ~ProcessWide() override {}  // NOLINT(modernize-use-equals-default)
 
     ProcessWide& operator=(T value) {
         value_ = std::move(value);

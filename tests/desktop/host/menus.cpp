@@ -6,7 +6,9 @@
 //   rename TITLE=TITLE  gives an action another text, in every window
 //   disable TITLE, enable TITLE
 //   rebuild             empties the first menu of every window and fills it anew
+//   wipe                the same, deleting whatever stands in it
 //   bar                 gives every window a new menu bar
+//   places              says where the areas of every window are: the middles, on the screen
 //   quit
 
 #include <QApplication>
@@ -89,7 +91,23 @@ public:
         add(*file_, "&Quit")->setObjectName("actionQuit");
     }
 
+    void wipe() {
+        qDeleteAll(file_->actions());
+        fillFile();
+    }
+
     int number() const { return number_; }
+
+    void sayPlaces() const {
+        for (const QWidget* area : areas_) {
+            const QPoint middle = area->mapToGlobal(area->rect().center());
+            say(QString("place %1 %2 %3 %4")
+                    .arg(number_)
+                    .arg(area->objectName())
+                    .arg(middle.x())
+                    .arg(middle.y()));
+        }
+    }
 
 protected:
     void changeEvent(QEvent* event) override {
@@ -100,7 +118,8 @@ protected:
     }
     void showEvent(QShowEvent* event) override {
         QMainWindow::showEvent(event);
-        QMetaObject::invokeMethod(this, [this] { sayPlaces(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { say(QString("ready %1").arg(number_)); }, Qt::QueuedConnection);
     }
 
 private:
@@ -186,7 +205,8 @@ private:
         place(new QPlainTextEdit("some text\nto choose from"), "text");
         auto* tree = new QTreeWidget;
         tree->setHeaderHidden(true);
-        for (const char* name : {"leaf", "branch"}) tree->addTopLevelItem(new QTreeWidgetItem({name}));
+        for (const char* name : {"leaf", "branch"})
+            tree->addTopLevelItem(new QTreeWidgetItem({name}));
         tree->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(tree, &QWidget::customContextMenuRequested, this, [this, tree](QPoint at) {
             const QTreeWidgetItem* item = tree->itemAt(at);
@@ -199,7 +219,6 @@ private:
         auto* dock = new QDockWidget("Dock", this);
         dock->setWidget(new QPlainTextEdit);
         addDockWidget(Qt::BottomDockWidgetArea, dock);
-        dock->hide();
         dock->setObjectName("dock");
     }
 
@@ -235,18 +254,6 @@ private:
             });
         }
         popUp_->popup(at);
-    }
-
-    void sayPlaces() {
-        for (const QWidget* area : areas_) {
-            const QPoint middle = area->mapToGlobal(area->rect().center());
-            say(QString("place %1 %2 %3 %4")
-                    .arg(number_)
-                    .arg(area->objectName())
-                    .arg(middle.x())
-                    .arg(middle.y()));
-        }
-        say(QString("ready %1").arg(number_));
     }
 
     int number_;
@@ -285,10 +292,18 @@ private:
         if (command == "window") return openWindow();
         if (command == "quit") return QApplication::quit();
         for (Window* window : windows()) {
-            if (command == "close" && window->number() == rest.toInt()) delete window;
-            else if (command == "rebuild") window->fillFile();
-            else if (command == "bar") window->makeBar();
-            else change(*window, command, rest);
+            if (command == "close" && window->number() == rest.toInt())
+                delete window;
+            else if (command == "rebuild")
+                window->fillFile();
+            else if (command == "wipe")
+                window->wipe();
+            else if (command == "bar")
+                window->makeBar();
+            else if (command == "places")
+                window->sayPlaces();
+            else
+                change(*window, command, rest);
         }
     }
 
@@ -296,7 +311,8 @@ private:
         for (QAction* action : window.menuBar()->findChildren<QAction*>()) {
             if (action->text() != rest.section('=', 0, 0)) continue;
             if (command == "rename") action->setText(rest.section('=', 1));
-            if (command == "disable" || command == "enable") action->setEnabled(command == "enable");
+            if (command == "disable" || command == "enable")
+                action->setEnabled(command == "enable");
         }
     }
 
