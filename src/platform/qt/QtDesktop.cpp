@@ -15,7 +15,6 @@
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtImages.h"
 #include "platform/qt/QtPanel.h"
-#include "platform/qt/QtTyping.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
@@ -48,7 +47,7 @@ bool isSet(const char* variable) {
 
 }  // namespace
 
-QtDesktop::Session::Session() : menuBars(windows), hook(menuBars, windows) {
+QtDesktop::Session::Session() : menuBars(windows), typing(windows), hook(menuBars, windows) {
     launch.setSingleShot(true);
     timers.setSingleShot(true);
     timers.setTimerType(Qt::PreciseTimer);
@@ -135,17 +134,8 @@ void QtDesktop::dispatchEvent(const NSEventRef& event) {
     if (const auto* input = dynamic_cast<const QtEvent*>(event.get())) {
         session_->hook.dispatch(*input);
     } else if (event->type() == NSKeyDown) {
-        typeLater(event);
+        session_->typing.type(event);
     }
-}
-
-void QtDesktop::typeLater(const NSEventRef& event) {
-    // When the menu that it was chosen from has given the focus back, and in the order of the
-    // commands that run meanwhile.
-    const auto type = [event] { guarded("Typing", [&] { typeInFocus(*event); }); };
-    QMetaObject::invokeMethod(
-        &session_->context, [this, type] { session_->windows.whenKeyIsSettled(type); },
-        Qt::QueuedConnection);
 }
 
 std::shared_ptr<NSMenu> QtDesktop::mainMenu() {

@@ -10,6 +10,7 @@
 #include "platform/qt/LogFile.h"
 #include "platform/qt/QtCursor.h"
 #include "platform/qt/QtMenuBars.h"
+#include "platform/qt/QtTyping.h"
 #include "platform/qt/QtWindows.h"
 
 namespace velmora {
@@ -55,6 +56,7 @@ private:
         QObject context;
         QtWindows windows;
         QtMenuBars menuBars;
+        QtTyping typing;
         QtCursor cursor;
         EventHook hook;
         QTimer launch;
@@ -65,7 +67,6 @@ private:
     void tryToLaunch();
     void applicationStateChanged();
     void fireTimers();
-    void typeLater(const NSEventRef& event);
 
     std::string processName_;
     LogFile log_;
