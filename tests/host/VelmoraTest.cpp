@@ -56,7 +56,16 @@ TEST(VelmoraTest, TheSubmenusEntriesSendTheirActions) {
     const NSMenuRef menu = NSApp().mainMenu()->itemAtIndex(0)->submenu()->itemAtIndex(2)->submenu();
     ASSERT_TRUE(menu);
     EXPECT_EQ(menu->title(), "Velmora");
+    std::vector<std::string> panels;
+    host.then([&] { panels.push_back(host.desktop().keyPanel()->title()); });
+    host.type("escape");
     for (int i = 0; i < menu->numberOfItems(); ++i) menu->performActionForItemAtIndex(i);
+    EXPECT_EQ(panels, std::vector<std::string>{"Run Mnemonic"});
+    for (const char* list : {"Text Snippets", "Scripts"}) {
+        const NSMenuRef fixed = menu->itemAtIndex(menu->indexOfItemWithTitle(list))->submenu();
+        ASSERT_TRUE(fixed);
+        EXPECT_EQ(fixed->numberOfItems(), 2) << list;
+    }
     const std::vector<std::string> opened = host.opened();
     ASSERT_EQ(opened.size(), 3U);
     EXPECT_TRUE(opened[0].starts_with("file:///") && opened[0].ends_with("/Manual/index.html"));
@@ -73,6 +82,12 @@ TEST(VelmoraTest, TheSubmenuSpeaksTheUsersLanguage) {
     HeadlessHost host(description);
     host.launch();
     EXPECT_TRUE(host.itemAt("Editor/Velmora/Velmora-Hilfe"));
+    EXPECT_TRUE(host.itemAt("Editor/Velmora/Textbausteine/Über Textbausteine"));
+    std::string title;
+    host.then([&] { title = host.desktop().keyPanel()->title(); });
+    host.type("escape");
+    host.itemAt("Editor/Velmora")->submenu()->performActionForItemAtIndex(0);
+    EXPECT_EQ(title, "Kurznamen ausführen");
 }
 
 TEST(VelmoraTest, AHostWithoutAMainMenuIsLeftAlone) {
