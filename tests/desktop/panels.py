@@ -1,0 +1,187 @@
+#!/usr/bin/env python3
+"""The mnemonic panel as a window of real applications, and text that is typed into their views."""
+
+import plistlib
+import time
+import unittest
+
+import applications
+import harness
+from harness import BUILD, stays, wait_for
+from xclient import LEFT
+
+PANEL = "^Run Mnemonic$"
+LINES = "one line\n\tanother 😀 «ü»\n"
+LONG = "0123456789 abcdefghi\n" * 4762
+
+
+def write_definitions(home, process, component, *definitions):
+    """definitions: (trigger, path) each."""
+    harness.write_file(home.settings / f"{process}{component}.plist", plistlib.dumps([
+        {"Trigger": trigger, "Path": path, "Selector": "", "isGlobal": process == "Velmora"}
+        for trigger, path in definitions]))
+
+
+def open_panel(application):
+    application.x.keys("ctrl+m")
+    panel = application.window(PANEL)
+    wait_for(lambda: application.x.active_window() == panel, "the panel to be active")
+    return panel
+
+
+class Panels:
+    kind = None
+
+    def open(self):
+        kind = self.kind
+        self.home.write_preferences()
+        own = f"{kind.first_menu}/Velmora"
+        # Half of it in the files that all applications share.
+        write_definitions(self.home, "Velmora", "Mnemonics", ("co", kind.counted),
+                          ("dialog", kind.dialog), ("three", f"{own}/Text Snippets/three"))
+        write_definitions(self.home, kind.process_name, "Mnemonics", ("end", kind.ending))
+        write_definitions(self.home, "Velmora", "TextSnippets", ("three", LINES))
+        write_definitions(self.home, kind.process_name, "TextSnippets", ("long", LONG))
+        write_definitions(self.home, kind.process_name, "Shortcuts", ("8m", f"{own}/Run Mnemonic…"),
+                          ("8j", f"{own}/Text Snippets/long"))
+        return self.start(kind)
+
+    def assertCentred(self, panel, main):
+        """Up to what the two kinds of windows' decorations differ by."""
+        inner, outer = self.x.geometry(panel), self.x.geometry(main)
+        self.assertAlmostEqual(inner.x + inner.width / 2, outer.x + outer.width / 2, delta=1)
+        self.assertAlmostEqual(inner.y + inner.height / 2, outer.y + outer.height / 2, delta=1)
+
+    def run_mnemonic(self, application, name):
+        open_panel(application)
+        self.x.type(name)
+        application.no_window(PANEL)
+
+    def back(self, application):
+        application.no_window(PANEL)
+        wait_for(lambda: self.x.active_window() == application.main,
+                 "the main window to be active again")
+
+    def test_a_mnemonic_runs_with_its_last_letter(self):
+        application = self.open()
+        for expected in (1, 2):
+            panel = open_panel(application)
+            self.assertCentred(panel, application.main)
+            self.x.type("c")
+            self.x.keys("Return", "Tab")
+            self.assertTrue(stays(lambda: panel in application.windows(), 0.2))
+            self.assertEqual(len(application.commands()), expected - 1)
+            self.x.type("o")
+            self.back(application)
+            application.wait_count(expected)
+        # The dialog stays open: the command's own loop is none of ours.
+        self.run_mnemonic(application, "dialog")
+        application.window(application.dialog_title)
+        application.close_dialog()
+        application.assert_usable()
+
+    def test_the_panel_is_closed_without_a_command(self):
+        application = self.open()
+        for close in (lambda panel: self.x.keys("Escape"), self.x.close_window):
+            panel = open_panel(application)
+            self.x.type("c")
+            close(panel)
+            self.back(application)
+        # The window below cannot be closed meanwhile, and nothing of it can be clicked.
+        panel = open_panel(application)
+        self.x.click(*self.x.geometry(application.main).at(0.05, 0.01), LEFT)
+        self.x.close_window(application.main)
+        self.assertTrue(stays(lambda: len(application.windows()) == 2, 0.3))
+        self.x.keys("Escape")
+        self.back(application)
+        self.assertEqual(application.commands(), [])
+        application.assert_usable()
+
+    def test_text_is_typed_into_the_focused_view_as_one_step(self):
+        application = self.open()
+        self.run_mnemonic(application, "co")
+        application.wait_count(1)
+        self.run_mnemonic(application, "three")
+        wait_for(lambda: "*" in self.x.title(application.main), "a changed document")
+        application.save()
+        self.assertEqual(application.document.read_text().count(self.in_file(LINES)), 1)
+        self.x.keys("ctrl+z")
+        wait_for(lambda: "*" in self.x.title(application.main), "a changed document")
+        application.save()
+        self.assertNotIn("another", application.document.read_text())
+
+        begin = time.monotonic()
+        self.x.keys("ctrl+j")
+        wait_for(lambda: "*" in self.x.title(application.main), "the long text")
+        self.assertLess(time.monotonic() - begin, 3, "on a busy machine")
+        application.save()
+        self.assertEqual(application.document.read_text().count(self.in_file(LONG)), 1)
+
+    def in_file(self, text):
+        return text
+
+    def test_a_mnemonic_can_end_the_application(self):
+        application = self.open()
+        self.run_mnemonic(application, "end")
+        self.assertEqual(application.wait_exit(), 0)
+
+
+class FeatherpadPanels(Panels, harness.DesktopTest):
+    kind = applications.Featherpad
+
+
+class LinguistPanels(Panels, harness.DesktopTest):
+    kind = applications.Linguist
+
+
+class EndingHosts:
+    """What ends or loses its window under the panel."""
+
+    qt = None
+
+    def leave(self, mode):
+        self.end_applications()
+        self.home.write_preferences()
+        write_definitions(self.home, "Velmora", "Shortcuts", ("8m", "File/Velmora/Run Mnemonic…"))
+        application = self.start(harness.Application,
+                                 [BUILD / "tests/desktop" / f"host-leaving-qt{self.qt}", mode],
+                                 name=f"leaving-{mode}")
+        window = application.window("first")
+        application.wait_ready()
+        self.x.click(*self.x.geometry(window).at(0.5, 0.5), LEFT)
+        wait_for(lambda: self.x.active_window() == window, "the window to be active")
+        self.x.keys("g", "ctrl+m")
+        wait_for(lambda: "gone" in application.output().splitlines(), "the host's moment")
+        return application
+
+    def test_a_host_that_ends_under_the_panel_ends_as_without_us(self):
+        for mode, status in {"quit": 0, "exit": 5, "end": 6, "close": 0}.items():
+            with self.subTest(mode=mode):
+                self.assertEqual(self.leave(mode).wait_exit(), status)
+
+    def test_a_window_that_goes_under_the_panel_leaves_the_others_usable(self):
+        for mode in ("delete", "hide"):
+            with self.subTest(mode=mode):
+                application = self.leave(mode)
+                application.no_window("first")
+                panel = application.window(PANEL)
+                application.activate(panel, at=(0.5, 0.1))
+                self.x.keys("Escape")
+                application.no_window(PANEL)
+                second = application.window("second")
+                self.x.click(*self.x.geometry(second).at(0.5, 0.5), LEFT)
+                wait_for(lambda: self.x.active_window() == second, "the other window to be active")
+                self.x.keys("q")
+                self.assertEqual(application.wait_exit(), 8)
+
+
+class Qt5EndingHosts(EndingHosts, harness.DesktopTest):
+    qt = 5
+
+
+class Qt6EndingHosts(EndingHosts, harness.DesktopTest):
+    qt = 6
+
+
+if __name__ == "__main__":
+    unittest.main()
