@@ -47,7 +47,7 @@ double libraryTime = 0;
 template <class Read>
 double measure(benchmark::State& state, Read read) {
     const auto start = std::chrono::steady_clock::now();
-    for (auto _ : state) read();
+    while (state.KeepRunning()) read();
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
     return time.count() / static_cast<double>(state.iterations());
 }
@@ -72,7 +72,7 @@ void readDefinitions(benchmark::State& state) {
 void writeDefinitions(benchmark::State& state) {
     MemoryFileSystem& files = filesWithDefinitions();
     const NSArray list = definitions();
-    for (auto _ : state) writeArrayToFile(files, list, path);
+    while (state.KeepRunning()) writeArrayToFile(files, list, path);
 }
 
 // Both in one run, since the second is measured against the first.

@@ -207,6 +207,7 @@ private:
     bool readEscape(std::string& string) {
         const std::size_t start = at_++;
         if (atEnd()) return failAt(start, "the string has no end");
+        if (isAt('\0')) return fail("a text cannot hold the character 0");
         const char c = text_[at_];
         char32_t character = 0;
         if (c >= '0' && c <= '7') {
