@@ -1,6 +1,7 @@
 #include "platform/qt/EventHook.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QThread>
@@ -143,6 +144,7 @@ std::optional<EventHook::Outcome> EventHook::outcomeOf(std::optional<Decision>& 
 
 EventHook::Outcome EventHook::take(const QtEventRef& event) {
     const std::vector<QtEventRef> lost = held_.note(event);
+    followPointer(*event);
     if (NSApp().isFetching()) {
         if (wait_.isWaiting()) {
             for (const QtEventRef& release : lost) NSApp().postEvent(release);
@@ -155,11 +157,28 @@ EventHook::Outcome EventHook::take(const QtEventRef& event) {
             return Outcome::Kept;
         }
     }
-    Delivery delivery{*event, queue_.isEmpty(), false, delivery_};
+    Delivery delivery{*event, queue_.isEmpty(), false, delivery_, {}};
+    if (const QtMouse* mouse = event->original().mouse();
+        mouse && mouse->type == QEvent::MouseButtonPress) {
+        delivery.pointer = mouse->global;
+    }
     const QScopedValueRollback<Delivery*> delivering(delivery_, &delivery);
     NSApp().postEvent(event);
     NSApp().deliverEvents();
     return delivery.passed ? Outcome::Passed : Outcome::Kept;
+}
+
+void EventHook::followPointer(const QtEvent& event) {
+    const QtMouse* mouse = event.original().mouse();
+    if (!mouse || !delivery_ || !delivery_->pointer) return;
+    // Motion without a button comes after the release, which may not have been fetched yet.
+    if (mouse->type == QEvent::MouseMove && mouse->buttons == Qt::NoButton) return;
+    delivery_->pointer = mouse->global;
+}
+
+QPointF EventHook::pointerLocation() const {
+    if (delivery_ && delivery_->pointer) return *delivery_->pointer;
+    return QCursor::pos();
 }
 
 bool EventHook::endsPressInDelivery(const QtEvent& event) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointF>
 #include <QTimer>
 #include <functional>
 #include <optional>
@@ -42,6 +43,11 @@ public:
     /// Lets a wait return. False when none runs, or the host has begun a loop inside it.
     bool endWait();
 
+    /// Where the pointer is, on the whole screen. While a press is being dealt with: where the last
+    /// event of the held button was, so that a host that was busy takes each point and the
+    /// release in their order, wherever the pointer has gone since.
+    QPointF pointerLocation() const;
+
     /// When a mouse button was last released, by the desktop's clock.
     static std::optional<Time> lastReleaseTime();
 
@@ -55,6 +61,8 @@ private:
         bool open = true;
         bool passed = false;
         Delivery* outer = nullptr;
+        /// Of a press, and then of what comes until its release.
+        std::optional<QPointF> pointer;
     };
 
     /// What became of an event to which another one of Qt's belongs: a shortcut override, which the
@@ -72,6 +80,7 @@ private:
     Outcome mouse(QWindow& window, QMouseEvent& event);
     Outcome keyDown(QWindow& window, QKeyEvent& event);
     Outcome take(const QtEventRef& event);
+    void followPointer(const QtEvent& event);
     bool endsPressInDelivery(const QtEvent& event) const;
     void closeDeliveries();
     bool letHostGoOn(Time deadline);

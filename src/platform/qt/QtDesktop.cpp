@@ -1,7 +1,6 @@
 #include "platform/qt/QtDesktop.h"
 
 #include <QApplication>
-#include <QCursor>
 #include <QDesktopServices>
 #include <QUrl>
 #include <algorithm>
@@ -133,7 +132,7 @@ std::shared_ptr<NSWindow> QtDesktop::keyWindow() {
 // The pointer
 
 NSPoint QtDesktop::mouseLocation() {
-    return session_ ? screenPoint(QCursor::pos()) : NSPoint();
+    return session_ ? screenPoint(session_->hook.pointerLocation()) : NSPoint();
 }
 
 void QtDesktop::showCursor(const NSCursor* cursor) {
