@@ -122,7 +122,7 @@ TEST(OldStylePropertyListTest, AnErrorNamesItsPlaceAndReason) {
     }
 }
 
-TEST(OldStylePropertyListTest, DepthAndNumberOfValuesAreLimited) {
+TEST(OldStylePropertyListTest, DepthValuesAndKeysAreLimited) {
     const auto nested = [](int depth) {
         return std::string(static_cast<std::size_t>(depth), '(') +
                std::string(static_cast<std::size_t>(depth), ')');
@@ -137,6 +137,12 @@ TEST(OldStylePropertyListTest, DepthAndNumberOfValuesAreLimited) {
     for (std::size_t i = 0; i < PropertyListLimits::values; ++i) many += "a,";
     EXPECT_FALSE(propertyListFromOldStyleText(many + ")", &error));
     EXPECT_EQ(error.reason, "there are too many values");
+
+    std::string keys;
+    for (std::size_t i = 0; i < PropertyListLimits::keysOfOneDictionary; ++i) keys += "a;";
+    EXPECT_TRUE(propertyListFromOldStyleText(keys));
+    EXPECT_FALSE(propertyListFromOldStyleText(keys + "b;", &error));
+    EXPECT_EQ(error.reason, "there are too many keys");
 }
 
 }  // namespace

@@ -84,6 +84,17 @@ TEST(PropertyListGuardTest, DepthAndNumberOfElementsAreLimited) {
     EXPECT_FALSE(passes(wide(PropertyListLimits::values + 1)));
 }
 
+TEST(PropertyListGuardTest, KeysAreLimitedInEachDictionary) {
+    const auto dictionaryOf = [](std::size_t keys) {
+        return "<dict>" + repeated("<key>a</key><true/>", keys) + "</dict>";
+    };
+    constexpr std::size_t most = PropertyListLimits::keysOfOneDictionary;
+    EXPECT_TRUE(passes("<array>" + dictionaryOf(most) + dictionaryOf(most) + "</array>"));
+    EXPECT_FALSE(passes("<plist><array>" + dictionaryOf(most + 1) + "</array></plist>"));
+    const std::string inside = "<key>a</key>" + dictionaryOf(2);
+    EXPECT_FALSE(passes("<dict>" + repeated(inside, most + 1) + "</dict>"));
+}
+
 TEST(PropertyListGuardTest, ALongTextWithReferencesIsDividedBetweenThem) {
     const std::string xml = "<array><string>" + repeated("a&#x1F600;&lt;", 10'000) +
                             "</string><string>b</string></array>";

@@ -139,6 +139,9 @@ private:
             if (!skipBlanks()) return false;
             if (atEnd() || isAt('}')) break;
             if (++values_ > PropertyListLimits::values) return fail("there are too many values");
+            if (dictionary.count() >= PropertyListLimits::keysOfOneDictionary) {
+                return fail("there are too many keys");
+            }
             std::string key;
             if (!readString(key) || !skipBlanks()) return false;
             PropertyList entry;
