@@ -144,7 +144,7 @@ std::optional<EventHook::Outcome> EventHook::outcomeOf(std::optional<Decision>& 
 
 EventHook::Outcome EventHook::take(const QtEventRef& event) {
     const std::vector<QtEventRef> lost = held_.note(event);
-    followPointer(*event);
+    noteRelease(*event);
     if (NSApp().isFetching()) {
         if (wait_.isWaiting()) {
             for (const QtEventRef& release : lost) NSApp().postEvent(release);
@@ -157,7 +157,7 @@ EventHook::Outcome EventHook::take(const QtEventRef& event) {
             return Outcome::Kept;
         }
     }
-    Delivery delivery{*event, queue_.isEmpty(), false, delivery_, {}};
+    Delivery delivery{*event, queue_.isEmpty(), false, delivery_, {}, false};
     if (const QtMouse* mouse = event->original().mouse();
         mouse && mouse->type == QEvent::MouseButtonPress) {
         delivery.pointer = mouse->global;
@@ -168,12 +168,13 @@ EventHook::Outcome EventHook::take(const QtEventRef& event) {
     return delivery.passed ? Outcome::Passed : Outcome::Kept;
 }
 
-void EventHook::followPointer(const QtEvent& event) {
+void EventHook::noteRelease(const QtEvent& event) {
     const QtMouse* mouse = event.original().mouse();
-    if (!mouse || !delivery_ || !delivery_->pointer) return;
-    // Motion without a button comes after the release, which may not have been fetched yet.
-    if (mouse->type == QEvent::MouseMove && mouse->buttons == Qt::NoButton) return;
+    if (!delivery_ || !mouse || mouse->type != QEvent::MouseButtonRelease) return;
+    const QtMouse* press = delivery_->event.original().mouse();
+    if (!press || press->button != mouse->button) return;
     delivery_->pointer = mouse->global;
+    delivery_->released = true;
 }
 
 QPointF EventHook::pointerLocation() const {
@@ -217,6 +218,7 @@ void EventHook::closeDeliveries() {
 
 void EventHook::wait(Time deadline) {
     closeDeliveries();
+    if (delivery_ && !delivery_->released) delivery_->pointer.reset();
     for (NSEventRef& event : std::exchange(forFetch_, {})) NSApp().postEvent(std::move(event));
     for (NSEventRef& event : held_.released(steadyNow())) NSApp().postEvent(std::move(event));
     if (!NSApp().hasEvents() && !letHostGoOn(deadline)) {

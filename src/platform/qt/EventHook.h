@@ -43,9 +43,9 @@ public:
     /// Lets a wait return. False when none runs, or the host has begun a loop inside it.
     bool endWait();
 
-    /// Where the pointer is, on the whole screen. While a press is being dealt with: where the last
-    /// event of the held button was, so that a host that was busy takes each point and the
-    /// release in their order, wherever the pointer has gone since.
+    /// Where the pointer is, on the whole screen. For who deals with a press of a button: where
+    /// that was, until something is waited for, and where the release was, once it has come; the
+    /// host may have been busy, and the pointer may have gone on.
     QPointF pointerLocation() const;
 
     /// When a mouse button was last released, by the desktop's clock.
@@ -61,8 +61,8 @@ private:
         bool open = true;
         bool passed = false;
         Delivery* outer = nullptr;
-        /// Of a press, and then of what comes until its release.
         std::optional<QPointF> pointer;
+        bool released = false;
     };
 
     /// What became of an event to which another one of Qt's belongs: a shortcut override, which the
@@ -80,7 +80,7 @@ private:
     Outcome mouse(QWindow& window, QMouseEvent& event);
     Outcome keyDown(QWindow& window, QKeyEvent& event);
     Outcome take(const QtEventRef& event);
-    void followPointer(const QtEvent& event);
+    void noteRelease(const QtEvent& event);
     bool endsPressInDelivery(const QtEvent& event) const;
     void closeDeliveries();
     bool letHostGoOn(Time deadline);
