@@ -7,7 +7,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::Eq;
-using testing::IsEmpty;
 using testing::Optional;
 
 constexpr std::size_t noLimit = std::string::npos;

@@ -38,7 +38,7 @@ protected:
 };
 
 TEST_F(NSBundleTest, TheFirstLanguageWithATableServes) {
-    put("de.lproj/Localizable.strings", "\"Hello\" = \"Hallo\";");
+    put("de.lproj/Localizable.strings", R"("Hello" = "Hallo";)");
     put("de_AT.lproj/Localizable.strings", "Hello = Servus;");
     put("fr.lproj/Localizable.strings", "Hello = Bonjour;");
     const struct {

@@ -36,8 +36,8 @@ TEST(OldStylePropertyListTest, TextsOfEveryKindAreRead) {
         {"word", "word"},
         {" http://x.y/z-1_$+ // a comment", "http://x.y/z-1_$+"},
         {"word/* directly behind it */", "word"},
-        {"\"quoted \\\"text\\\" with 'quotes'\"", "quoted \"text\" with 'quotes'"},
-        {"'it \"is\" \\'so\\''", "it \"is\" 'so'"},
+        {R"("quoted \"text\" with 'quotes'")", "quoted \"text\" with 'quotes'"},
+        {R"('it "is" \'so\'')", "it \"is\" 'so'"},
         {R"("\a\b\f\n\r\t\v\\\x")", "\a\b\f\n\r\t\v\\x"},
         {"\"two\\\nlines\"", "two\nlines"},
         {R"("\1012\12\344")", "A2\n\xC3\xA4"},
@@ -81,7 +81,7 @@ TEST(OldStylePropertyListTest, AnErrorNamesItsPlaceAndReason) {
         {"{} x", 1, 4, "there is more behind the value"},
         {"{ a = 1 }", 1, 9, "a ';' is missing"},
         {"a = 1;\nb = 2\nc = 3;", 3, 1, "a ';' is missing"},
-        {"\"a\" = \"b\"", 1, 10, "a ';' is missing"},
+        {R"("a" = "b")", 1, 10, "a ';' is missing"},
         {"a = ;", 1, 5, "this character needs quotes around it"},
         {"{ a }", 1, 5, "a '=' or ';' is missing"},
         {"{ a = ", 1, 7, "a value is missing"},
@@ -122,7 +122,7 @@ TEST(OldStylePropertyListTest, AnErrorNamesItsPlaceAndReason) {
     }
 }
 
-TEST(OldStylePropertyListTest, DepthAndNumberOfValuesAreLimited) {
+TEST(OldStylePropertyListTest, DepthValuesAndKeysAreLimited) {
     const auto nested = [](int depth) {
         return std::string(static_cast<std::size_t>(depth), '(') +
                std::string(static_cast<std::size_t>(depth), ')');
@@ -137,6 +137,12 @@ TEST(OldStylePropertyListTest, DepthAndNumberOfValuesAreLimited) {
     for (std::size_t i = 0; i < PropertyListLimits::values; ++i) many += "a,";
     EXPECT_FALSE(propertyListFromOldStyleText(many + ")", &error));
     EXPECT_EQ(error.reason, "there are too many values");
+
+    std::string keys;
+    for (std::size_t i = 0; i < PropertyListLimits::keysOfOneDictionary; ++i) keys += "a;";
+    EXPECT_TRUE(propertyListFromOldStyleText(keys));
+    EXPECT_FALSE(propertyListFromOldStyleText(keys + "b;", &error));
+    EXPECT_EQ(error.reason, "there are too many keys");
 }
 
 }  // namespace

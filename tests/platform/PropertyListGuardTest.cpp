@@ -24,8 +24,9 @@ std::string repeated(const std::string& text, std::size_t count) {
 TEST(PropertyListGuardTest, OneWholeElementInPlainSyntaxPasses) {
     const std::string documents[] = {
         "<plist version=\"1.0\"><array/></plist>",
-        "<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"-//X//>\" \"http://x/[y].dtd\">\n"
-        "<plist version=\">\"><true/></plist>\n",
+        R"(<?xml version="1.0"?><!DOCTYPE plist PUBLIC "-//X//>" "http://x/[y].dtd">)"
+        R"(<plist version=">"><true/></plist>)" +
+            "\n"s,
         "<!-- <array> --><dict><key>a</key><string>b</string></dict><!-- > -->\n",
         "<array ><string>a<![CDATA[</array>]]><!-- <b> --></string></array\n>",
         "<string>a > b</string>",
@@ -83,6 +84,17 @@ TEST(PropertyListGuardTest, DepthAndNumberOfElementsAreLimited) {
     EXPECT_FALSE(passes(wide(PropertyListLimits::values + 1)));
 }
 
+TEST(PropertyListGuardTest, KeysAreLimitedInEachDictionary) {
+    const auto dictionaryOf = [](std::size_t keys) {
+        return "<dict>" + repeated("<key>a</key><true/>", keys) + "</dict>";
+    };
+    constexpr std::size_t most = PropertyListLimits::keysOfOneDictionary;
+    EXPECT_TRUE(passes("<array>" + dictionaryOf(most) + dictionaryOf(most) + "</array>"));
+    EXPECT_FALSE(passes("<plist><array>" + dictionaryOf(most + 1) + "</array></plist>"));
+    const std::string inside = "<key>a</key>" + dictionaryOf(2);
+    EXPECT_FALSE(passes("<dict>" + repeated(inside, most + 1) + "</dict>"));
+}
+
 TEST(PropertyListGuardTest, ALongTextWithReferencesIsDividedBetweenThem) {
     const std::string xml = "<array><string>" + repeated("a&#x1F600;&lt;", 10'000) +
                             "</string><string>b</string></array>";
@@ -105,13 +117,14 @@ TEST(PropertyListGuardTest, ALongTextWithReferencesIsDividedBetweenThem) {
 
 TEST(PropertyListGuardTest, BinaryListsThatStayInsideThemselvesPass) {
     const std::string lists[] = {
-        binaryPropertyList({"\x08"}),
+        binaryPropertyList({binaryObject(0x08)}),
         binaryPropertyList(
-            {"\xA3\x01\x01\x02"s, binaryText("a"), "\xD1\x01\x03", "\x23"s + "12345678"}),
+            {"\xA3\x01\x01\x02"s, binaryText("a"), "\xD1\x01\x03", binaryObject(0x23, "12345678")}),
         binaryPropertyList({"\xA2\x01\x02"s, "\x5F\x10\x14"s + "12345678901234567890",
                             "\x6F\x11\0\x02"s + "\0a\0b"s}),
-        binaryPropertyList({"\xA4\x01\x02\x03\x04"s, "\x33"s + "12345678", "\x80"s + "a",
-                            "\x14"s + "1234567812345678", "\x42"s + "ab"}),
+        binaryPropertyList({"\xA4\x01\x02\x03\x04"s, binaryObject(0x33, "12345678"),
+                            binaryObject(0x80, "a"), binaryObject(0x14, "1234567812345678"),
+                            binaryObject(0x42, "ab")}),
     };
     for (const std::string& list : lists) EXPECT_TRUE(isSoundBinaryPropertyList(list));
 }
@@ -146,18 +159,18 @@ TEST(PropertyListGuardTest, BinaryListsThatLeadOutOrRoundInACircleAreRefused) {
         binaryPropertyList({"\x5F\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"}),
         binaryPropertyList({"\x6F\x13\x80\0\0\0\0\0\0\x01"s + "ab"s}),  // overflows when doubled
         binaryPropertyList({"\xDF\x13\x80\0\0\0\0\0\0\x01"s + "ab"s}),
-        binaryPropertyList({"\x5F\x51"s + "a"}),                 // a length that is a text
+        binaryPropertyList({binaryObject(0x5F, "Qa")}),          // a length that is a text
         binaryPropertyList({"\x5F\x14"s + "1234567812345678"}),  // one of 16 bytes
-        binaryPropertyList({"\x5F"}),
-        binaryPropertyList({"\x13"s + "123"}),
+        binaryPropertyList({binaryObject(0x5F)}),
+        binaryPropertyList({binaryObject(0x13, "123")}),
         binaryPropertyList({"\x15"}),
-        binaryPropertyList({"\x33"s + "123"}),
-        binaryPropertyList({"\x32"s + "1234"}),
-        binaryPropertyList({"\x8F"s + "a"}),
+        binaryPropertyList({binaryObject(0x33, "123")}),
+        binaryPropertyList({binaryObject(0x32, "1234")}),
+        binaryPropertyList({binaryObject(0x8F, "a")}),
         binaryPropertyList({binaryText("a\0b"s)}),  // the character 0
         binaryPropertyList({"\x63\0a\0\0\x61\0"s}),
         binaryPropertyList({"\x00"s}),  // null
-        binaryPropertyList({"\x70"}),
+        binaryPropertyList({binaryObject(0x70)}),
         binaryPropertyList({"\xF0"}),
     };
     for (std::size_t row = 0; row < std::size(lists); ++row) {
@@ -172,7 +185,7 @@ TEST(PropertyListGuardTest, SharedPartsCountAsOftenAsTheyAreUsed) {
         for (int i = 1; i <= levels; ++i) {
             objects.push_back({'\xA2', static_cast<char>(i), static_cast<char>(i)});
         }
-        objects.push_back("\x08");
+        objects.push_back(binaryObject(0x08));
         return binaryPropertyList(objects);
     };
     EXPECT_TRUE(isSoundBinaryPropertyList(doubling(6)));

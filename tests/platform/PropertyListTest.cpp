@@ -17,32 +17,32 @@ constexpr double doubleMax = std::numeric_limits<double>::max();
 TEST(PropertyListTest, NumbersAndTextsAreReadLeniently) {
     const struct {
         PropertyList value;
-        std::int32_t intValue;
         double doubleValue;
+        std::int32_t intValue;
         bool boolValue;
     } rows[] = {
         {true, 1, 1, true},
         {false, 0, 0, false},
         {-7, -7, -7, true},
         {0, 0, 0, false},
-        {std::int64_t{1} << 40U, intMax, 1099511627776.0, true},
-        {-(std::int64_t{1} << 40U), intMin, -1099511627776.0, true},
-        {2.9, 2, 2.9, true},
-        {-2.9, -2, -2.9, true},
-        {1e300, intMax, 1e300, true},
+        {std::int64_t{1} << 40U, 1099511627776.0, intMax, true},
+        {-(std::int64_t{1} << 40U), -1099511627776.0, intMin, true},
+        {2.9, 2.9, 2, true},
+        {-2.9, -2.9, -2, true},
+        {1e300, 1e300, intMax, true},
         {0.0, 0, 0, false},
         {"15", 15, 15, true},
-        {" \t-12.5e1 px", -12, -125, true},
+        {" \t-12.5e1 px", -125, -12, true},
         {"+3", 3, 3, true},
         {"010", 10, 10, true},
-        {".5", 0, 0.5, false},
-        {"99999999999999999999", intMax, 1e20, true},
-        {"-99999999999999999999", intMin, -1e20, true},
-        {"-2147483648", intMin, -2147483648.0, true},
-        {"1e999", 1, doubleMax, true},
-        {"-1e999", -1, -doubleMax, true},
-        {"1e-999", 1, 0, true},
-        {"0.01e99999999999999999999", 0, doubleMax, false},
+        {".5", 0.5, 0, false},
+        {"99999999999999999999", 1e20, intMax, true},
+        {"-99999999999999999999", -1e20, intMin, true},
+        {"-2147483648", -2147483648.0, intMin, true},
+        {"1e999", doubleMax, 1, true},
+        {"-1e999", -doubleMax, -1, true},
+        {"1e-999", 0, 1, true},
+        {"0.01e99999999999999999999", doubleMax, 0, false},
         {"1,5", 1, 1, true},
         {"", 0, 0, false},
         {"-", 0, 0, false},

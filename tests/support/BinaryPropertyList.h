@@ -6,9 +6,14 @@
 
 namespace velmora {
 
+/// An object: its marker and what follows it.
+inline std::string binaryObject(int marker, const std::string& rest = {}) {
+    return static_cast<char>(marker) + rest;
+}
+
 /// A text object of up to 14 characters.
 inline std::string binaryText(const std::string& text) {
-    return static_cast<char>(0x50 + static_cast<int>(text.size())) + text;
+    return binaryObject(0x50 + static_cast<int>(text.size()), text);
 }
 
 /// A binary property list of these objects, the first of them the root, with two bytes for each

@@ -139,6 +139,9 @@ private:
             if (!skipBlanks()) return false;
             if (atEnd() || isAt('}')) break;
             if (++values_ > PropertyListLimits::values) return fail("there are too many values");
+            if (dictionary.count() >= PropertyListLimits::keysOfOneDictionary) {
+                return fail("there are too many keys");
+            }
             std::string key;
             if (!readString(key) || !skipBlanks()) return false;
             PropertyList entry;
@@ -207,6 +210,7 @@ private:
     bool readEscape(std::string& string) {
         const std::size_t start = at_++;
         if (atEnd()) return failAt(start, "the string has no end");
+        if (isAt('\0')) return fail("a text cannot hold the character 0");
         const char c = text_[at_];
         char32_t character = 0;
         if (c >= '0' && c <= '7') {

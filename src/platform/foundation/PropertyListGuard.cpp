@@ -1,6 +1,7 @@
 #include "platform/foundation/PropertyListGuard.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -149,10 +150,17 @@ private:
         const bool isWrapper = wrapped_ && depth_ == 0;
         rootBegun_ = true;
         if (!isWrapper) ++values_;
+        if (name_ == "key") ++keys_[static_cast<std::size_t>(depth_)];
+        if (keys_[static_cast<std::size_t>(depth_)] > PropertyListLimits::keysOfOneDictionary ||
+            values_ > PropertyListLimits::values || depth_ >= deepest()) {
+            return false;
+        }
         ++depth_;
-        return values_ <= PropertyListLimits::values &&
-               depth_ - (wrapped_ ? 1 : 0) <= PropertyListLimits::nesting;
+        keys_[static_cast<std::size_t>(depth_)] = 0;
+        return true;
     }
+
+    int deepest() const { return PropertyListLimits::nesting + (wrapped_ ? 1 : 0); }
 
     bool leave() {
         if (depth_ == 0) return false;
@@ -168,6 +176,7 @@ private:
     std::size_t copied_ = 0;  // how much of the text is in the buffer
     std::size_t values_ = 0;
     int depth_ = 0;
+    std::array<std::size_t, PropertyListLimits::nesting + 2> keys_{};  // by depth
     bool rootBegun_ = false;
     bool rootEnded_ = false;
     bool wrapped_ = false;       // the root is a plist element …
@@ -259,7 +268,8 @@ private:
             case 0xA:
             case 0xC: return size <= room / referenceSize_ && visitAll(extent, at, size, depth);
             case 0xD:
-                return size <= room / referenceSize_ / 2 && visitAll(extent, at, 2 * size, depth);
+                return size <= PropertyListLimits::keysOfOneDictionary &&
+                       size <= room / referenceSize_ / 2 && visitAll(extent, at, 2 * size, depth);
             default: return false;
         }
     }

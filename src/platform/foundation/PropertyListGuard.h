@@ -12,12 +12,14 @@ namespace velmora {
 struct PropertyListLimits {
     static constexpr std::size_t fileSize = std::size_t{64} << 20U;
     static constexpr std::size_t values = std::size_t{1} << 20U;
+    static constexpr std::size_t keysOfOneDictionary = 10'000;
     static constexpr int nesting = 256;
 };
 
 /// The library that reads XML and binary property lists recurses without a bound, follows shared
-/// parts as often as they are referred to, aborts the process over the character 0 in a key, and
-/// takes a cut-off document for a whole one. What is handed to it passes here first.
+/// parts as often as they are referred to, compares each key with many of those before it, aborts
+/// the process over the character 0 in a key, and takes a cut-off document for a whole one. What is
+/// handed to it passes here first.
 
 /// The XML text to hand over, or nothing when it is no single whole element in a property list's
 /// simple syntax (attributes only on the plist element, instructions and a document type without

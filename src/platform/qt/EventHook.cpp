@@ -1,6 +1,7 @@
 #include "platform/qt/EventHook.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QThread>
@@ -143,6 +144,7 @@ std::optional<EventHook::Outcome> EventHook::outcomeOf(std::optional<Decision>& 
 
 EventHook::Outcome EventHook::take(const QtEventRef& event) {
     const std::vector<QtEventRef> lost = held_.note(event);
+    noteRelease(*event);
     if (NSApp().isFetching()) {
         if (wait_.isWaiting()) {
             for (const QtEventRef& release : lost) NSApp().postEvent(release);
@@ -155,11 +157,29 @@ EventHook::Outcome EventHook::take(const QtEventRef& event) {
             return Outcome::Kept;
         }
     }
-    Delivery delivery{*event, queue_.isEmpty(), false, delivery_};
+    Delivery delivery{*event, queue_.isEmpty(), false, delivery_, {}, false};
+    if (const QtMouse* mouse = event->original().mouse();
+        mouse && mouse->type == QEvent::MouseButtonPress) {
+        delivery.pointer = mouse->global;
+    }
     const QScopedValueRollback<Delivery*> delivering(delivery_, &delivery);
     NSApp().postEvent(event);
     NSApp().deliverEvents();
     return delivery.passed ? Outcome::Passed : Outcome::Kept;
+}
+
+void EventHook::noteRelease(const QtEvent& event) {
+    const QtMouse* mouse = event.original().mouse();
+    if (!delivery_ || !mouse || mouse->type != QEvent::MouseButtonRelease) return;
+    const QtMouse* press = delivery_->event.original().mouse();
+    if (!press || press->button != mouse->button) return;
+    delivery_->pointer = mouse->global;
+    delivery_->released = true;
+}
+
+QPointF EventHook::pointerLocation() const {
+    if (delivery_ && delivery_->pointer) return *delivery_->pointer;
+    return QCursor::pos();
 }
 
 bool EventHook::endsPressInDelivery(const QtEvent& event) const {
@@ -194,6 +214,7 @@ void EventHook::closeDeliveries() {
 
 void EventHook::wait(Time deadline) {
     closeDeliveries();
+    if (delivery_ && !delivery_->released) delivery_->pointer.reset();
     for (NSEventRef& event : std::exchange(forFetch_, {})) NSApp().postEvent(std::move(event));
     for (NSEventRef& event : held_.released(steadyNow())) NSApp().postEvent(std::move(event));
     if (!NSApp().hasEvents() && !letHostGoOn(deadline)) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointF>
 #include <QTimer>
 #include <functional>
 #include <optional>
@@ -42,6 +43,11 @@ public:
     /// Lets a wait return. False when none runs, or the host has begun a loop inside it.
     bool endWait();
 
+    /// Where the pointer is, on the whole screen. For who deals with a press of a button: where
+    /// that was, until something is waited for, and where the release was, once it has come; the
+    /// host may have been busy, and the pointer may have gone on.
+    QPointF pointerLocation() const;
+
     /// When a mouse button was last released, by the desktop's clock.
     static std::optional<Time> lastReleaseTime();
 
@@ -55,6 +61,8 @@ private:
         bool open = true;
         bool passed = false;
         Delivery* outer = nullptr;
+        std::optional<QPointF> pointer;
+        bool released = false;
     };
 
     /// What became of an event to which another one of Qt's belongs: a shortcut override, which the
@@ -72,6 +80,7 @@ private:
     Outcome mouse(QWindow& window, QMouseEvent& event);
     Outcome keyDown(QWindow& window, QKeyEvent& event);
     Outcome take(const QtEventRef& event);
+    void noteRelease(const QtEvent& event);
     bool endsPressInDelivery(const QtEvent& event) const;
     void closeDeliveries();
     bool letHostGoOn(Time deadline);

@@ -16,8 +16,9 @@ namespace velmora {
 
 namespace {
 
-/// A menu that comes later than that, in ms, is none that answers our event.
-constexpr int longestWait = 500;
+/// A menu that comes later than that, in ms, is none that answers our event. The first menu of a
+/// host takes a while.
+constexpr int longestWait = 3000;
 constexpr std::size_t deepest = 12;
 
 /// Menus that fade or roll in would be seen doing it.
@@ -187,9 +188,10 @@ void QtContextMenus::openUnseen(QWidget& widget, QPoint global,
 void QtContextMenus::keepOffScreen(QWidget& widget) {
     const std::shared_ptr<Opening> opening = opening_;
     auto* menu = qobject_cast<QMenu*>(&widget);
-    if (!menu || !opening->hiding) return;
+    if (!opening->hiding || widget.windowType() == Qt::ToolTip) return;
     if (opening->menus.empty()) {
-        if (opening->age.hasExpired(longestWait)) {
+        // Some hosts answer with a dialog, whose menus are for the user.
+        if (!menu || opening->age.hasExpired(longestWait)) {
             opening->stopHiding();
             return;
         }
@@ -197,6 +199,7 @@ void QtContextMenus::keepOffScreen(QWidget& widget) {
         QMetaObject::invokeMethod(
             &context_, [opening] { opening->finish(); }, Qt::QueuedConnection);
     }
+    if (!menu) return;
     opening->menus.emplace_back(menu);
     menu->setAttribute(Qt::WA_DontShowOnScreen);
     // The host may show the same menu again, for the user.

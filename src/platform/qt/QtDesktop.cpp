@@ -1,7 +1,6 @@
 #include "platform/qt/QtDesktop.h"
 
 #include <QApplication>
-#include <QCursor>
 #include <QDesktopServices>
 #include <QUrl>
 #include <algorithm>
@@ -158,7 +157,7 @@ std::unique_ptr<PanelPeer> QtDesktop::makePanel(NSPanel& panel) {
 // The pointer
 
 NSPoint QtDesktop::mouseLocation() {
-    return session_ ? screenPoint(QCursor::pos()) : NSPoint();
+    return session_ ? screenPoint(session_->hook.pointerLocation()) : NSPoint();
 }
 
 void QtDesktop::showCursor(const NSCursor* cursor) {

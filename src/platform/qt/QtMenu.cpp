@@ -81,6 +81,8 @@ void QtMenu::bringUpToDate() {
     const Raised busy(bringingUpToDate_);
     arrange(wantedItems());
     bringSubmenusUpToDate();
+    // The owner may have come by meanwhile.
+    if (dirty_ && owner_) owner_->becameDirty(*this);
 }
 
 void QtMenu::bringSubmenusUpToDate() {
@@ -206,7 +208,7 @@ void QtMenu::update() {
     const Id keep = shared_from_this();
     if (auto* menu = qobject_cast<QMenu*>(widget_.data()); menu && owner_) owner_->open(*menu);
     const Raised preparing(preparing_);
-    dirty_ = true;
+    markDirty();
     bringUpToDate();
 }
 

@@ -155,7 +155,7 @@ std::shared_ptr<QtMenu> QtMenuBars::mirrorOf(QMenuBar& bar) {
         known->mirror = std::make_shared<QtMenu>(*this, bar, std::string(), 0);
         known->mirror->markDirty();
     }
-    const std::shared_ptr<QtMenu> mirror = known->mirror;
+    std::shared_ptr<QtMenu> mirror = known->mirror;
     bringUpToDate();
     return mirror;
 }

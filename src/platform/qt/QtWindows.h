@@ -59,10 +59,8 @@ public:
 
 private:
     void settle();
-    void forget(const QObject* host) { known_.erase(host); }
     std::vector<std::shared_ptr<QtWindow>> visibleWindows();
 
-    // Work that waits outlives nothing that it refers to: both belong to the desktop.
     X11Windows x11_;
     QtContextMenus contextMenus_;
     QObject context_;
