@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -50,6 +51,10 @@ public:
     /// event that was kept from the host while it waited is delivered later, in the order of these
     /// calls.
     virtual void dispatchEvent(const std::shared_ptr<NSEvent>& event) = 0;
+
+    /// Runs a command of one of our own menus: at once, or soon, with the same current event, where
+    /// the host is still in the middle of an event and the command may run a loop.
+    virtual void runCommand(const std::function<void()>& command) { command(); }
 
     /// The menu bar of the window that is key or was last, as it stands now; null without one. The
     /// same menus and items are the same objects from call to call.

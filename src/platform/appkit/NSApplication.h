@@ -39,7 +39,7 @@ public:
     NSEventRef nextEventMatchingMask_untilDate_inMode_dequeue(std::uint32_t mask, Time until,
                                                               RunLoopMode mode, bool dequeue);
 
-    /// The event that was fetched last.
+    /// The event that was fetched last, or for which a desktop does something only now.
     const NSEventRef& currentEvent() const { return currentEvent_; }
 
     NSMenuRef mainMenu();
@@ -70,6 +70,9 @@ public:
 
     /// Puts an event at the end of the queue.
     void postEvent(NSEventRef event);
+
+    /// For work that was put off while the event was dispatched.
+    void setCurrentEvent(NSEventRef event) { currentEvent_ = std::move(event); }
 
     /// Whether events wait in the queue.
     bool hasEvents() const { return !queue_.empty(); }

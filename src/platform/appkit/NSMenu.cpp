@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/Desktop.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
@@ -91,8 +92,9 @@ void NSMenu::performActionForItemAtIndexImplementation(int index) {
 }
 
 void NSMenu::runItem(NSMenuItem& item) {
-    NSApplication::sharedApplication().sendAction_to_from(item.action(), item.target(),
-                                                          item.shared_from_this());
+    const auto chosen = std::static_pointer_cast<NSMenuItem>(item.shared_from_this());
+    desktop().runCommand(
+        [chosen] { NSApp().sendAction_to_from(chosen->action(), chosen->target(), chosen); });
 }
 
 }  // namespace velmora

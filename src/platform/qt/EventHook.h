@@ -37,6 +37,9 @@ public:
     /// hook was called with and nothing came between; else in its turn.
     void dispatch(const QtEvent& event);
 
+    /// Whether the toolkit is in the middle of an event that it has given us.
+    bool isDelivering() const { return delivery_ != nullptr; }
+
     /// As Desktop::wait.
     void wait(Time deadline);
 

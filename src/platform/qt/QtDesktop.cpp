@@ -137,6 +137,20 @@ void QtDesktop::dispatchEvent(const NSEventRef& event) {
     }
 }
 
+void QtDesktop::runCommand(const std::function<void()>& command) {
+    if (!session_ || !session_->hook.isDelivering()) {
+        command();
+        return;
+    }
+    // The toolkit goes on with the event's window afterwards, which may be gone after a loop.
+    const auto run = [event = NSApp().currentEvent(), command] {
+        NSApp().setCurrentEvent(event);
+        command();
+    };
+    QMetaObject::invokeMethod(
+        &session_->context, [run] { guarded("A command", run); }, Qt::QueuedConnection);
+}
+
 std::shared_ptr<NSMenu> QtDesktop::mainMenu() {
     return session_ ? session_->menuBars.mainMenu() : nullptr;
 }

@@ -30,6 +30,7 @@ public:
     void wait(Time deadline) override;
     void timersChanged(std::optional<Time> earliest) override;
     void dispatchEvent(const NSEventRef& event) override;
+    void runCommand(const std::function<void()>& command) override;
     std::shared_ptr<NSMenu> mainMenu() override;
     std::vector<std::shared_ptr<NSWindow>> orderedWindows() override;
     std::shared_ptr<NSWindow> keyWindow() override;
