@@ -160,7 +160,8 @@ QMargins QtPanel::decorations() {
     const QWindow* own = dialog_->windowHandle();
     if (own && !own->frameMargins().isNull()) margins_ = own->frameMargins();
     if (!margins_.isNull()) return margins_;
-    const auto key = windows_ ? std::dynamic_pointer_cast<QtWindow>(windows_->keyWindow()) : nullptr;
+    const auto key =
+        windows_ ? std::dynamic_pointer_cast<QtWindow>(windows_->keyWindow()) : nullptr;
     const QWindow* around = key ? key->handle() : nullptr;
     return around ? around->frameMargins() : QMargins();
 }
