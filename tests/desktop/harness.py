@@ -419,7 +419,9 @@ def _reporting(test):
         except BaseException:
             self.report()
             raise
-        self.screen.screenshot(self.id().split(".", 1)[-1])
+        name = self.id().split(".", 1)[-1]
+        (PICTURES / f"failed-{name}.png").unlink(missing_ok=True)
+        self.screen.screenshot(name)
     return run
 
 
