@@ -114,6 +114,11 @@ struct HappenedExpectation {
     std::vector<std::string> wanted;
 };
 
+/// The same of all kinds together, as Transcript::happenings gives them.
+struct OrderExpectation {
+    std::vector<std::string> wanted;
+};
+
 struct FileExpectation {
     enum class Check { missing, exists, text, value, entries, reads };
     Check check = Check::exists;
@@ -154,8 +159,8 @@ struct Statement {
     std::string text;
     std::variant<LaunchStep, QuitStep, InStep, ActivationStep, ButtonStep, ModifierStep, MoveStep,
                  KeyStep, ScrollStep, WaitStep, ChooseStep, FileStep, MenuStep, WindowStep,
-                 HappenedExpectation, FileExpectation, MenuExpectation, ItemExpectation,
-                 KeyWindowExpectation, CursorExpectation, TimeExpectation>
+                 HappenedExpectation, OrderExpectation, FileExpectation, MenuExpectation,
+                 ItemExpectation, KeyWindowExpectation, CursorExpectation, TimeExpectation>
         what;
 };
 
