@@ -40,7 +40,7 @@ class Files:
         self.assertEqual(application.commands(mark), [])
 
     def assert_click(self, application, button=RIGHT):
-        """The button is the host's, whatever way it goes. Upwards is out of a menu that it opens."""
+        """The button is the host's, whatever way it goes. Upwards is out of a menu of its."""
         mark = application.mark()
         application.draw("u", button=button)
         # Letters are told from where the pointer is, so it stays until the release has arrived.

@@ -41,10 +41,14 @@ OPENBOX = """<?xml version="1.0" encoding="UTF-8"?>
   <mouse>
     <dragThreshold>8</dragThreshold><doubleClickTime>200</doubleClickTime>
     <context name="Client">
-      <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
+      <mousebind button="Left" action="Press">
+        <action name="Focus"/><action name="Raise"/>
+      </mousebind>
     </context>
     <context name="Titlebar">
-      <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
+      <mousebind button="Left" action="Press">
+        <action name="Focus"/><action name="Raise"/>
+      </mousebind>
     </context>
   </mouse>
   <menu/>
@@ -57,7 +61,7 @@ class Timeout(AssertionError):
     """What was waited for did not come."""
 
 
-def wait_for(condition, what, limit=LIMIT):
+def wait_for(condition, what, limit=LIMIT, interval=0.004):
     """Returns the condition's first true value; fails with `what` when none comes in time."""
     deadline = time.monotonic() + limit
     while True:
@@ -66,7 +70,7 @@ def wait_for(condition, what, limit=LIMIT):
             return value
         if time.monotonic() > deadline:
             raise Timeout(f"waited {limit} s in vain for {what}")
-        time.sleep(0.004)
+        time.sleep(interval)
 
 
 def stays(condition, seconds):
@@ -139,7 +143,7 @@ class Screen:
         return {**kept, **folders, "HOME": str(home), "DISPLAY": self.name, "LANG": "C.UTF-8",
                 "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "xcb", "NO_AT_BRIDGE": "1",
                 "QT_ACCESSIBILITY": "0", "QT_SCALE_FACTOR": "1",
-                # No services: an address at which nobody listens also keeps them from being started.
+                # No services: an address where nobody listens keeps them from being started.
                 "DBUS_SESSION_BUS_ADDRESS": f"unix:path={home}/.runtime/none"}
 
     def _start_server(self):
@@ -346,10 +350,10 @@ class Application:
     def beeps(self, since=0):
         return self.texts(since).count("beep")
 
-    def wait_text(self, pattern, since=0, limit=LIMIT):
+    def wait_text(self, pattern, since=0, limit=LIMIT, interval=0.004):
         """Waits for a line of the log."""
         return wait_for(lambda: [text for text in self.texts(since) if re.search(pattern, text)],
-                        f"{pattern!r} in the log", limit)[0]
+                        f"{pattern!r} in the log", limit, interval)[0]
 
     def wait_ready(self):
         """Waits until the plug-in watches the events of the application."""
@@ -411,16 +415,19 @@ def _reporting(test):
     @functools.wraps(test)
     def run(self, *arguments):
         try:
-            return test(self, *arguments)
+            test(self, *arguments)
         except BaseException:
             self.report()
             raise
+        name = self.id().split(".", 1)[-1]
+        (PICTURES / f"failed-{name}.png").unlink(missing_ok=True)
+        self.screen.screenshot(name)
     return run
 
 
 class DesktopTest(unittest.TestCase):
     """Tests that share a screen. Each has a home directory of its own, and its applications end
-    with it; when it fails, a picture and what they said is left behind."""
+    with it. It leaves a picture of the screen, and prints what they said when it fails."""
 
     def __init_subclass__(cls, **options):
         super().__init_subclass__(**options)
@@ -477,4 +484,4 @@ class DesktopTest(unittest.TestCase):
 
     def assertNothingHeld(self):
         """No button is down, and no modifier key."""
-        self.assertEqual(self.x.pointer()[2] & 0x1FFF & ~0x10, 0, "a button or key is held")
+        self.assertEqual(self.x.pointer()[2] & xclient.HELD_MASK, 0, "a button or key is held")

@@ -32,7 +32,8 @@ class HostPrograms:
         wait_for(lambda: self.x.active_window() == window, "the window to be active")
 
     def says(self, application, line, limit=harness.LIMIT):
-        wait_for(lambda: line in application.output().splitlines(), f"{line!r} from the host", limit)
+        wait_for(lambda: line in application.output().splitlines(), f"{line!r} from the host",
+                 limit)
 
     def stroke_until(self, window, condition):
         """Presses the right button and keeps drawing, until the condition holds."""

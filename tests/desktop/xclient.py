@@ -12,8 +12,8 @@ import time
 import zlib
 
 LEFT, MIDDLE, RIGHT = 1, 2, 3
-BUTTON_MASKS = {1: 1 << 8, 2: 1 << 9, 3: 1 << 10, 4: 1 << 11, 5: 1 << 12}
-KEY_MASKS = 0xFD  # every modifier but the caps lock
+# In a pointer's mask: the five buttons, and every modifier key but the number lock.
+HELD_MASK = 0x1FEF
 
 # The longest step of a stroke in seconds: a tester that was kept waiting goes on where it was, so
 # that no corner of a stroke is jumped over.
@@ -92,16 +92,18 @@ _xtest = ctypes.CDLL("libXtst.so.6")
 _P, _W, _I, _U, _L = (ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_uint, ctypes.c_long)
 for _function, _result, *_arguments in (
         ("XOpenDisplay", _P, ctypes.c_char_p), ("XCloseDisplay", _I, _P),
-        ("XDefaultRootWindow", _W, _P), ("XSync", _I, _P, _I), ("XFlush", _I, _P),
+        ("XDefaultRootWindow", _W, _P), ("XSync", _I, _P, _I),
         ("XInternAtom", _W, _P, ctypes.c_char_p, _I), ("XFree", _I, _P),
         ("XKeysymToKeycode", ctypes.c_ubyte, _P, _W),
-        ("XStringToKeysym", _W, ctypes.c_char_p), ("XKeycodeToKeysym", _W, _P, ctypes.c_ubyte, _I),
+        ("XStringToKeysym", _W, ctypes.c_char_p),
         ("XSelectInput", _I, _P, _W, _L), ("XPending", _I, _P), ("XNextEvent", _I, _P, _P),
         ("XGetWindowAttributes", _I, _P, _W, _P), ("XGetImage", _P, _P, _W, _I, _I, _U, _U, _W, _I),
         ("XTranslateCoordinates", _I, _P, _W, _W, _I, _I, _P, _P, _P),
         ("XCreateSimpleWindow", _W, _P, _W, _I, _I, _U, _U, _U, _W, _W),
         ("XStoreName", _I, _P, _W, ctypes.c_char_p), ("XMapWindow", _I, _P, _W),
-        ("XConnectionNumber", _I, _P), ("XGetInputFocus", _I, _P, _P, _P), ("XSendEvent", _I, _P, _W, _I, _L, _P), ("XDestroyWindow", _I, _P, _W), ("XMoveResizeWindow", _I, _P, _W, _I, _I, _U, _U),
+        ("XDestroyWindow", _I, _P, _W), ("XMoveResizeWindow", _I, _P, _W, _I, _I, _U, _U),
+        ("XConnectionNumber", _I, _P), ("XGetInputFocus", _I, _P, _P, _P),
+        ("XSendEvent", _I, _P, _W, _I, _L, _P),
         ("XQueryPointer", _I, _P, _W, _P, _P, _P, _P, _P, _P, _P),
         ("XQueryTree", _I, _P, _W, _P, _P, _P, _P), ("XSetErrorHandler", _P, _P),
         ("XGetWindowProperty", _I, _P, _W, _W, _L, _L, _I, _W, _P, _P, _P, _P, _P)):
@@ -193,11 +195,6 @@ class Display:
                 self.key_down(name)
             for name in reversed(names):
                 self.key_up(name)
-
-    def type(self, text):
-        for character in text:
-            name = {" ": "space", "\n": "Return", ".": "period"}.get(character, character)
-            self.keys(("Shift_L+" + name.lower()) if name in "ABCDEFGHIJKLMNOPQRSTUVWXYZ" else name)
 
     def _key_code(self, name):
         name = {"ctrl": "Control_L", "alt": "Alt_L", "shift": "Shift_L", "super": "Super_L"}.get(

@@ -30,7 +30,6 @@ struct Router : HeadlessHost {
         launch();
         current = this;
         // Ours now stands where the host's dispatch did; put a witness there.
-        static const Selector dispatch = Selector::named("velmoraSendEvent:");
         Class& application = NSApplication::classObject();
         application.class_removeMethods({methodFor<&Router::witness>("velmoraSendEvent:")});
         application.class_addMethods({methodFor<&Router::witness>("velmoraSendEvent:")});

@@ -37,6 +37,12 @@ public:
 
 class NSRunLoopTest : public testing::Test {
 protected:
+    /// A timer keeps its target, and this target its timers.
+    void TearDown() override {
+        target->firings.clear();
+        target->whenFired = nullptr;
+    }
+
     NSTimerRef schedule(int ms, bool repeats = false) {
         return NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
             ms / 1000.0, target, Selector::named("fired:"), nullptr, repeats);

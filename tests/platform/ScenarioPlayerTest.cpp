@@ -60,6 +60,7 @@ TEST(ScenarioPlayerTest, EveryKindOfExpectationCanFail) {
     const std::pair<const char*, const char*> rows[] = {
         {"expect ran \"a\"", "nothing"},
         {"expect beeps 2", "0"},
+        {"press left\nexpect in order \"beep\"", "\"event left down\""},
         {"expect log \"a\"", "interface/Velmora.plist"},
         {"expect opened \"a\"", "nothing"},
         {"expect made key \"Main\"", "nothing"},

@@ -65,7 +65,8 @@ void NSImage::compositeToPoint_operation(NSPoint point, NSCompositingOperation o
             const int ty = top + y;
             if (tx < 0 || ty < 0 || tx >= target.width || ty >= target.height) continue;
             const auto at = [](const Bitmap& b, int px, int py) {
-                return static_cast<std::size_t>((py * b.width + px) * 4);
+                const auto row = static_cast<std::size_t>(py) * static_cast<std::size_t>(b.width);
+                return (row + static_cast<std::size_t>(px)) * 4;
             };
             const auto* from = &bitmap_.pixels[at(bitmap_, x, y)];
             auto* to = &target.pixels[at(target, tx, ty)];

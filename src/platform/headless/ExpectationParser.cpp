@@ -127,6 +127,8 @@ ParsedExpectation parseExpectation(ScenarioText& text, ScenarioLine& line) {
     if (parseTable(text, line, parsed)) return parsed;
     if (parseHappened(line, parsed)) {
         // Read to its end.
+    } else if (line.take("in order")) {
+        parsed.what = OrderExpectation{line.quotedTexts()};
     } else if (line.take("file")) {
         parsed.what = parseFile(text, line);
         parsed.aboutHost = false;

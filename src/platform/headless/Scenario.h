@@ -127,6 +127,11 @@ struct HappenedExpectation {
     std::vector<std::string> wanted;
 };
 
+/// The same of all kinds together, as Transcript::happenings gives them.
+struct OrderExpectation {
+    std::vector<std::string> wanted;
+};
+
 struct FileExpectation {
     enum class Check { missing, exists, text, value, entries, reads };
     Check check = Check::exists;
@@ -178,9 +183,10 @@ struct Statement {
     /// The statement as it was written.
     std::string text;
     std::variant<LaunchStep, QuitStep, InStep, ActivationStep, ButtonStep, ModifierStep, MoveStep,
-                 KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ScrollStep, WaitStep, ChooseStep, FileStep, MenuStep, WindowStep,
-                 HappenedExpectation, FileExpectation, MenuExpectation, ItemExpectation,
-                 KeyWindowExpectation, PanelExpectation, TextExpectation, CursorExpectation, TimeExpectation>
+                 KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ScrollStep, WaitStep, ChooseStep,
+                 FileStep, MenuStep, WindowStep, HappenedExpectation, OrderExpectation,
+                 FileExpectation, MenuExpectation, ItemExpectation, KeyWindowExpectation,
+                 PanelExpectation, TextExpectation, CursorExpectation, TimeExpectation>
         what;
 };
 

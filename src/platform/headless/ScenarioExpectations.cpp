@@ -60,6 +60,13 @@ void ScenarioPlayer::act(const HappenedExpectation& expected) {
     }
 }
 
+void ScenarioPlayer::act(const OrderExpectation& expected) {
+    std::size_t& seen = seen_[{process().name(), std::nullopt}];
+    const std::vector<std::string> got = session_.transcript().happenings(process().name(), seen);
+    seen = session_.transcript().entries().size();
+    if (got != expected.wanted) failed(list(expected.wanted), list(got));
+}
+
 void ScenarioPlayer::act(const FileExpectation& expected) {
     using Check = FileExpectation::Check;
     const std::string path = pathOf(expected.name);

@@ -54,6 +54,7 @@ private:
     void act(const MenuStep& step);
     void act(const WindowStep& step);
     void act(const HappenedExpectation& expected);
+    void act(const OrderExpectation& expected);
     void act(const FileExpectation& expected);
     void act(const MenuExpectation& expected);
     void act(const ItemExpectation& expected);
@@ -77,8 +78,9 @@ private:
     const Statement* statement_ = nullptr;
     /// The process that statements outside `in` are about, or null.
     HeadlessProcess* main_ = nullptr;
-    /// Up to where the transcript was looked at, for each kind of entry of each process.
-    std::map<std::pair<std::string, Transcript::Kind>, std::size_t> seen_;
+    /// Up to where the transcript was looked at, for each kind of entry of each process, and for
+    /// all kinds together.
+    std::map<std::pair<std::string, std::optional<Transcript::Kind>>, std::size_t> seen_;
 };
 
 }  // namespace velmora

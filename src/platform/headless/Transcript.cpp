@@ -16,6 +16,18 @@ std::string_view nameOf(Transcript::Kind kind) {
     return names[static_cast<std::size_t>(kind)];
 }
 
+std::string describe(const Transcript::Entry& entry) {
+    std::string text(nameOf(entry.kind));
+    if (!entry.text.empty()) text += ' ' + entry.text;
+    return text;
+}
+
+bool isHappening(Transcript::Kind kind) {
+    using Kind = Transcript::Kind;
+    return kind == Kind::command || kind == Kind::event || kind == Kind::beep ||
+           kind == Kind::log || kind == Kind::opened || kind == Kind::madeKey;
+}
+
 }  // namespace
 
 void Transcript::add(Time at, Kind kind, const std::string& process, std::string text) {
@@ -41,13 +53,23 @@ std::vector<std::string> Transcript::texts(Kind kind, const std::string& process
     return found;
 }
 
+std::vector<std::string> Transcript::happenings(const std::string& process,
+                                                std::size_t first) const {
+    std::vector<std::string> found;
+    for (std::size_t i = first; i < entries_.size(); ++i) {
+        if (entries_[i].process == process && isHappening(entries_[i].kind)) {
+            found.push_back(describe(entries_[i]));
+        }
+    }
+    return found;
+}
+
 void Transcript::print(std::ostream& out) const {
     for (const Entry& entry : entries_) {
         const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(entry.at).count();
         out << std::setw(8) << ms << " ms  ";
         if (!entry.process.empty()) out << entry.process << "  ";
-        out << nameOf(entry.kind);
-        if (!entry.text.empty()) out << ' ' << entry.text;
+        out << describe(entry);
         if (entry.times > 1) out << " (" << entry.times << " times)";
         out << '\n';
     }

@@ -50,6 +50,10 @@ public:
     std::vector<std::string> texts(Kind kind, const std::string& process,
                                    std::size_t first = 0) const;
 
+    /// What the host got and what was done to it, of all kinds, as print shows it: "event right
+    /// up", "ran File/Close", "beep". Motion, modifier keys, the cursor and trace lines are none.
+    std::vector<std::string> happenings(const std::string& process, std::size_t first) const;
+
     void print(std::ostream& out) const;
 
 private:

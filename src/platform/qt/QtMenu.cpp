@@ -15,7 +15,7 @@ namespace velmora {
 
 namespace {
 
-/// Deeper menus are no menus: a host's menu may hold itself.
+/// Deeper menus are no menus.
 constexpr int deepest = 12;
 
 /// What a user sees in the menu: neither hidden actions nor placeholders without a title.
@@ -160,10 +160,18 @@ NSMenuItemRef QtMenu::itemFor(QAction& action, std::vector<NSMenuItemRef>& spare
     return item;
 }
 
+bool QtMenu::isWithin(const QWidget& menu) const {
+    for (const NSMenu* level = this; level; level = level->supermenu()) {
+        const auto* mirror = dynamic_cast<const QtMenu*>(level);
+        if (mirror && mirror->widget_ == &menu) return true;
+    }
+    return false;
+}
+
 void QtMenu::takeOver(QtMenuItem& item, QAction& action) {
     item.setHostAction(action, path_);
     QMenu* menu = action.isSeparator() || depth_ >= deepest ? nullptr : action.menu();
-    if (!menu || !owner_) {
+    if (!menu || !owner_ || isWithin(*menu)) {
         item.setSubmenu(nullptr);
         return;
     }

@@ -69,6 +69,8 @@ private:
     NSMenuItemRef itemFor(QAction& action, std::vector<NSMenuItemRef>& spare);
     void arrange(const std::vector<NSMenuItemRef>& wanted);
     void takeOver(QtMenuItem& item, QAction& action);
+    /// Whether it mirrors that menu or lies below it: a host's menu may hold itself.
+    bool isWithin(const QWidget& menu) const;
     void bringSubmenusUpToDate();
     void showOwnItem(NSMenuItem& item, int index);
     void watchOpening();
