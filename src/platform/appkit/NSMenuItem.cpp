@@ -37,13 +37,16 @@ void NSMenuItem::setTitle(std::string title) {
 }
 
 void NSMenuItem::setKeyEquivalent(std::string key) {
-    if (key == keyEquivalent_) return;
-    keyEquivalent_ = std::move(key);
-    changed();
+    setKeyEquivalent_modifierMask(std::move(key), keyEquivalentModifierMask_);
 }
 
 void NSMenuItem::setKeyEquivalentModifierMask(std::uint32_t mask) {
-    if (mask == keyEquivalentModifierMask_) return;
+    setKeyEquivalent_modifierMask(keyEquivalent_, mask);
+}
+
+void NSMenuItem::setKeyEquivalent_modifierMask(std::string key, std::uint32_t mask) {
+    if (key == keyEquivalent_ && mask == keyEquivalentModifierMask_) return;
+    keyEquivalent_ = std::move(key);
     keyEquivalentModifierMask_ = mask;
     changed();
 }

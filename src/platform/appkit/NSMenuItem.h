@@ -41,6 +41,8 @@ public:
     void setKeyEquivalent(std::string key);
     std::uint32_t keyEquivalentModifierMask() const { return keyEquivalentModifierMask_; }
     void setKeyEquivalentModifierMask(std::uint32_t mask);
+    /// Both in one change.
+    void setKeyEquivalent_modifierMask(std::string key, std::uint32_t mask);
 
     virtual bool isEnabled() const { return enabled_; }
     void setEnabled(bool enabled);

@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QMenu>
 #include <QMenuBar>
 #include <QScopedValueRollback>
+#include <QShortcutEvent>
 #include <QThread>
 
 #include "platform/appkit/NSApplication.h"
@@ -73,7 +75,11 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
     guarded("EventHook", [&] {
         menuBars_.noticeEvent(receiver, event);
         if (takesInput_) {
-            if (receiver->isWindowType() && event->spontaneous()) {
+            if (event->type() == QEvent::Shortcut) {
+                if (menuBars_.shortcuts().settle(static_cast<const QShortcutEvent&>(*event))) {
+                    outcome = Outcome::Kept;
+                }
+            } else if (receiver->isWindowType() && event->spontaneous()) {
                 outcome = input(static_cast<QWindow&>(*receiver), *event);
             }
         } else if (menuBarMayHaveCome_ && mayBringMenuBar(receiver, event)) {
@@ -118,12 +124,23 @@ EventHook::Outcome EventHook::mouse(QWindow& window, QMouseEvent& event) {
     const quint64 timestamp = event.timestamp();
     const auto button = static_cast<int>(event.button());
     const bool pressed = event.type() == QEvent::MouseButtonPress;
+    if (pressed) noteUse(window);
     const Outcome outcome = take(translator_.mouseEvent(window, event));
     if (pressed) press_ = Decision{timestamp, button, outcome};
     return outcome;
 }
 
+void EventHook::noteUse(const QWindow& window) {
+    QtShortcuts& shortcuts = menuBars_.shortcuts();
+    if (!shortcuts.hasGivenBack()) return;
+    const QWidget* widget = QWidget::find(window.winId());
+    if (widget) shortcuts.takeAgain(*widget->window());
+}
+
 EventHook::Outcome EventHook::keyDown(QWindow& window, QKeyEvent& event) {
+    noteUse(window);
+    // The keys are the menu's that is open.
+    if (qobject_cast<QMenu*>(QApplication::activePopupWidget())) return Outcome::Passed;
     if (event.type() == QEvent::KeyPress) {
         const auto outcome = outcomeOf(override_, event.timestamp(), event.key());
         if (outcome) return *outcome;

@@ -81,6 +81,7 @@ private:
     Outcome look(QObject* receiver, QEvent* event);
     Outcome input(QWindow& window, QEvent& event);
     Outcome mouse(QWindow& window, QMouseEvent& event);
+    void noteUse(const QWindow& window);
     Outcome keyDown(QWindow& window, QKeyEvent& event);
     Outcome take(const QtEventRef& event);
     void noteRelease(const QtEvent& event);

@@ -5,6 +5,7 @@
 #include <bit>
 
 #include "platform/qt/QtCoordinates.h"
+#include "platform/qt/QtKeys.h"
 #include "platform/qt/QtWindow.h"
 #include "platform/qt/QtWindows.h"
 
@@ -19,36 +20,6 @@ namespace {
 
 /// X's mask of Caps Lock, which the toolkit's own modifiers leave out.
 constexpr quint32 capsLockState = 2;
-
-constexpr char16_t firstFunctionKey = 0xF700;
-
-struct NamedKey {
-    int key;
-    char16_t character;
-};
-constexpr NamedKey namedKeys[] = {
-    {Qt::Key_Up, 0xF700},       {Qt::Key_Down, 0xF701},        {Qt::Key_Left, 0xF702},
-    {Qt::Key_Right, 0xF703},    {Qt::Key_Insert, 0xF727},      {Qt::Key_Delete, 0xF728},
-    {Qt::Key_Home, 0xF729},     {Qt::Key_End, 0xF72B},         {Qt::Key_PageUp, 0xF72C},
-    {Qt::Key_PageDown, 0xF72D}, {Qt::Key_Print, 0xF72E},       {Qt::Key_ScrollLock, 0xF72F},
-    {Qt::Key_Pause, 0xF730},    {Qt::Key_SysReq, 0xF731},      {Qt::Key_Menu, 0xF735},
-    {Qt::Key_Clear, 0xF739},    {Qt::Key_Select, 0xF741},      {Qt::Key_Execute, 0xF742},
-    {Qt::Key_Undo, 0xF743},     {Qt::Key_Redo, 0xF744},        {Qt::Key_Find, 0xF745},
-    {Qt::Key_Help, 0xF746},     {Qt::Key_Mode_switch, 0xF747}, {Qt::Key_Enter, 0x03},
-    {Qt::Key_Tab, 0x09},        {Qt::Key_Return, 0x0D},        {Qt::Key_Backtab, 0x19},
-    {Qt::Key_Escape, 0x1B},     {Qt::Key_Backspace, 0x7F},
-};
-
-/// 0 for a key that has no fixed character.
-char16_t characterOfNamedKey(int key) {
-    if (key >= Qt::Key_F1 && key <= Qt::Key_F35) {
-        return static_cast<char16_t>(0xF704 + (key - Qt::Key_F1));
-    }
-    for (const NamedKey& named : namedKeys) {
-        if (named.key == key) return named.character;
-    }
-    return 0;
-}
 
 int buttonNumber(Qt::MouseButtons buttons) {
     return buttons == Qt::NoButton ? 0 : std::countr_zero(static_cast<unsigned>(int(buttons)));
@@ -89,16 +60,6 @@ QtMouse readMouse(QMouseEvent& event) {
 }
 
 }  // namespace
-
-std::string charactersForKey(int key, Qt::KeyboardModifiers modifiers, const QString& text) {
-    if (const char16_t character = characterOfNamedKey(key)) {
-        return QString(QChar(character)).toStdString();
-    }
-    if (key <= 0 || key >= Qt::Key_Escape) return text.toStdString();
-    const auto code = static_cast<char32_t>(key);
-    const QString character = QString::fromUcs4(&code, 1);
-    return (modifiers & Qt::ShiftModifier ? character : character.toLower()).toStdString();
-}
 
 std::shared_ptr<QtWindow> EventTranslator::windowOf(QWindow& window) {
     QWidget* widget = QWidget::find(window.winId());
@@ -170,11 +131,9 @@ QtEventRef EventTranslator::keyEvent(QWindow& window, const QKeyEvent& event) {
     } else {
         fields.type = released ? NSKeyUp : NSKeyDown;
         fields.modifierFlags = flagsForModifiers(modifiers);
-        if (characterOfNamedKey(key.key) >= firstFunctionKey) {
-            fields.modifierFlags |= NSFunctionKeyMask;
-        }
+        if (isFunctionKey(key.key)) fields.modifierFlags |= NSFunctionKeyMask;
         fields.characters = key.text.toStdString();
-        fields.charactersIgnoringModifiers = charactersForKey(key.key, modifiers, key.text);
+        fields.charactersIgnoringModifiers = charactersForKey(event);
         fields.isARepeat = key.autoRepeat;
     }
     if (key.nativeModifiers & capsLockState) fields.modifierFlags |= NSAlphaShiftKeyMask;

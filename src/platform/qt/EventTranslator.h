@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMouseEvent>
-#include <string>
 
 #include "platform/qt/ModifierKeys.h"
 #include "platform/qt/QtEvent.h"
@@ -35,9 +34,5 @@ private:
     ModifierKeys modifierKeys_;
     int lastNumber_ = 0;
 };
-
-/// What the platform says for the key without its modifiers except Shift: the key's character, for
-/// a function key one from U+F700 on. UTF-8.
-std::string charactersForKey(int key, Qt::KeyboardModifiers modifiers, const QString& text);
 
 }  // namespace velmora

@@ -39,6 +39,10 @@ public:
     QObject* create(const QString& key, const QString& /*specification*/) override {
         if (key.compare(QLatin1String("velmora"), Qt::CaseInsensitive) != 0) return nullptr;
         auto* seat = new QObject();
+        // Before any of the host's own that hear of it.
+        connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, seat, [] {
+            if (desktopOfProcess) guarded("The end", [] { desktopOfProcess->hostWillQuit(); });
+        });
         // The first pass of the loop finds the application complete.
         QTimer::singleShot(0, seat, [] { begin(); });
         return seat;

@@ -64,6 +64,10 @@ QtDesktop::QtDesktop()
     session_->launch.start(0);
 }
 
+void QtDesktop::hostWillQuit() {
+    if (session_) session_->menuBars.shortcuts().giveBack(nullptr);
+}
+
 void QtDesktop::close() {
     session_.reset();
 }

@@ -22,6 +22,9 @@ public:
     /// launching when the first window with a menu bar is up, and nothing happens before.
     QtDesktop();
 
+    /// The host's loop has ended, or is about to: it will save what it has to save.
+    void hostWillQuit();
+
     /// The application object is about to go, and with it everything that hangs on it. What is
     /// asked from here on gets the answers of a host without windows.
     void close();

@@ -169,9 +169,10 @@ bool QtMenu::isWithin(const QWidget& menu) const {
 }
 
 void QtMenu::takeOver(QtMenuItem& item, QAction& action) {
-    item.setHostAction(action, path_);
+    if (!owner_) return;
+    item.setHostAction(action, path_, owner_->shortcuts());
     QMenu* menu = action.isSeparator() || depth_ >= deepest ? nullptr : action.menu();
-    if (!menu || !owner_ || isWithin(*menu)) {
+    if (!menu || isWithin(*menu)) {
         item.setSubmenu(nullptr);
         return;
     }
@@ -230,6 +231,13 @@ bool QtMenu::isReachable() const {
     return widget_->isEnabled() && !isBlockedByModal(*widget_);
 }
 
+QMenuBar* QtMenu::bar() const {
+    const NSMenu* outermost = this;
+    while (outermost->supermenu()) outermost = outermost->supermenu();
+    const auto* mirror = dynamic_cast<const QtMenu*>(outermost);
+    return mirror ? qobject_cast<QMenuBar*>(mirror->widget_.data()) : nullptr;
+}
+
 bool QtMenu::hasOwnSubmenu() const {
     return std::any_of(own_.begin(), own_.end(),
                        [](const Own& own) { return own.item->hasSubmenu(); });
@@ -263,8 +271,13 @@ void QtMenu::itemWillBeRemoved(int index) {
 
 void QtMenu::itemWasChanged(int index) {
     const NSMenuItemRef item = itemAtIndex(index);
+    if (!owner_) return;
+    if (auto* mirrored = dynamic_cast<QtMenuItem*>(item.get())) {
+        mirrored->writeKeyEquivalent(owner_->shortcuts(), bar());
+        return;
+    }
     Own* own = ownOf(item.get());
-    if (!own || !owner_) return;
+    if (!own) return;
     QAction* before = own->action;
     QAction* action = owner_->ownMenus().actionFor(*item, before);
     if (action == before) return;

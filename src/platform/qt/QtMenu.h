@@ -9,6 +9,7 @@
 #include "platform/qt/QtMenuItem.h"
 
 class QMenu;
+class QMenuBar;
 
 namespace velmora {
 
@@ -41,6 +42,9 @@ public:
 
     /// Whether a user could open the menu and choose from it.
     bool isReachable() const;
+
+    /// The bar at the top of it all; null for a menu that stands in none now.
+    QMenuBar* bar() const;
 
     /// Whether an item of ours with a submenu stands here.
     bool hasOwnSubmenu() const;

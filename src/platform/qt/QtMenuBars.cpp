@@ -205,7 +205,9 @@ void QtMenuBars::closeOpened() {
     }
 }
 
-void QtMenuBars::noticeAction(QObject* receiver, QEvent::Type type) {
+void QtMenuBars::noticeAction(QObject* receiver, const QActionEvent& event) {
+    const QEvent::Type type = event.type();
+    if (type == QEvent::ActionChanged && event.action() == shortcuts_.written()) return;
     if (closing_ && type == QEvent::ActionRemoved) return;
     bool known = false;
     const auto [first, last] = mirrors_.equal_range(receiver);
@@ -225,6 +227,10 @@ void QtMenuBars::noticeWindow(QObject* receiver, QEvent::Type type) {
     if (!receiver->isWidgetType()) return;
     auto& widget = static_cast<QWidget&>(*receiver);
     if (!widget.isWindow()) return;
+    if (type == QEvent::Close) {
+        shortcuts_.giveBack(&widget);
+        return;
+    }
     if (type == QEvent::Show) {
         windows_.contextMenus().noticeShow(widget);
     } else {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QEvent>
+#include <QActionEvent>
 #include <QMenuBar>
 #include <QPointer>
 #include <QTimer>
@@ -11,6 +11,7 @@
 #include "platform/appkit/NSMenu.h"
 #include "platform/qt/QtCommandRunner.h"
 #include "platform/qt/QtOwnMenus.h"
+#include "platform/qt/QtShortcuts.h"
 
 namespace velmora {
 
@@ -38,8 +39,11 @@ public:
         switch (event->type()) {
             case QEvent::ActionAdded:
             case QEvent::ActionChanged:
-            case QEvent::ActionRemoved: noticeAction(receiver, event->type()); break;
+            case QEvent::ActionRemoved:
+                noticeAction(receiver, static_cast<const QActionEvent&>(*event));
+                break;
             case QEvent::Show:
+            case QEvent::Close:
             case QEvent::WindowActivate: noticeWindow(receiver, event->type()); break;
             default: break;
         }
@@ -66,6 +70,7 @@ public:
 
     QtOwnMenus& ownMenus() { return ownMenus_; }
     QtCommandRunner& runner() { return runner_; }
+    QtShortcuts& shortcuts() { return shortcuts_; }
     const Id& delegate() const { return delegate_; }
 
 private:
@@ -76,7 +81,7 @@ private:
         /// How often our additions were asked for since the user last came to the window.
         int asked = 0;
     };
-    void noticeAction(QObject* receiver, QEvent::Type type);
+    void noticeAction(QObject* receiver, const QActionEvent& event);
     void noticeWindow(QObject* receiver, QEvent::Type type);
     void findBars();
     void learn(QMenuBar& bar);
@@ -92,6 +97,7 @@ private:
     QObject context_;
     QtOwnMenus ownMenus_;
     QtCommandRunner runner_;
+    QtShortcuts shortcuts_;
     Id delegate_;
     bool foundBars_ = false;
     std::vector<Bar> bars_;

@@ -1,6 +1,7 @@
 #include "platform/qt/QtMenuItem.h"
 
 #include "platform/qt/QtMenu.h"
+#include "platform/qt/QtShortcuts.h"
 #include "platform/qt/QtTitles.h"
 
 namespace velmora {
@@ -17,13 +18,23 @@ bool QtMenuItem::isEnabled() const {
     return holder && holder->isReachable();
 }
 
-void QtMenuItem::setHostAction(QAction& action, const std::string& prefix) {
+void QtMenuItem::setHostAction(QAction& action, const std::string& prefix,
+                               QtShortcuts& shortcuts) {
     hostAction_ = &action;
     if (separator_) return;
-    setTitle(titleFromText(action.text()));
+    const std::string title = titleFromText(action.text());
     const QString name = action.objectName();
     NSMenuItem::setAction(
-        Selector::named(name.isEmpty() ? joinedPath(prefix, title()) : name.toStdString()));
+        Selector::named(name.isEmpty() ? joinedPath(prefix, title) : name.toStdString()));
+    // First, since whoever hears of another change finds the item and its action in agreement.
+    KeyEquivalent equivalent = shortcuts.read(action);
+    setKeyEquivalent_modifierMask(std::move(equivalent.key), equivalent.modifiers);
+    setTitle(title);
+}
+
+void QtMenuItem::writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar) {
+    if (!hostAction_ || separator_) return;
+    shortcuts.write(*hostAction_, {keyEquivalent(), keyEquivalentModifierMask()}, bar);
 }
 
 }  // namespace velmora

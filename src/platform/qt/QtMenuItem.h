@@ -5,7 +5,11 @@
 
 #include "platform/appkit/NSMenuItem.h"
 
+class QMenuBar;
+
 namespace velmora {
+
+class QtShortcuts;
 
 /// An item of a host's menu. It stands for whatever action of the host has its place and title, and
 /// survives the exchange of that action.
@@ -20,8 +24,12 @@ public:
     /// Null once the host has deleted it.
     QAction* hostAction() const { return hostAction_; }
 
-    /// Binds the item to the action and takes its title over. `prefix` is the path of its menu.
-    void setHostAction(QAction& action, const std::string& prefix);
+    /// Binds the item to the action and takes over its key equivalent and title. `prefix` is the
+    /// path of its menu.
+    void setHostAction(QAction& action, const std::string& prefix, QtShortcuts& shortcuts);
+
+    /// Gives the action the item's key equivalent, where it has another.
+    void writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar);
 
 private:
     QPointer<QAction> hostAction_;

@@ -3,10 +3,10 @@
 #include <QKeySequence>
 #include <algorithm>
 
-#include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSImage.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtImages.h"
+#include "platform/qt/QtKeys.h"
 #include "platform/qt/QtTitles.h"
 #include "platform/runtime/Class.h"
 
@@ -30,25 +30,13 @@ void runItem(const std::weak_ptr<NSObject>& chosen) {
     if (menu) menu->performActionForItemAtIndex(menu->indexOfItem(*item));
 }
 
-QKeySequence shortcutOf(const NSMenuItem& item) {
-    const QString key = QString::fromStdString(item.keyEquivalent());
-    const std::uint32_t mask = item.keyEquivalentModifierMask();
-    // A bare key would take typing away from the host.
-    if (key.size() != 1 || (mask & (NSCommandKeyMask | NSControlKeyMask)) == 0) return {};
-    int code = key.at(0).toUpper().unicode();
-    if ((mask & NSCommandKeyMask) != 0) code |= static_cast<int>(Qt::CTRL);
-    if ((mask & NSAlternateKeyMask) != 0) code |= static_cast<int>(Qt::ALT);
-    if ((mask & NSShiftKeyMask) != 0) code |= static_cast<int>(Qt::SHIFT);
-    if ((mask & NSControlKeyMask) != 0) code |= static_cast<int>(Qt::META);
-    return QKeySequence(code);
-}
-
 void show(const NSMenuItem& item, OwnAction& action) {
     action.setSeparator(item.isSeparatorItem());
     if (item.isSeparatorItem()) return;
     action.setText(textFromTitle(item.title()));
     action.setEnabled(item.isEnabled());
-    const QKeySequence shortcut = shortcutOf(item);
+    const QKeySequence shortcut =
+        sequenceFor({item.keyEquivalent(), item.keyEquivalentModifierMask()});
     if (action.shortcut() != shortcut) action.setShortcut(shortcut);
     if (action.shown.lock() != item.image()) {
         action.shown = item.image();
