@@ -86,6 +86,7 @@ void Velmora::init() {
         item = installInMainMenu(*mainMenu);
     }
     createComponents();
+    if (item) yieldKeyEquivalents(*mainMenu);
     defaults_ = std::make_shared<VelmoraDefaults>();
     defaults_->initForMenuItem(item);
     if (mnemonicsTF_) mnemonicsTF_->setDelegate(mnemonics_);
@@ -126,6 +127,18 @@ NSMenuItemRef Velmora::installInMainMenu(NSMenu& mainMenu) {
     return item;
 }
 
+/// A combination that the host's own menus use stays the host's.
+void Velmora::yieldKeyEquivalents(NSMenu& mainMenu) {
+    for (const NSMenuItemRef& item : vmMenu_->itemArray()) {
+        const std::string key = item->keyEquivalent();
+        if (key.empty()) continue;
+        item->setKeyEquivalent("");
+        const bool isTaken = shortcuts_->findShortcut_withModifiers_inMenu(
+                                 key, item->keyEquivalentModifierMask(), mainMenu) != nullptr;
+        if (!isTaken) item->setKeyEquivalent(key);
+    }
+}
+
 void Velmora::applicationDidBecomeActive(const NSNotification& /*notification*/) {
     defaults_->checkDefaults();
     for (VelmoraCommon* component : components()) component->checkGlobals();
@@ -134,7 +147,9 @@ void Velmora::applicationDidBecomeActive(const NSNotification& /*notification*/)
 void Velmora::applicationDidShowMainMenu(const NSNotification& notification) {
     auto* mainMenu = dynamic_cast<NSMenu*>(notification.object);
     const NSMenuItemRef item = mainMenu && vmMenu_ ? installInMainMenu(*mainMenu) : nullptr;
-    if (item) defaults_->addMenuItem(item);
+    if (!item) return;
+    yieldKeyEquivalents(*mainMenu);
+    defaults_->addMenuItem(item);
 }
 
 void Velmora::setVmMenu(const Id& menu) {

@@ -1,7 +1,11 @@
 #include "platform/appkit/InterfaceFile.h"
 
+#include <algorithm>
+#include <iterator>
+#include <sstream>
 #include <vector>
 
+#include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSMenu.h"
 #include "platform/appkit/NSPanel.h"
 #include "platform/foundation/NSBundle.h"
@@ -29,6 +33,26 @@ Selector setterFor(std::string outlet) {
         outlet[0] = static_cast<char>(outlet[0] - 'a' + 'A');
     }
     return Selector::named("set" + outlet + ":");
+}
+
+/// The mask for names with blanks between them; nothing when one of them is unknown.
+std::optional<std::uint32_t> modifierMask(const std::string& names) {
+    static constexpr std::pair<std::string_view, std::uint32_t> known[] = {
+        {"command", NSCommandKeyMask},
+        {"control", NSControlKeyMask},
+        {"option", NSAlternateKeyMask},
+        {"shift", NSShiftKeyMask},
+    };
+    std::uint32_t mask = 0;
+    std::istringstream words(names);
+    for (std::string word; words >> word;) {
+        const auto* const found =
+            std::find_if(std::begin(known), std::end(known),
+                         [&](const auto& entry) { return entry.first == word; });
+        if (found == std::end(known)) return {};
+        mask |= found->second;
+    }
+    return mask;
 }
 
 bool fail(InterfaceFile::Error& error, std::string place, std::string reason) {
@@ -155,6 +179,14 @@ NSMenuItemRef InterfaceFile::makeItem(const NSDictionary& description, const std
     NSMenuItemRef item = NSMenuItem::initWithTitle_action_keyEquivalent(
         localize_(*title), action, textFor(description, "keyEquivalent"));
     item->setTarget(owner_);
+    if (!item->keyEquivalent().empty()) {
+        const std::optional<std::uint32_t> mask = modifierMask(textFor(description, "modifiers"));
+        if (!mask) {
+            fail(error, place + ".modifiers", "an unknown modifier");
+            return nullptr;
+        }
+        item->setKeyEquivalentModifierMask(*mask);
+    }
     if (const std::string* submenu = stringFor(description, "submenu")) {
         if (!makeObject(*submenu, error)) return nullptr;
         item->setSubmenu(std::dynamic_pointer_cast<NSMenu>(objects_[*submenu]));

@@ -19,8 +19,9 @@ class NSPanel;
 ///     { objects = { NAME = { class = …; … }; … };
 ///       outlets = { OUTLET = NAME; … }; }
 ///
-/// NSMenu has a title and items, each { title; action; keyEquivalent; submenu = NAME; } or
-/// { separator = YES; }. NSPanel has a title and rows, each an array of cells: the NAME of a field
+/// NSMenu has a title and items, each { title; action; keyEquivalent; modifiers; submenu = NAME; }
+/// or { separator = YES; }; the modifiers are "command", "control", "option", "shift" with blanks
+/// between them. NSPanel has a title and rows, each an array of cells: the NAME of a field
 /// or { label = "…"; }. NSTextField has nothing to say.
 /// Titles are keys of the text tables. Actions go to the owner. An outlet is set by the owner's
 /// method set<Outlet>: (`void(const Id&)`).

@@ -60,8 +60,8 @@ bool isAscii(char32_t character) {
     return character < 0x80;
 }
 
-/// The character of a symbol of X's keyboard, 0 for none. The toolkit's own plug-ins have loaded the
-/// library that knows.
+/// The character of a symbol of X's keyboard, 0 for none. The toolkit's own plug-ins have loaded
+/// the library that knows.
 char32_t characterOfSymbol(quint32 symbol) {
     using Function = std::uint32_t (*)(std::uint32_t);
     static const auto function = reinterpret_cast<Function>(
@@ -96,7 +96,8 @@ std::string charactersForKey(const QKeyEvent& event) {
         return stringWithCharacter(character);
     }
     if (!isCharacterKey(key)) return event.text().toStdString();
-    // With Ctrl the toolkit names the key by a Latin letter, whatever the layout in force has there.
+    // With Ctrl the toolkit names the key by a Latin letter, whatever the layout in force has
+    // there.
     auto character = static_cast<char32_t>(key);
     const bool shifted = event.QInputEvent::modifiers() & Qt::ShiftModifier;
     if (isAscii(character)) {

@@ -14,8 +14,8 @@ bool isFunctionKey(int key);
 /// layout gives it: a character, for a function key one from U+F700 on. UTF-8; may be empty.
 std::string charactersForKey(const QKeyEvent& event);
 
-/// A key of a menu item with its modifiers, as the platform writes them: an upper-case letter stands
-/// for itself with Shift. Without a key there is no shortcut, whatever the modifiers.
+/// A key of a menu item with its modifiers, as the platform writes them: an upper-case letter
+/// stands for itself with Shift. Without a key there is no shortcut, whatever the modifiers.
 struct KeyEquivalent {
     std::string key;
     std::uint32_t modifiers = 0;
@@ -25,8 +25,8 @@ struct KeyEquivalent {
     }
 };
 
-/// What a menu item has whose first shortcut this is. One of several keys in a row, which no item of
-/// the platform has, is given as the toolkit writes it, so that it equals no single key.
+/// What a menu item has whose first shortcut this is. One of several keys in a row, which no item
+/// of the platform has, is given as the toolkit writes it, so that it equals no single key.
 KeyEquivalent keyEquivalentFor(const QKeySequence& sequence);
 
 /// The other way round; empty for a key that the toolkit does not know.

@@ -18,8 +18,7 @@ bool QtMenuItem::isEnabled() const {
     return holder && holder->isReachable();
 }
 
-void QtMenuItem::setHostAction(QAction& action, const std::string& prefix,
-                               QtShortcuts& shortcuts) {
+void QtMenuItem::setHostAction(QAction& action, const std::string& prefix, QtShortcuts& shortcuts) {
     hostAction_ = &action;
     if (separator_) return;
     const std::string title = titleFromText(action.text());

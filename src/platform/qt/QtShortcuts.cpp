@@ -126,8 +126,8 @@ bool QtShortcuts::settle(const QShortcutEvent& event) {
     for (Record* record : recordsOf(window, false)) {
         QAction* action = record->action;
         const QKeySequence ours = sequenceFor(record->equivalent);
-        if (ours.isEmpty() || ours != event.key() || !action->isEnabled() ||
-            !action->isVisible() || action->shortcut() != ours) {
+        if (ours.isEmpty() || ours != event.key() || !action->isEnabled() || !action->isVisible() ||
+            action->shortcut() != ours) {
             continue;
         }
         action->trigger();

@@ -15,23 +15,24 @@ class QShortcutEvent;
 namespace velmora {
 
 /// The shortcuts of the host's actions as key equivalents of menu items, read and written. Of an
-/// action's shortcuts the first is the one that its item shows; the others stay the host's. What was
-/// written stands in the action only as long as the host does not look: while a window closes, its
-/// actions have the host's own shortcuts.
+/// action's shortcuts the first is the one that its item shows; the others stay the host's. What
+/// was written stands in the action only as long as the host does not look: while a window closes,
+/// its actions have the host's own shortcuts.
 class QtShortcuts {
 public:
-    /// What was written last, if it stands there or waits for its window to be used again; else what
-    /// the host has given the action.
+    /// What was written last, if it stands there or waits for its window to be used again; else
+    /// what the host has given the action.
     KeyEquivalent read(const QAction& action);
 
-    /// The action stands in that bar, or in a menu below it. A host that puts its own back each time
-    /// is left alone for a while.
+    /// The action stands in that bar, or in a menu below it. A host that puts its own back each
+    /// time is left alone for a while.
     void write(QAction& action, const KeyEquivalent& equivalent, QMenuBar* bar);
 
     /// The action that is being written; null most of the time. Its changes are no news.
     const QAction* written() const { return written_; }
 
-    /// The host may save its shortcuts now: it gets its own back, also of what is written from here on. Null stands for all windows.
+    /// The host may save its shortcuts now: it gets its own back, also of what is written from here
+    /// on. Null stands for all windows.
     void giveBack(const QWidget* window);
 
     /// A user acts in the window: it was not closed after all, and what was written is in force.
