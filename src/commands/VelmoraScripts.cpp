@@ -2,6 +2,12 @@
 
 #include <string_view>
 
+#include "commands/VelmoraShortcutFormatter.h"
+#include "commands/VelmoraTriggers.h"
+#include "definitions/VelmoraUtils.h"
+#include "platform/Desktop.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/Characters.h"
 #include "platform/foundation/LuaScript.h"
 #include "platform/foundation/NSLog.h"
@@ -25,6 +31,38 @@ std::string asciiData(std::string_view text) {
         text.remove_prefix(firstCharacterLength(text));
     }
     return bytes;
+}
+
+/// The text as it stands between quotation marks, in one line.
+std::string quotable(const std::string& text) {
+    static constexpr std::string_view digits = "0123456789abcdef";
+    std::string quoted;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            quoted += {'\\', c};
+        } else if (c == '\n') {
+            quoted += "\\n";
+        } else if (byte < 0x20 || byte == 0x7f) {
+            quoted += {'\\', 'x', digits[byte >> 4U], digits[byte & 15U]};
+        } else {
+            quoted += c;
+        }
+    }
+    return quoted;
+}
+
+void appendItems(const NSMenu& menu, std::vector<ScriptHost::MenuItem>& items) {
+    for (const NSMenuItemRef& item : menu.itemArray()) {
+        if (item->hasSubmenu()) {
+            appendItems(*item->submenu(), items);
+        } else if (!item->isSeparatorItem()) {
+            const PropertyList trigger = triggerForMenuItem(*item);
+            items.push_back({VelmoraUtils::menuItemPathFor(*item), item->title(),
+                             VelmoraShortcutFormatter().stringForObjectValue(&trigger),
+                             item->isEnabled()});
+        }
+    }
 }
 
 }  // namespace
@@ -52,12 +90,12 @@ void VelmoraScripts::runDelayed(const NSTimerRef& timer) {
 }
 
 void VelmoraScripts::runAsScript(const std::string& source) {
-    const auto file = ScriptFile::create(scriptPath, asciiData(source));
+    const auto file = desktop().files().createScriptFile(scriptPath, asciiData(source));
     if (!file) {
         NSLog(std::string("Failed to create script at path '") + scriptPath + "'");
         return;
     }
-    const auto task = NSTask::launchedTaskWithLaunchPath_arguments(file->path(), {});
+    const auto task = NSTask::launchedTaskWithLaunchPath_arguments(scriptPath, {});
     if (task) task->waitUntilExit();
     if (task && task->isRunning()) {
         NSLog("Script didn't stop...");
@@ -67,10 +105,51 @@ void VelmoraScripts::runAsScript(const std::string& source) {
 }
 
 void VelmoraScripts::runAppleScript(const std::string& source) {
-    const std::optional<LuaScript::Error> error = LuaScript(source).execute();
+    const std::optional<LuaScript::Error> error = LuaScript(source, *this).execute();
     if (!error) return;
-    NSLog("Applescript execution error: {line = " + std::to_string(error->line) +
-          "; message = \"" + error->message + "\"}");
+    NSLog("Applescript execution error: {line = " + std::to_string(error->line) + "; message = \"" +
+          quotable(error->message) + "\";}");
+}
+
+bool VelmoraScripts::runMenuItem(const std::string& path) {
+    const auto find = [&] {
+        const NSMenuRef mainMenu = NSApp().mainMenu();
+        return mainMenu ? findSelector_inMenu_path(Selector(), *mainMenu, path) : nullptr;
+    };
+    NSMenuItemRef item = find();
+    if (!item) {
+        updateMenu();
+        item = find();
+    }
+    if (!item || !item->menu()) return false;
+    const auto menu = std::static_pointer_cast<NSMenu>(item->menu()->shared_from_this());
+    menu->update();
+    if (item->menu() != menu.get() || !item->isEnabled()) return false;
+    menu->performActionForItemAtIndex(menu->indexOfItem(*item));
+    return true;
+}
+
+std::vector<ScriptHost::MenuItem> VelmoraScripts::menuItems() {
+    std::vector<MenuItem> items;
+    updateMenu();
+    if (const NSMenuRef mainMenu = NSApp().mainMenu()) appendItems(*mainMenu, items);
+    return items;
+}
+
+void VelmoraScripts::beep() {
+    NSBeep();
+}
+
+void VelmoraScripts::log(const std::string& line) {
+    NSLog(line);
+}
+
+std::string VelmoraScripts::processName() {
+    return desktop().processName();
+}
+
+void VelmoraScripts::open(const std::string& address) {
+    NSWorkspace::sharedWorkspace().openURL(address);
 }
 
 }  // namespace velmora

@@ -3,12 +3,13 @@
 #include <string>
 
 #include "commands/VelmoraTextSnippets.h"
+#include "platform/foundation/ScriptHost.h"
 
 namespace velmora {
 
-/// Named scripts, listed and chosen like text snippets. In a definition the trigger is the name, the
-/// path the source: an executable one that begins with "#!", else one that runs in the process.
-class VelmoraScripts final : public VelmoraTextSnippets {
+/// Named scripts, listed and chosen like text snippets. In a definition the trigger is the name,
+/// the path the source: an executable one that begins with "#!", else one that runs in the process.
+class VelmoraScripts final : public VelmoraTextSnippets, private ScriptHost {
 public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
@@ -23,8 +24,17 @@ public:
     /// ASCII are written as question marks.
     void runAsScript(const std::string& source);
 
-    /// Runs the source in the process.
+    /// Runs the source in the process, as Lua.
     void runAppleScript(const std::string& source);
+
+private:
+    bool runMenuItem(const std::string& path) override;
+    std::vector<MenuItem> menuItems() override;
+    void type(const std::string& text) override { VelmoraTextSnippets::type(text); }
+    void beep() override;
+    void log(const std::string& line) override;
+    std::string processName() override;
+    void open(const std::string& address) override;
 };
 
 }  // namespace velmora

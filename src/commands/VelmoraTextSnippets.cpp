@@ -37,9 +37,9 @@ std::uint16_t keyCodeFor(std::string_view character) {
 }  // namespace
 
 Class& VelmoraTextSnippets::classObject() {
-    static auto* object = &(new Class("VelmoraTextSnippets", &VelmoraCommon::classObject()))
-                               ->method<&VelmoraTextSnippets::velmoraPerformMenuAction>(
-                                   "velmoraPerformMenuAction:");
+    static auto* object =
+        &(new Class("VelmoraTextSnippets", &VelmoraCommon::classObject()))
+             ->method<&VelmoraTextSnippets::velmoraPerformMenuAction>("velmoraPerformMenuAction:");
     return *object;
 }
 
@@ -75,7 +75,10 @@ void VelmoraTextSnippets::velmoraPerformMenuAction(const Id& item) {
 }
 
 void VelmoraTextSnippets::runWithSetting(const VelmoraSettingRef& definition) {
-    const std::string& text = definition->path();
+    type(definition->path());
+}
+
+void VelmoraTextSnippets::type(const std::string& text) {
     if (desktop().processName() != takesSingleCharacters) {
         typeKey(text, 0);
         return;

@@ -26,8 +26,12 @@ public:
     /// The action of the items: runs the first definition of that name.
     void velmoraPerformMenuAction(const Id& item);
 
-    /// Types the definition's text, as one insertion wherever the application can take it.
+    /// Types the definition's text.
     virtual void runWithSetting(const VelmoraSettingRef& definition);
+
+protected:
+    /// Types the text, as one insertion wherever the application can take it.
+    static void type(const std::string& text);
 
 private:
     std::weak_ptr<NSMenu> myMenu_;

@@ -18,6 +18,7 @@ class NSCursor;
 class NSEvent;
 class NSMenu;
 class NSPanel;
+class NSTask;
 class NSWindow;
 class PanelPeer;
 
@@ -87,6 +88,10 @@ public:
     /// Opens the address with the user's default handler.
     virtual void openURL(const std::string& address) = 0;
     virtual void beep() = 0;
+
+    /// Starts the file as a process, whose file and interpreter must exist; null when that fails.
+    virtual std::unique_ptr<NSTask> launchProcess(const std::string& path,
+                                                  const std::vector<std::string>& arguments) = 0;
     virtual void log(const std::string& line) = 0;
     virtual void trace(const std::string& line) = 0;
     virtual bool traceEnabled() const = 0;
@@ -94,6 +99,9 @@ public:
     /// The base name of the running executable, or of the script for an interpreter.
     virtual std::string processName() = 0;
     virtual std::string homeDirectory() = 0;
+
+    /// A variable of the process's environment.
+    virtual std::optional<std::string> environment(const std::string& name) = 0;
 
     /// Where the plug-in's resources lie.
     virtual std::string resourceDirectory() = 0;

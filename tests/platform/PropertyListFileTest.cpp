@@ -375,6 +375,10 @@ TEST_F(PropertyListFilesTest, AFileThatWasSetAsideComesBackWhenTheWriteFails) {
             return memory.rename(from, to);
         }
         bool remove(const std::string& path) override { return memory.remove(path); }
+        std::unique_ptr<ScriptFile> createScriptFile(const std::string&,
+                                                     const std::string&) override {
+            return nullptr;
+        }
 
         MemoryFileSystem memory;
     };

@@ -2,8 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+
+#include "platform/foundation/ScriptFile.h"
 
 namespace velmora {
 
@@ -45,6 +48,13 @@ public:
     virtual bool rename(const std::string& from, const std::string& to) = 0;
 
     virtual bool remove(const std::string& path) = 0;
+
+    /// Creates an executable file that this process alone has until the result, which must not
+    /// outlive the file system, is destroyed: then the file is removed. May wait for another
+    /// process that has a script file at the path, for some seconds. Null when that takes longer,
+    /// or when the file cannot be created without touching what is not ours.
+    virtual std::unique_ptr<ScriptFile> createScriptFile(const std::string& path,
+                                                         const std::string& contents) = 0;
 };
 
 }  // namespace velmora

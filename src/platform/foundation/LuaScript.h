@@ -1,29 +1,48 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 
 namespace velmora {
 
-/// A script in Lua 5.4 that runs in this process, synchronously. Lua itself is loaded when the first
-/// such script runs. What a script can do besides Lua's own safe libraries is the table `velmora`:
-/// see docs/scripts.md.
+class ScriptHost;
+
+/// A script in Lua 5.4 that runs in this process, synchronously. Lua itself is loaded when the
+/// first such script runs. docs/scripts.md tells what a script can do.
 class LuaScript {
 public:
-    explicit LuaScript(std::string source) : source_(std::move(source)) {}
+    struct Limits {
+        /// Each instruction counts as at least 50 ns of processor time: a script that spends them
+        /// inside long functions of the library ends, too, as soon as such a function returns.
+        std::uint64_t instructions = 100'000'000;
+        std::size_t memory = 64U << 20U;
+    };
+
+    /// The usual limits, but VELMORA_LUA_LIMIT in the environment gives the instructions in
+    /// millions.
+    static Limits limitsOfProcess();
 
     struct Error {
+        /// Of any bytes.
         std::string message;
         /// The line of the source, 0 when unknown.
         int line = 0;
     };
 
-    /// Compiles and runs the source. Nothing on success. A script that runs more instructions than
-    /// the limit ends with an error, and so does any fault of it: none reaches the caller.
+    /// The host must outlive it.
+    LuaScript(std::string source, ScriptHost& host, Limits limits = limitsOfProcess())
+        : source_(std::move(source)), host_(host), limits_(limits) {}
+
+    /// Compiles and runs the source. Nothing on success; no fault of the script reaches the caller.
+    /// A script may run while another one waits for its host.
     std::optional<Error> execute();
 
 private:
     std::string source_;
+    ScriptHost& host_;
+    Limits limits_;
 };
 
 }  // namespace velmora

@@ -28,9 +28,24 @@ bool isInside(const std::string& path, const std::string& folder) {
 
 }  // namespace
 
+class MemoryFileSystem::MemoryScriptFile final : public ScriptFile {
+public:
+    MemoryScriptFile(MemoryFileSystem& files, std::string path, int script)
+        : files_(files), path_(std::move(path)), script_(script) {}
+    ~MemoryScriptFile() override {
+        const Item* item = files_.find(path_);
+        if (item && item->script == script_) files_.remove(path_);
+    }
+
+private:
+    MemoryFileSystem& files_;
+    std::string path_;
+    int script_;
+};
+
 MemoryFileSystem::MemoryFileSystem(std::function<NSDate()> clock) : clock_(std::move(clock)) {
     if (!clock_) clock_ = [date = NSDate()]() mutable { return NSDate{++date.nanoseconds}; };
-    items_[""] = {true, {}, {}};
+    items_[""] = {true, {}, {}, 0};
 }
 
 MemoryFileSystem::Item* MemoryFileSystem::find(const std::string& path) {
@@ -55,7 +70,7 @@ bool MemoryFileSystem::fileExistsAtPath(const std::string& path) {
 
 bool MemoryFileSystem::createDirectoryAtPath(const std::string& path) {
     if (find(path) || !parentExists(path)) return false;
-    items_[normal(path)] = {true, {}, clock_()};
+    items_[normal(path)] = {true, {}, clock_(), 0};
     return true;
 }
 
@@ -87,7 +102,7 @@ std::optional<std::string> MemoryFileSystem::contentsOfFile(const std::string& p
 bool MemoryFileSystem::writeAtomically(const std::string& path, const std::string& contents) {
     const Item* item = find(path);
     if (!parentExists(path) || (item && item->isFolder)) return false;
-    items_[normal(path)] = {false, contents, clock_()};
+    items_[normal(path)] = {false, contents, clock_(), 0};
     return true;
 }
 
@@ -121,6 +136,19 @@ bool MemoryFileSystem::remove(const std::string& path) {
     if (!item || key.empty() || (item->isFolder && !isEmptyFolder(key))) return false;
     items_.erase(key);
     return true;
+}
+
+std::unique_ptr<ScriptFile> MemoryFileSystem::createScriptFile(const std::string& path,
+                                                               const std::string& contents) {
+    if (!writeAtomically(path, contents)) return nullptr;
+    find(path)->script = ++scripts_;
+    return std::make_unique<MemoryScriptFile>(*this, path, scripts_);
+}
+
+std::optional<std::string> MemoryFileSystem::scriptContents(const std::string& path) {
+    const Item* item = find(path);
+    if (!item || item->script == 0) return std::nullopt;
+    return item->contents;
 }
 
 std::vector<std::string> MemoryFileSystem::files() const {

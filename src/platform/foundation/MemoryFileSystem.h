@@ -26,6 +26,12 @@ public:
     /// A folder only when it is empty.
     bool remove(const std::string& path) override;
 
+    std::unique_ptr<ScriptFile> createScriptFile(const std::string& path,
+                                                 const std::string& contents) override;
+
+    /// The contents of a script file; nothing when another kind of file stands there.
+    std::optional<std::string> scriptContents(const std::string& path);
+
     /// Makes the folder and those that hold it.
     void createDirectories(const std::string& path);
 
@@ -36,16 +42,21 @@ public:
     std::vector<std::string> files() const;
 
 private:
+    class MemoryScriptFile;
+
     struct Item {
         bool isFolder = false;
         std::string contents;
         NSDate date;
+        /// Which script file it is; 0 when it is none.
+        int script = 0;
     };
 
     Item* find(const std::string& path);
     bool parentExists(const std::string& path);
     bool isEmptyFolder(const std::string& path) const;
 
+    int scripts_ = 0;
     std::function<NSDate()> clock_;
     std::map<std::string, Item> items_;  // by path, without a slash at the end; the root is ""
 };

@@ -6,31 +6,26 @@
 
 namespace velmora {
 
-/// A child process.
+/// A child process, as the desktop starts it (Desktop::launchProcess).
 class NSTask {
 public:
-    /// Starts the file as a process; null when it cannot be started. The child gets the host's
-    /// environment without what loads the plug-in, no file but the standard ones, and default
-    /// signals.
+    /// Starts the file as a process; null when it cannot be started.
     static std::unique_ptr<NSTask> launchedTaskWithLaunchPath_arguments(
         const std::string& path, const std::vector<std::string>& arguments);
 
-    ~NSTask();
+    NSTask() = default;
+    virtual ~NSTask() = default;
     NSTask(const NSTask&) = delete;
     NSTask& operator=(const NSTask&) = delete;
 
     /// Blocks until the process has ended.
-    void waitUntilExit();
-    bool isRunning() const { return running_; }
+    virtual void waitUntilExit() = 0;
+
+    /// Whether the process is not known to have ended, as of the last wait.
+    virtual bool isRunning() const = 0;
+
     /// The exit status; the number of the signal that ended it, plus 128, where one did.
-    int terminationStatus() const { return status_; }
-
-private:
-    explicit NSTask(int process) : process_(process) {}
-
-    int process_;
-    bool running_ = true;
-    int status_ = 0;
+    virtual int terminationStatus() const = 0;
 };
 
 }  // namespace velmora

@@ -9,31 +9,13 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
-#include <utility>
+
+#include "platform/foundation/Descriptor.h"
+#include "platform/foundation/PosixScriptFile.h"
 
 namespace velmora {
 
 namespace {
-
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    bool isOpen() const { return descriptor_ >= 0; }
-    int get() const { return descriptor_; }
-
-    /// A network file system may tell only here that the disk is full.
-    bool close() {
-        const int descriptor = std::exchange(descriptor_, -1);
-        return descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR;
-    }
-
-private:
-    int descriptor_;
-};
 
 template <class Call>
 auto again(Call call) {
@@ -59,16 +41,6 @@ std::optional<std::string> linkTarget(std::string path) {
         path = text.substr(0, 1) == "/" ? std::string(text) : folderOf(path).append(text);
     }
     return std::nullopt;
-}
-
-bool writeAll(int descriptor, std::string_view contents) {
-    while (!contents.empty()) {
-        const ssize_t written =
-            again([&] { return ::write(descriptor, contents.data(), contents.size()); });
-        if (written <= 0) return false;
-        contents.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
 }
 
 /// Gives the new file what the old one had. Its owner only where we may: a process of the
@@ -158,7 +130,7 @@ bool PosixFileSystem::writeAtomically(const std::string& path, const std::string
     std::string aside;
     Descriptor file(createBeside(*target, replaces ? owner : everyone, aside));
     if (!file.isOpen()) return false;
-    const bool written = writeAll(file.get(), contents) && (!replaces || adopt(file.get(), old)) &&
+    const bool written = file.writeAll(contents) && (!replaces || adopt(file.get(), old)) &&
                          again([&] { return ::fsync(file.get()); }) == 0;
     if (file.close() && written && ::rename(aside.c_str(), target->c_str()) == 0) return true;
     ::unlink(aside.c_str());
@@ -171,6 +143,11 @@ bool PosixFileSystem::rename(const std::string& from, const std::string& to) {
 
 bool PosixFileSystem::remove(const std::string& path) {
     return std::remove(path.c_str()) == 0;
+}
+
+std::unique_ptr<ScriptFile> PosixFileSystem::createScriptFile(const std::string& path,
+                                                              const std::string& contents) {
+    return PosixScriptFile::create(path, contents);
 }
 
 }  // namespace velmora

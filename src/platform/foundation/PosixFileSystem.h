@@ -18,6 +18,8 @@ public:
 
     bool rename(const std::string& from, const std::string& to) override;
     bool remove(const std::string& path) override;
+    std::unique_ptr<ScriptFile> createScriptFile(const std::string& path,
+                                                 const std::string& contents) override;
 };
 
 }  // namespace velmora

@@ -17,7 +17,7 @@ struct Happening {
     const char* none;
     Kind kind;
 };
-constexpr std::array<Happening, 9> happenings = {{
+constexpr std::array<Happening, 10> happenings = {{
     {"ran", "nothing ran", Kind::command},
     {"events", "no events", Kind::event},
     {"flags", "no flags", Kind::flags},
@@ -25,6 +25,7 @@ constexpr std::array<Happening, 9> happenings = {{
     {"log", "no log", Kind::log},
     {"trace", "no trace", Kind::trace},
     {"opened", "nothing opened", Kind::opened},
+    {"started", "nothing started", Kind::started},
     {"made key", "nothing made key", Kind::madeKey},
     {"beeps", "no beep", Kind::beep},
 }};

@@ -191,6 +191,14 @@ void HeadlessDesktop::beep() {
     record(Transcript::Kind::beep, {});
 }
 
+std::unique_ptr<NSTask> HeadlessDesktop::launchProcess(
+    const std::string& path, const std::vector<std::string>& /*arguments*/) {
+    const auto contents = session_.files().memory().scriptContents(path);
+    if (!contents || processEnd_.kind == ProcessEnd::Kind::doesNotStart) return nullptr;
+    record(Transcript::Kind::started, *contents);
+    return std::make_unique<HeadlessTask>(processEnd_);
+}
+
 void HeadlessDesktop::log(const std::string& line) {
     record(Transcript::Kind::log, line);
 }
@@ -201,6 +209,12 @@ void HeadlessDesktop::trace(const std::string& line) {
 
 std::string HeadlessDesktop::homeDirectory() {
     return session_.homeDirectory();
+}
+
+std::optional<std::string> HeadlessDesktop::environment(const std::string& name) {
+    // A million instructions: whatever is played ends soon.
+    if (name == "VELMORA_LUA_LIMIT") return "1";
+    return std::nullopt;
 }
 
 std::string HeadlessDesktop::resourceDirectory() {

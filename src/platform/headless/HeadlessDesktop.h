@@ -9,6 +9,7 @@
 #include "platform/Desktop.h"
 #include "platform/headless/HeadlessMenu.h"
 #include "platform/headless/HeadlessPanel.h"
+#include "platform/headless/HeadlessTask.h"
 #include "platform/headless/HeadlessWindow.h"
 #include "platform/headless/HostDescription.h"
 #include "platform/headless/Transcript.h"
@@ -42,11 +43,16 @@ public:
     std::optional<Bitmap> decodeImage(std::string_view bytes) override;
     void openURL(const std::string& address) override;
     void beep() override;
+    /// Starts nothing: records what the script file holds. What would not run does not start.
+    std::unique_ptr<NSTask> launchProcess(const std::string& path,
+                                          const std::vector<std::string>& arguments) override;
     void log(const std::string& line) override;
     void trace(const std::string& line) override;
     bool traceEnabled() const override { return traceEnabled_; }
     std::string processName() override { return processName_; }
     std::string homeDirectory() override;
+    /// Only VELMORA_LUA_LIMIT is set.
+    std::optional<std::string> environment(const std::string& name) override;
     std::string resourceDirectory() override;
     std::vector<std::string> preferredLanguages() override { return languages_; }
     FileSystem& files() override;
@@ -76,6 +82,9 @@ public:
 
     /// The panel of ours that takes the keys, or null.
     HeadlessPanel* keyPanel() const { return panels_.empty() ? nullptr : panels_.back(); }
+
+    /// What becomes of the processes that are started from here on.
+    void setProcessEnd(const ProcessEnd& end) { processEnd_ = end; }
 
     bool isActive() const { return active_; }
     void setActive(bool active) { active_ = active; }
@@ -108,6 +117,7 @@ private:
     /// Those that are visible, the one that takes the keys last.
     std::vector<HeadlessPanel*> panels_;
     std::vector<HeadlessPanel*> modal_;
+    ProcessEnd processEnd_;
     int nextWindowNumber_ = 1;
     bool active_ = false;
     bool showsCursor_ = false;

@@ -73,4 +73,9 @@ bool HeadlessFiles::remove(const std::string& path) {
     return mayWrite(path) && memory_.remove(path);
 }
 
+std::unique_ptr<ScriptFile> HeadlessFiles::createScriptFile(const std::string& path,
+                                                            const std::string& contents) {
+    return mayWrite(path) ? memory_.createScriptFile(path, contents) : nullptr;
+}
+
 }  // namespace velmora

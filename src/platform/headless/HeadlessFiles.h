@@ -30,6 +30,8 @@ public:
     bool writeAtomically(const std::string& path, const std::string& contents) override;
     bool rename(const std::string& from, const std::string& to) override;
     bool remove(const std::string& path) override;
+    std::unique_ptr<ScriptFile> createScriptFile(const std::string& path,
+                                                 const std::string& contents) override;
 
 private:
     bool mayWrite(const std::string& path) const;

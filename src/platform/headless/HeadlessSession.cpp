@@ -16,6 +16,7 @@ constexpr const char* settingsFolder = "/Library/Application Support/Velmora";
 HeadlessSession::HeadlessSession(std::string resourceDirectory)
     : home_("/home/user"), resourceDirectory_(std::move(resourceDirectory)) {
     files_.memory().createDirectories(home_);
+    files_.memory().createDirectories("/tmp");
 }
 
 HeadlessSession::~HeadlessSession() {

@@ -10,6 +10,7 @@
 #include "platform/foundation/FileSystem.h"
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/Time.h"
+#include "platform/headless/HeadlessTask.h"
 #include "platform/headless/HostDescription.h"
 #include "platform/headless/InputNames.h"
 #include "platform/headless/Transcript.h"
@@ -121,6 +122,11 @@ struct WindowStep {
     WindowDescription window;
 };
 
+/// What becomes of the processes that the host starts from here on.
+struct ProcessStep {
+    ProcessEnd end;
+};
+
 /// What happened since the last expectation of the same kind: exactly these, in this order.
 struct HappenedExpectation {
     Transcript::Kind kind = Transcript::Kind::command;
@@ -184,7 +190,7 @@ struct Statement {
     std::string text;
     std::variant<LaunchStep, QuitStep, InStep, ActivationStep, ButtonStep, ModifierStep, MoveStep,
                  KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ScrollStep, WaitStep, ChooseStep,
-                 FileStep, MenuStep, WindowStep, HappenedExpectation, OrderExpectation,
+                 FileStep, MenuStep, WindowStep, ProcessStep, HappenedExpectation, OrderExpectation,
                  FileExpectation, MenuExpectation, ItemExpectation, KeyWindowExpectation,
                  PanelExpectation, TextExpectation, CursorExpectation, TimeExpectation>
         what;

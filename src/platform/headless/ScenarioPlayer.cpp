@@ -274,6 +274,10 @@ void ScenarioPlayer::act(const MenuStep& step) {
     }
 }
 
+void ScenarioPlayer::act(const ProcessStep& step) {
+    host().setProcessEnd(step.end);
+}
+
 void ScenarioPlayer::act(const WindowStep& step) {
     if (step.change == WindowStep::Change::open) {
         host().addWindow(step.window);

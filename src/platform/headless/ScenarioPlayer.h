@@ -53,6 +53,7 @@ private:
     void act(const FileStep& step);
     void act(const MenuStep& step);
     void act(const WindowStep& step);
+    void act(const ProcessStep& step);
     void act(const HappenedExpectation& expected);
     void act(const OrderExpectation& expected);
     void act(const FileExpectation& expected);

@@ -187,6 +187,20 @@ Statement parseWindowChange(ScenarioLine& line, WindowStep::Change change) {
     return lineStatement(line, std::move(step));
 }
 
+Statement parseProcessEnd(ScenarioLine& line) {
+    ProcessStep step;
+    if (line.take("end with")) {
+        step.end.status = line.integer("an exit status", 0, 255);
+    } else if (line.take("do not end")) {
+        step.end.kind = ProcessEnd::Kind::goesOn;
+    } else if (line.take("do not start")) {
+        step.end.kind = ProcessEnd::Kind::doesNotStart;
+    } else {
+        line.fail("processes: end with N, do not end, do not start");
+    }
+    return lineStatement(line, step);
+}
+
 }  // namespace
 
 bool parseFileStep(ScenarioText& text, ScenarioLine& line, std::vector<Statement>& statements) {
@@ -273,6 +287,8 @@ bool parseHostStep(ScenarioText& text, ScenarioLine& line, std::vector<Statement
         statements.push_back(statementOf(line, std::move(step)));
     } else if (line.take("close window")) {
         statements.push_back(parseWindowChange(line, WindowStep::Change::close));
+    } else if (line.take("processes")) {
+        statements.push_back(parseProcessEnd(line));
     } else if (line.take("focus window")) {
         statements.push_back(parseWindowChange(line, WindowStep::Change::focus));
     } else {

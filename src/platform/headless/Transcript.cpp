@@ -10,9 +10,9 @@ namespace velmora {
 namespace {
 
 std::string_view nameOf(Transcript::Kind kind) {
-    static constexpr std::array<std::string_view, 14> names = {
-        ">",   "note",  "ran",    "event",    "event",  "event", "beep",
-        "log", "trace", "opened", "made key", "cursor", "panel", "FAILED"};
+    static constexpr std::array<std::string_view, 15> names = {
+        ">",     "note",   "ran",     "event",    "event",  "event", "beep",  "log",
+        "trace", "opened", "started", "made key", "cursor", "panel", "FAILED"};
     return names[static_cast<std::size_t>(kind)];
 }
 
@@ -25,7 +25,8 @@ std::string describe(const Transcript::Entry& entry) {
 bool isHappening(Transcript::Kind kind) {
     using Kind = Transcript::Kind;
     return kind == Kind::command || kind == Kind::event || kind == Kind::beep ||
-           kind == Kind::log || kind == Kind::opened || kind == Kind::madeKey;
+           kind == Kind::log || kind == Kind::opened || kind == Kind::started ||
+           kind == Kind::madeKey;
 }
 
 }  // namespace

@@ -24,6 +24,7 @@ public:
         log,
         trace,
         opened,   ///< an address was opened
+        started,  ///< a process was started: the contents of its file
         madeKey,  ///< a window was made key
         cursor,   ///< the pushed cursor changed
         panel,    ///< a panel of ours came or went

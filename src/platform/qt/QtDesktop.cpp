@@ -9,6 +9,7 @@
 
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSRunLoop.h"
+#include "platform/foundation/PosixTask.h"
 #include "platform/qt/HostProcess.h"
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtGuard.h"
@@ -200,6 +201,11 @@ void QtDesktop::beep() {
     if (session_) QApplication::beep();
 }
 
+std::unique_ptr<NSTask> QtDesktop::launchProcess(const std::string& path,
+                                                 const std::vector<std::string>& arguments) {
+    return PosixTask::launch(path, arguments);
+}
+
 void QtDesktop::log(const std::string& line) {
     log_.write(line);
 }
@@ -210,6 +216,12 @@ void QtDesktop::trace(const std::string& line) {
 
 std::string QtDesktop::homeDirectory() {
     return userHomeDirectory();
+}
+
+std::optional<std::string> QtDesktop::environment(const std::string& name) {
+    const char* value = std::getenv(name.c_str());
+    if (!value) return std::nullopt;
+    return value;
 }
 
 std::string QtDesktop::resourceDirectory() {

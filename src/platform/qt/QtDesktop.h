@@ -43,11 +43,14 @@ public:
     std::optional<Bitmap> decodeImage(std::string_view bytes) override;
     void openURL(const std::string& address) override;
     void beep() override;
+    std::unique_ptr<NSTask> launchProcess(const std::string& path,
+                                          const std::vector<std::string>& arguments) override;
     void log(const std::string& line) override;
     void trace(const std::string& line) override;
     bool traceEnabled() const override { return traces_; }
     std::string processName() override { return processName_; }
     std::string homeDirectory() override;
+    std::optional<std::string> environment(const std::string& name) override;
     std::string resourceDirectory() override;
     std::vector<std::string> preferredLanguages() override;
     FileSystem& files() override { return files_; }

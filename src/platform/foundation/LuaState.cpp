@@ -1,0 +1,232 @@
+#include "platform/foundation/LuaState.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+#include "platform/foundation/LuaHostTable.h"
+
+namespace velmora {
+
+namespace {
+
+/// How many instructions run between two looks at the budget.
+constexpr int hookInterval = 1000;
+constexpr std::uint64_t nanosecondsPerInstruction = 50;
+
+/// Lua's name of the source: "=" and what messages and lines of ours begin with.
+constexpr const char* sourceName = "=script";
+constexpr std::string_view messageStart = "script:";
+
+/// Where Lua runs code with the hook switched off, nothing could end it: in a finalizer, in the
+/// handler of xpcall, and in the closing of a coroutine that the hook has ended. So finalizers are
+/// refused, and the others are made of what has none of that. Programs of bytes could do anything.
+constexpr std::string_view prelude = R"lua(
+local load, setmetatable, rawget, error, pcall = load, setmetatable, rawget, error, pcall
+local type, select, tostring = type, select, tostring
+local create, resume, concat = coroutine.create, coroutine.resume, table.concat
+local log = velmora.log
+
+_G.load = function(chunk, name, mode, ...) return load(chunk, name, "t", ...) end
+_G.dofile, _G.loadfile, _G.collectgarbage, _G.warn = nil, nil, nil, nil
+string.dump = nil
+
+_G.setmetatable = function(value, meta)
+    if type(meta) == "table" and rawget(meta, "__gc") ~= nil then
+        error("a script has no finalizers", 2)
+    end
+    return setmetatable(value, meta)
+end
+
+local function handled(handler, ok, ...)
+    if ok then return true, ... end
+    return false, handler(...)
+end
+_G.xpcall = function(f, handler, ...) return handled(handler, pcall(f, ...)) end
+
+coroutine.close = nil
+local function results(ok, ...)
+    if ok then return ... end
+    error((...), 0)
+end
+coroutine.wrap = function(f)
+    local co = create(f)
+    return function(...) return results(resume(co, ...)) end
+end
+
+_G.print = function(...)
+    local texts = {}
+    for i = 1, select("#", ...) do texts[i] = tostring((select(i, ...))) end
+    log(concat(texts, "\t"))
+end
+
+os = {clock = os.clock, date = os.date, difftime = os.difftime, getenv = os.getenv,
+      time = os.time}
+)lua";
+
+struct OpenedLibrary {
+    const char* name;
+    lua_CFunction LuaLibrary::*open;
+};
+
+}  // namespace
+
+LuaState::~LuaState() {
+    if (state_) lua.lua_close(state_);
+}
+
+LuaState& LuaState::of(lua_State* state) {
+    return **static_cast<LuaState**>(lua_getextraspace(state));
+}
+
+std::uint64_t LuaState::processorTime() noexcept {
+    constexpr std::uint64_t second = 1'000'000'000;
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<std::uint64_t>(time.tv_sec) * second +
+           static_cast<std::uint64_t>(time.tv_nsec);
+}
+
+void* LuaState::allocate(void* self, void* block, std::size_t oldSize, std::size_t size) {
+    auto& state = *static_cast<LuaState*>(self);
+    // For a new block, Lua gives the kind of object in its place.
+    if (!block) oldSize = 0;
+    if (size > oldSize && size - oldSize > state.limits_.memory - state.memory_) return nullptr;
+    if (size == 0) {
+        std::free(block);
+    } else {
+        void* moved = std::realloc(block, size);
+        // Making a block smaller must not fail.
+        if (!moved && size > oldSize) return nullptr;
+        if (moved) block = moved;
+    }
+    state.memory_ += size;
+    state.memory_ -= oldSize;
+    return size == 0 ? nullptr : block;
+}
+
+bool LuaState::isExhausted() noexcept {
+    const std::uint64_t time = (processorTime() - started_) / nanosecondsPerInstruction;
+    return std::max(instructions_, time) > limits_.instructions;
+}
+
+void LuaState::countHook(lua_State* state, lua_Debug* /*where*/) {
+    LuaState& self = of(state);
+    self.instructions_ += hookInterval;
+    if (!self.isExhausted()) return;
+    // Whoever catches this gets it again with the next instruction.
+    self.limits_.instructions = 0;
+    self.lua.lua_sethook(state, &countHook, LUA_MASKCOUNT, 1);
+    self.lua.lua_pushstring(state, "the script has run for too long");
+    self.lua.lua_error(state);
+}
+
+int LuaState::setUp(lua_State* state) {
+    const LuaLibrary& lua = of(state).lua;
+    const std::array<luaL_Reg, 7> libraries{{{"_G", lua.luaopen_base},
+                                             {"coroutine", lua.luaopen_coroutine},
+                                             {"math", lua.luaopen_math},
+                                             {"os", lua.luaopen_os},
+                                             {"string", lua.luaopen_string},
+                                             {"table", lua.luaopen_table},
+                                             {"utf8", lua.luaopen_utf8}}};
+    for (const luaL_Reg& library : libraries) {
+        lua.luaL_requiref(state, library.name, library.func, 1);
+        lua.lua_settop(state, 0);
+    }
+    pushLuaHostTable(state);
+    lua.lua_setglobal(state, "velmora");
+    if (lua.luaL_loadbufferx(state, prelude.data(), prelude.size(), "=prelude", "t") != LUA_OK) {
+        return lua.lua_error(state);
+    }
+    lua.lua_callk(state, 0, 0, 0, nullptr);
+    return 0;
+}
+
+int LuaState::runSource(lua_State* state) {
+    const LuaState& self = of(state);
+    const LuaLibrary& lua = self.lua;
+    const std::string& source = *self.source_;
+    if (lua.luaL_loadbufferx(state, source.data(), source.size(), sourceName, "t") != LUA_OK) {
+        return lua.lua_error(state);
+    }
+    lua.lua_callk(state, 0, 0, 0, nullptr);
+    return 0;
+}
+
+/// Called where an error is raised: remembers the line of the script that runs there.
+int LuaState::noteLine(lua_State* state) {
+    LuaState& self = of(state);
+    lua_Debug where;
+    self.line_ = 0;
+    for (int level = 0; self.lua.lua_getstack(state, level, &where) != 0; ++level) {
+        self.lua.lua_getinfo(state, "Sl", &where);
+        if (where.currentline > 0 && std::strcmp(where.source, sourceName) == 0) {
+            self.line_ = where.currentline;
+            break;
+        }
+    }
+    return 1;
+}
+
+/// The error object as text. It may have a function of the script for that.
+int LuaState::describeError(lua_State* state) {
+    LuaState& self = of(state);
+    std::size_t size = 0;
+    const char* message = self.lua.luaL_tolstring(state, 1, &size);
+    [](LuaState& keeper, const char* begin, std::size_t length) noexcept {
+        try {
+            keeper.text.assign(begin, length);
+        } catch (...) {
+            keeper.text.clear();
+        }
+    }(self, message, size);
+    return 0;
+}
+
+int LuaState::callProtected(lua_CFunction function, int arguments) {
+    lua.lua_pushcclosure(state_, function, 0);
+    lua.lua_rotate(state_, 1, 1);
+    return lua.lua_pcallk(state_, arguments, 0, 0, 0, nullptr);
+}
+
+LuaScript::Error LuaState::takeError() {
+    constexpr std::size_t longestMessage = 1000;
+    text.clear();
+    if (callProtected(&describeError, 1) != LUA_OK) {
+        lua.lua_settop(state_, 0);
+        text = "the error cannot be told";
+    }
+    LuaScript::Error error{text, line_};
+    if (error.message.starts_with(messageStart)) {
+        const char* begin = error.message.data() + messageStart.size();
+        const char* end = error.message.data() + error.message.size();
+        const auto [rest, problem] = std::from_chars(begin, end, error.line);
+        if (problem == std::errc() && std::string_view(rest, end).starts_with(": ")) {
+            error.message.erase(0, static_cast<std::size_t>(rest - error.message.data()) + 2);
+        }
+    }
+    if (error.message.size() > longestMessage) error.message.resize(longestMessage);
+    return error;
+}
+
+std::optional<LuaScript::Error> LuaState::run(const std::string& source) {
+    started_ = processorTime();
+    source_ = &source;
+    state_ = lua.lua_newstate(&allocate, this);
+    if (!state_) return LuaScript::Error{"not enough memory", 0};
+    *static_cast<LuaState**>(lua_getextraspace(state_)) = this;
+    if (callProtected(&setUp, 0) != LUA_OK) return takeError();
+    lua.lua_sethook(state_, &countHook, LUA_MASKCOUNT, hookInterval);
+    lua.lua_pushcclosure(state_, &noteLine, 0);
+    lua.lua_pushcclosure(state_, &runSource, 0);
+    if (lua.lua_pcallk(state_, 0, 0, 1, 0, nullptr) == LUA_OK) return std::nullopt;
+    lua.lua_rotate(state_, 1, 1);
+    lua.lua_settop(state_, 1);
+    return takeError();
+}
+
+}  // namespace velmora
