@@ -24,6 +24,12 @@ bool mayBringMenuBar(const QObject* receiver, const QEvent* event) {
     return event->type() == QEvent::ActionAdded && qobject_cast<const QMenuBar*>(receiver);
 }
 
+/// An open menu has the keys; who waits for the end of a stroke has them before.
+bool belongsToOpenMenu(const QKeyEvent& event) {
+    return !ModifierKeys::isModifierKey(event.key()) && !NSApp().isFetching() &&
+           qobject_cast<const QMenu*>(QApplication::activePopupWidget());
+}
+
 }  // namespace
 
 EventHook::EventHook(QtMenuBars& menuBars, QtWindows& windows)
@@ -139,8 +145,7 @@ void EventHook::noteUse(const QWindow& window) {
 
 EventHook::Outcome EventHook::keyDown(QWindow& window, QKeyEvent& event) {
     noteUse(window);
-    // The keys are the menu's that is open.
-    if (qobject_cast<QMenu*>(QApplication::activePopupWidget())) return Outcome::Passed;
+    if (belongsToOpenMenu(event)) return Outcome::Passed;
     if (event.type() == QEvent::KeyPress) {
         const auto outcome = outcomeOf(override_, event.timestamp(), event.key());
         if (outcome) return *outcome;
