@@ -1,12 +1,16 @@
 #include "gestures/VelmoraMouseHandling.h"
 
+#include "gestures/VelmoraEventAdditions.h"
 #include "gestures/VelmoraGestures.h"
 #include "host/VelmoraApplicationAdditions.h"
 #include "host/_QZ_EX.h"
 #include "images/VelmoraImageFactory.h"
 #include "platform/Desktop.h"
+#include "platform/appkit/CGDirectDisplay.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSView.h"
 #include "platform/appkit/NSWorkspace.h"
+#include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
 #include "preferences/VelmoraActivation.h"
 
@@ -34,6 +38,15 @@ Class& VelmoraMouseHandling::classObject() {
              ->makes<VelmoraMouseHandling>()
              .method<&VelmoraMouseHandling::activate>("activate")
              .method<&VelmoraMouseHandling::doGesture_triggerEvent>("doGesture:triggerEvent:")
+             .method<&VelmoraMouseHandling::doScrollWheelVertical_triggerEvent>(
+                 "doScrollWheelVertical:triggerEvent:")
+             .method<&VelmoraMouseHandling::doScrollWheelHorizontal_triggerEvent>(
+                 "doScrollWheelHorizontal:triggerEvent:")
+             .method<&VelmoraMouseHandling::doScrollWheelBoth_triggerEvent>(
+                 "doScrollWheelBoth:triggerEvent:")
+             .method<&VelmoraMouseHandling::doJogDial_triggerEvent>("doJogDial:triggerEvent:")
+             .method<&VelmoraMouseHandling::applicationWillResignActive>(
+                 "applicationWillResignActive:")
              .method<&VelmoraMouseHandling::gestureTimerFired>("gestureTimerFired:");
     return *object;
 }
@@ -53,12 +66,15 @@ void VelmoraMouseHandling::activate() {
                Selector::named("dravikNextEventMatchingMask:untilDate:inMode:dequeue:"));
     _XIM2_with(NSMenu::classObject(), Selector::named("performActionForItemAtIndex:"),
                Selector::named("velmoraPerformActionForItemAtIndex:"));
+    NSNotificationCenter::defaultCenter().addObserver_selector_name_object(
+        shared_from_this(), Selector::named("applicationWillResignActive:"),
+        NSApplicationWillResignActiveNotification, nullptr);
 }
 
 NSEventRef VelmoraMouseHandling::doGesture_triggerEvent(const NSEventRef& event,
                                                         const NSEventRef& trigger) {
-    if (capturing_) return trigger;
-    capturing_ = true;
+    if (busy_) return trigger;
+    busy_ = true;
     const auto entry = static_cast<std::size_t>(*VelmoraIndex);
     const bool modifiersOnly =
         entry < VelmoraMouseButton->size() && VelmoraMouseButton[entry] == -1;
@@ -79,7 +95,7 @@ NSEventRef VelmoraMouseHandling::doGesture_triggerEvent(const NSEventRef& event,
             handleWithButton(next);
         }
     }
-    capturing_ = false;
+    busy_ = false;
     if (!hadGesture_) passEventOn(started);
     return next;
 }
@@ -195,6 +211,120 @@ void VelmoraMouseHandling::leaveLoop() {
     gestureTimer_ = nullptr;
     if (velmoraGesturesCursor_) NSCursor::pop();
     velmoraGesturesCursor_ = nullptr;
+}
+
+NSEventRef VelmoraMouseHandling::doScrollWheelVertical_triggerEvent(const NSEventRef& event,
+                                                                    const NSEventRef& trigger) {
+    return track(VelmoraScrollMotion::vertical, &VelmoraImageFactory::cursorV, event, trigger);
+}
+
+NSEventRef VelmoraMouseHandling::doScrollWheelHorizontal_triggerEvent(const NSEventRef& event,
+                                                                      const NSEventRef& trigger) {
+    return track(VelmoraScrollMotion::horizontal, &VelmoraImageFactory::cursorH, event, trigger);
+}
+
+NSEventRef VelmoraMouseHandling::doScrollWheelBoth_triggerEvent(const NSEventRef& event,
+                                                                const NSEventRef& trigger) {
+    return track(VelmoraScrollMotion::both, &VelmoraImageFactory::cursorHV, event, trigger);
+}
+
+NSEventRef VelmoraMouseHandling::doJogDial_triggerEvent(const NSEventRef& event,
+                                                        const NSEventRef& trigger) {
+    return track(VelmoraScrollMotion::jogDial, &VelmoraImageFactory::cursorJog, event, trigger);
+}
+
+NSEventRef VelmoraMouseHandling::track(VelmoraScrollMotion::TrackMode mode,
+                                       NSCursorRef (*cursor)(), const NSEventRef& event,
+                                       const NSEventRef& trigger) {
+    if (busy_) return trigger;
+    scrollMotion_ = VelmoraScrollMotion(mode);
+    velmoraGesturesCursor_ = cursor();
+    return startTracking_triggerEvent(event, trigger);
+}
+
+NSWindowRef VelmoraMouseHandling::chooseScrollWindow() {
+    NSWindowRef window = NSApp().keyWindow();
+    if (!window) window = NSApp().mainWindow();
+    VelmoraTargetWindowNum = window ? window->windowNumber() : 0;
+    const NSViewRef content = window ? window->contentView() : nullptr;
+    if (!content) return window;
+    NSViewRef view = content->hitTest(window->convertScreenToBase(NSEvent::mouseLocation()));
+    while (view && !view->acceptsFirstResponder()) view = view->superview();
+    if (view) window->makeFirstResponder(view);
+    return window;
+}
+
+NSEventRef VelmoraMouseHandling::startTracking_triggerEvent(const NSEventRef& /*event*/,
+                                                            const NSEventRef& /*trigger*/) {
+    busy_ = true;
+    const NSWindowRef window = chooseScrollWindow();
+    scrollWindow_ = window;
+    const bool switchedOn = window && !window->acceptsMouseMovedEvents();
+    if (switchedOn) window->setAcceptsMouseMovedEvents(true);
+    startTracking();
+    NSEventRef next;
+    while (trackingLoopActive_) {
+        next = NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(
+            NSAnyEventMask, desktop().now() + timeFromInterval(samplingInterval),
+            NSDefaultRunLoopMode, true);
+        // When the tracking was ended within this wait, the event is no part of it.
+        if (next && trackingLoopActive_) handleTracking(next);
+    }
+    if (switchedOn) window->setAcceptsMouseMovedEvents(false);
+    busy_ = false;
+    return next;
+}
+
+void VelmoraMouseHandling::handleTracking(const NSEventRef& next) {
+    switch (next->type()) {
+        case NSLeftMouseDown:
+        case NSLeftMouseUp:
+        case NSRightMouseDown:
+        case NSRightMouseUp:
+        case NSKeyDown:
+        case NSKeyUp:
+        case NSOtherMouseDown:
+        case NSOtherMouseUp: endTracking(); break;
+        case NSMouseMoved:
+        case NSLeftMouseDragged:
+        case NSRightMouseDragged:
+        case NSOtherMouseDragged: addToTracking(); break;
+        default: passEventOn(next);
+    }
+}
+
+void VelmoraMouseHandling::startTracking() {
+    if (velmoraGesturesCursor_) velmoraGesturesCursor_->push();
+    CGAssociateMouseAndMouseCursorPosition(false);
+    trackingLoopActive_ = true;
+}
+
+void VelmoraMouseHandling::addToTracking() {
+    const CGMouseDelta delta = CGGetLastMouseDelta();
+    if (const auto step = scrollMotion_.add(delta.x, delta.y)) {
+        deliver(velmoraScrollWheelEventWithDeltaX_deltaY(step->deltaX, step->deltaY));
+    }
+}
+
+void VelmoraMouseHandling::deliver(const NSEventRef& scroll) const {
+    static const Selector velmoraScroll = Selector::named("velmoraScroll:");
+    const NSWindowRef window = scrollWindow_.lock();
+    NSResponderRef responder = window ? window->firstResponder() : nullptr;
+    while (responder && !responder->tryToPerform_with(velmoraScroll, scroll)) {
+        responder = responder->nextResponder();
+    }
+    if (!responder) passEventOn(scroll);
+}
+
+void VelmoraMouseHandling::endTracking() {
+    trackingLoopActive_ = false;
+    CGAssociateMouseAndMouseCursorPosition(true);
+    if (velmoraGesturesCursor_) NSCursor::pop();
+    velmoraGesturesCursor_ = nullptr;
+}
+
+void VelmoraMouseHandling::applicationWillResignActive(const NSNotification& /*notification*/) {
+    if (trackingLoopActive_) endTracking();
 }
 
 }  // namespace velmora

@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <memory>
 
+#include "gestures/VelmoraScrollMotion.h"
 #include "platform/appkit/NSCursor.h"
 #include "platform/appkit/NSEvent.h"
+#include "platform/appkit/NSWindow.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/runtime/ProcessWide.h"
 
@@ -14,8 +16,9 @@ namespace velmora {
 struct NSNotification;
 
 /// Turns a held button, or held modifier keys, and the pointer's motion into a gesture string: 1 to
-/// 29 letters u, d, l, r, no two neighbours equal. The router sends it an action when an event
-/// matches an activation entry; the action runs an event loop of its own until the stroke ends.
+/// 29 letters u, d, l, r, no two neighbours equal; or into scrolling. The router sends it an action
+/// when an event matches an activation entry; the action runs an event loop of its own until the
+/// stroke or the scrolling ends.
 class VelmoraMouseHandling final : public NSObject {
 public:
     static Class& classObject();
@@ -31,6 +34,24 @@ public:
     /// A press that comes while a capture runs, from a loop of the host inside it, is passed on.
     NSEventRef doGesture_triggerEvent(const NSEventRef& event, const NSEventRef& trigger);
 
+    /// Scroll what has the keys by the mouse's motion, while the pointer stands still. The press is
+    /// not passed on; the result, which the router passes on, is the event that ended it.
+    NSEventRef doScrollWheelVertical_triggerEvent(const NSEventRef& event,
+                                                  const NSEventRef& trigger);
+    NSEventRef doScrollWheelHorizontal_triggerEvent(const NSEventRef& event,
+                                                    const NSEventRef& trigger);
+    NSEventRef doScrollWheelBoth_triggerEvent(const NSEventRef& event, const NSEventRef& trigger);
+    NSEventRef doJogDial_triggerEvent(const NSEventRef& event, const NSEventRef& trigger);
+
+    /// Looks for what is to scroll, and runs the loop.
+    NSEventRef startTracking_triggerEvent(const NSEventRef& event, const NSEventRef& trigger);
+    void startTracking();
+    /// Takes the mouse's last motion, and scrolls when it is enough.
+    void addToTracking();
+    void endTracking();
+    /// Ends a tracking; a capture goes on.
+    void applicationWillResignActive(const NSNotification& notification);
+
     void startGesture();
     /// Takes one sample of the pointer.
     void addToGesture();
@@ -43,6 +64,12 @@ private:
     void handleWithButton(const NSEventRef& next);
     void handleWithModifiersOnly(const NSEventRef& next, const NSEventRef& started);
     void leaveLoop();
+    NSEventRef track(VelmoraScrollMotion::TrackMode mode, NSCursorRef (*cursor)(),
+                     const NSEventRef& event, const NSEventRef& trigger);
+    /// The window whose responders are to scroll, once the view under the pointer has the keys.
+    static NSWindowRef chooseScrollWindow();
+    void handleTracking(const NSEventRef& next);
+    void deliver(const NSEventRef& scroll) const;
 
     NSTimerRef gestureTimer_;
     std::int32_t gestureTicks_ = 0;
@@ -51,10 +78,14 @@ private:
     std::int32_t gestureIdx_ = 0;
     /// Byte 0 is a sentinel that no letter equals; a zero follows the last letter.
     std::array<char, 32> gestureString_{};
-    bool capturing_ = false;
+    /// A capture or a tracking is under way, or the loop that ran it has not returned yet.
+    bool busy_ = false;
     bool gestureLoopActive_ = false;
+    bool trackingLoopActive_ = false;
     bool hadGesture_ = false;
     NSCursorRef velmoraGesturesCursor_;
+    VelmoraScrollMotion scrollMotion_{VelmoraScrollMotion::vertical};
+    std::weak_ptr<NSWindow> scrollWindow_;
 };
 
 /// The one mouse-handling object of the process.

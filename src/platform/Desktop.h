@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/appkit/Bitmap.h"
+#include "platform/appkit/CGDirectDisplay.h"
 #include "platform/foundation/FileSystem.h"
 #include "platform/foundation/NSGeometry.h"
 #include "platform/foundation/Time.h"
@@ -68,12 +69,22 @@ public:
     /// active.
     virtual std::shared_ptr<NSWindow> keyWindow() = 0;
 
+    /// The window that takes the keys or would if the application were active; null without one.
+    virtual std::shared_ptr<NSWindow> mainWindow() = 0;
+
     /// A window for the panel, which owns it; not yet shown.
     virtual std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) = 0;
 
     // The pointer
 
     virtual NSPoint mouseLocation() = 0;
+
+    /// As CGGetLastMouseDelta.
+    virtual CGMouseDelta lastMouseDelta() = 0;
+
+    /// Until it is called with true again, the mouse does not move the pointer; motion is told by
+    /// events and lastMouseDelta all the same.
+    virtual void associateMouseAndPointer(bool connected) = 0;
 
     /// Shows the cursor everywhere in the application; null gives back the host's own.
     virtual void showCursor(const NSCursor* cursor) = 0;

@@ -94,6 +94,10 @@ NSMenuRef NSApplication::mainMenu() {
     return desktop().mainMenu();
 }
 
+NSWindowRef NSApplication::mainWindow() {
+    return desktop().mainWindow();
+}
+
 NSWindowRef NSApplication::keyWindow() {
     return desktop().keyWindow();
 }

@@ -44,6 +44,7 @@ public:
 
     NSMenuRef mainMenu();
     NSWindowRef keyWindow();
+    NSWindowRef mainWindow();
     /// The application's visible windows, front to back.
     std::vector<NSWindowRef> orderedWindows();
 

@@ -1,6 +1,7 @@
 #include "platform/appkit/NSEvent.h"
 
 #include "platform/Desktop.h"
+#include "platform/appkit/CGDirectDisplay.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
@@ -29,6 +30,27 @@ NSEventRef NSEvent::
     fields.clickCount = clickCount;
     fields.pressure = pressure;
     return std::make_shared<NSEvent>(std::move(fields));
+}
+
+NSEventRef NSEvent::
+    otherEventWithType_location_modifierFlags_timestamp_windowNumber_context_subtype_data1_data2(
+        std::uint32_t type, NSPoint location, std::uint32_t modifierFlags, double timestamp,
+        int windowNumber, const void* /*context*/, int /*subtype*/, int /*data1*/, int /*data2*/) {
+    Fields fields;
+    fields.type = type;
+    fields.location = location;
+    fields.modifierFlags = modifierFlags;
+    fields.timestamp = timestamp;
+    fields.windowNumber = windowNumber;
+    return std::make_shared<NSEvent>(std::move(fields));
+}
+
+CGMouseDelta CGGetLastMouseDelta() {
+    return desktop().lastMouseDelta();
+}
+
+void CGAssociateMouseAndMouseCursorPosition(bool connected) {
+    desktop().associateMouseAndPointer(connected);
 }
 
 }  // namespace velmora

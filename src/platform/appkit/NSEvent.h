@@ -84,6 +84,7 @@ public:
         bool isARepeat = false;
         float deltaX = 0;
         float deltaY = 0;
+        float deltaZ = 0;
     };
 
     explicit NSEvent(Fields fields) : fields_(std::move(fields)) {}
@@ -97,7 +98,12 @@ public:
     int eventNumber() const { return fields_.eventNumber; }
     int clickCount() const { return fields_.clickCount; }
     int buttonNumber() const { return fields_.buttonNumber; }
+    float deltaX() const { return fields_.deltaX; }
+    float deltaY() const { return fields_.deltaY; }
+    float deltaZ() const { return fields_.deltaZ; }
     const Fields& fields() const { return fields_; }
+    /// For whoever makes the event, before it goes anywhere.
+    Fields& fields() { return fields_; }
 
     /// The pointer's place on the screen now.
     static NSPoint mouseLocation();
@@ -106,6 +112,11 @@ public:
     mouseEventWithType_location_modifierFlags_timestamp_windowNumber_context_eventNumber_clickCount_pressure(
         std::uint32_t type, NSPoint location, std::uint32_t modifierFlags, double timestamp,
         int windowNumber, const void* context, int eventNumber, int clickCount, float pressure);
+
+    static std::shared_ptr<NSEvent>
+    otherEventWithType_location_modifierFlags_timestamp_windowNumber_context_subtype_data1_data2(
+        std::uint32_t type, NSPoint location, std::uint32_t modifierFlags, double timestamp,
+        int windowNumber, const void* context, int subtype, int data1, int data2);
 
 private:
     Fields fields_;

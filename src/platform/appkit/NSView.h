@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "platform/appkit/NSEvent.h"
+#include "platform/appkit/NSResponder.h"
 #include "platform/foundation/NSGeometry.h"
-#include "platform/runtime/NSObject.h"
 
 namespace velmora {
 
@@ -12,7 +12,7 @@ class NSMenu;
 class NSWindow;
 
 /// A view of a window: here, what the system asks of the host's views. Desktops derive from it.
-class NSView : public NSObject {
+class NSView : public NSResponder {
 public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
@@ -25,6 +25,12 @@ public:
     virtual std::shared_ptr<NSMenu> menuForEvent(const NSEventRef& event) = 0;
 
     virtual std::shared_ptr<NSWindow> window() = 0;
+
+    /// The view that holds this one, or null for a window's content view.
+    virtual std::shared_ptr<NSView> superview() { return nullptr; }
+
+    /// The superview, or the window at the end.
+    NSResponderRef nextResponder() override;
 };
 
 using NSViewRef = std::shared_ptr<NSView>;

@@ -6,7 +6,7 @@
 namespace velmora {
 
 Class& NSView::classObject() {
-    static auto* object = new Class("NSView", &NSObject::classObject());
+    static auto* object = new Class("NSView", &NSResponder::classObject());
     return *object;
 }
 
@@ -16,8 +16,17 @@ Class& NSDrawer::classObject() {
 }
 
 Class& NSWindow::classObject() {
-    static auto* object = new Class("NSWindow", &NSObject::classObject());
+    static auto* object = new Class("NSWindow", &NSResponder::classObject());
     return *object;
+}
+
+NSResponderRef NSView::nextResponder() {
+    if (NSViewRef above = superview()) return above;
+    return window();
+}
+
+bool NSWindow::makeFirstResponder(const NSResponderRef& /*responder*/) {
+    return false;
 }
 
 NSPoint NSWindow::convertScreenToBase(NSPoint point) {

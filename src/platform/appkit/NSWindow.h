@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/appkit/NSResponder.h"
 #include "platform/foundation/NSGeometry.h"
-#include "platform/runtime/NSObject.h"
 
 namespace velmora {
 
@@ -21,7 +21,7 @@ public:
 
 /// A window of the application: here, what the system asks of the host's windows. Desktops derive
 /// from it.
-class NSWindow : public NSObject {
+class NSWindow : public NSResponder {
 public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
@@ -37,8 +37,20 @@ public:
     /// the desktop lets us. NSApplication's key window is this one from here on.
     virtual void makeKeyWindow() = 0;
 
+    /// What is asked first when a key or a scroll comes; null for nothing.
+    virtual NSResponderRef firstResponder() { return nullptr; }
+    /// False when the responder refuses.
+    virtual bool makeFirstResponder(const NSResponderRef& responder);
+
+    /// Whether the window hears of motion without a button.
+    virtual bool acceptsMouseMovedEvents() { return acceptsMouseMovedEvents_; }
+    virtual void setAcceptsMouseMovedEvents(bool accepts) { acceptsMouseMovedEvents_ = accepts; }
+
     /// A point of the screen in the window's base coordinates.
     NSPoint convertScreenToBase(NSPoint point);
+
+private:
+    bool acceptsMouseMovedEvents_ = false;
 };
 
 using NSWindowRef = std::shared_ptr<NSWindow>;

@@ -162,6 +162,10 @@ ParsedExpectation parseExpectation(ScenarioText& text, ScenarioLine& line) {
         TextExpectation expected{line.word("a text view"), {}};
         expected.text = parseText(text, line);
         parsed.what = std::move(expected);
+    } else if (line.take("scroll")) {
+        ScrollExpectation expected{line.word("a scroll view"), {}};
+        expected.origin = line.point();
+        parsed.what = std::move(expected);
     } else if (line.take("no cursor")) {
         parsed.what = CursorExpectation{false};
     } else if (line.take("cursor")) {

@@ -138,6 +138,13 @@ HeadlessTextView* HeadlessDesktop::textViewNamed(const std::string& name) const 
     return nullptr;
 }
 
+HeadlessScrollView* HeadlessDesktop::scrollViewNamed(const std::string& name) const {
+    for (const auto& window : windows_) {
+        if (HeadlessScrollView* view = window->scrollViewNamed(name)) return view;
+    }
+    return nullptr;
+}
+
 bool HeadlessDesktop::focusTextView(const std::string& name) {
     const auto found = std::find_if(windows_.begin(), windows_.end(), [&](const auto& window) {
         return window->textViewNamed(name) != nullptr;
@@ -172,6 +179,14 @@ NSWindowRef HeadlessDesktop::keyWindow() {
 
 NSPoint HeadlessDesktop::mouseLocation() {
     return session_.user().location();
+}
+
+CGMouseDelta HeadlessDesktop::lastMouseDelta() {
+    return session_.user().takeDelta();
+}
+
+void HeadlessDesktop::associateMouseAndPointer(bool connected) {
+    session_.user().associate(connected);
 }
 
 void HeadlessDesktop::showCursor(const NSCursor* cursor) {

@@ -37,8 +37,11 @@ public:
     NSMenuRef mainMenu() override { return menuBar_; }
     std::vector<NSWindowRef> orderedWindows() override;
     NSWindowRef keyWindow() override;
+    NSWindowRef mainWindow() override { return keyWindow_.lock(); }
     std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) override;
     NSPoint mouseLocation() override;
+    CGMouseDelta lastMouseDelta() override;
+    void associateMouseAndPointer(bool connected) override;
     void showCursor(const NSCursor* cursor) override;
     std::optional<Bitmap> decodeImage(std::string_view bytes) override;
     void openURL(const std::string& address) override;
@@ -79,6 +82,9 @@ public:
     HeadlessTextView* textViewNamed(const std::string& name) const;
     /// Gives it the keys, as a click into it does. False without one of that name.
     bool focusTextView(const std::string& name);
+
+    /// The scroll view of that name in one of the windows, or null.
+    HeadlessScrollView* scrollViewNamed(const std::string& name) const;
 
     /// The panel of ours that takes the keys, or null.
     HeadlessPanel* keyPanel() const { return panels_.empty() ? nullptr : panels_.back(); }

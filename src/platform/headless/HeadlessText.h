@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/headless/HeadlessWindow.h"
+#include "platform/headless/HeadlessView.h"
 
 namespace velmora {
 
@@ -22,6 +22,7 @@ public:
           name_(description.text->name),
           text_(description.text->contents) {}
 
+    bool acceptsFirstResponder() override { return true; }
     const std::string& name() const { return name_; }
     const std::string& text() const { return text_; }
     void keyDown(const NSEvent& event) { typeIntoText(text_, event); }

@@ -29,7 +29,21 @@ std::uint32_t typeFor(int button, std::uint32_t left, std::uint32_t right, std::
 
 }  // namespace
 
-NSPoint HeadlessUser::location() const {
+void HeadlessUser::associate(bool connected) {
+    delta_ = {};
+    if (!connected) {
+        pinned_ = location();
+    } else if (pinned_) {
+        const NSPoint now = hand();
+        for (NSPoint* place : {&from_, &to_, &lastPosted_}) {
+            place->x += pinned_->x - now.x;
+            place->y += pinned_->y - now.y;
+        }
+        pinned_.reset();
+    }
+}
+
+NSPoint HeadlessUser::hand() const {
     const Time now = clock_.now();
     if (now >= end_) return to_;
     const double done =
@@ -41,7 +55,7 @@ NSPoint HeadlessUser::location() const {
 }
 
 void HeadlessUser::move(NSPoint to, Time duration) {
-    from_ = location();
+    from_ = hand();
     to_ = to;
     begin_ = clock_.now();
     end_ = begin_ + duration;
@@ -125,11 +139,16 @@ void HeadlessUser::postMouse(std::uint32_t type, int button, const NSWindowRef& 
 }
 
 void HeadlessUser::postMotion() {
-    const NSPoint here = location();
+    const NSPoint here = hand();
     if (here == lastPosted_) return;
+    const auto pixels = [](float to, float from) {
+        return static_cast<std::int32_t>(to) - static_cast<std::int32_t>(from);
+    };
+    delta_.x += pixels(here.x, lastPosted_.x);
+    delta_.y -= pixels(here.y, lastPosted_.y);
     lastPosted_ = here;
     if (buttons_.empty()) {
-        postMouse(NSMouseMoved, 0, windowAt(here));
+        postMouse(NSMouseMoved, 0, windowAt(location()));
         return;
     }
     const HeldButton& held = buttons_.back();

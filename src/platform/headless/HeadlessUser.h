@@ -2,9 +2,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "platform/appkit/CGDirectDisplay.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/foundation/NSGeometry.h"
 #include "platform/foundation/Time.h"
@@ -23,7 +26,15 @@ public:
     HeadlessUser(const VirtualClock& clock, InputQueue& queue) : clock_(clock), queue_(queue) {}
 
     /// Where the pointer is at this moment, also half way of a motion. Screen coordinates.
-    NSPoint location() const;
+    NSPoint location() const { return pinned_ ? *pinned_ : hand(); }
+
+    /// Where the hand has moved the pointer, or would have if it moved it.
+    NSPoint hand() const;
+
+    /// Whether the hand moves the pointer. Once it does again, it goes on from where the pointer is.
+    void associate(bool connected);
+    /// As Desktop::lastMouseDelta.
+    CGMouseDelta takeDelta() { return std::exchange(delta_, {}); }
 
     /// Begins to move the pointer there in a straight line, posting motion on the way. The queue's
     /// next action is not put off: that is the caller's.
@@ -74,6 +85,8 @@ private:
     Time begin_{};
     Time end_{};
     NSPoint lastPosted_;
+    std::optional<NSPoint> pinned_;
+    CGMouseDelta delta_;
     /// Tells the samples of a motion from those of one that replaced it.
     int motion_ = 0;
     std::vector<HeldButton> buttons_;

@@ -1,7 +1,6 @@
 #include "platform/headless/HeadlessWindow.h"
 
-#include <stdexcept>
-
+#include "platform/headless/HeadlessScrollView.h"
 #include "platform/headless/HeadlessText.h"
 
 namespace velmora {
@@ -18,13 +17,6 @@ private:
     NSWindowRef window_;
 };
 
-std::shared_ptr<HeadlessView> makeView(const ViewDescription& description,
-                                       const std::weak_ptr<NSWindow>& window,
-                                       const CommandHandler& handler) {
-    if (description.text) return std::make_shared<HeadlessTextView>(description, window, handler);
-    return std::make_shared<HeadlessView>(description, window, handler);
-}
-
 /// The text view that is described as having the keys; "" when none is.
 std::string focusedName(const std::vector<ViewDescription>& views) {
     for (const ViewDescription& view : views) {
@@ -39,42 +31,28 @@ std::shared_ptr<HeadlessView> makeContentView(const std::shared_ptr<NSWindow>& w
                           const std::vector<ViewDescription>& views,
                           const CommandHandler& handler) {
     const ViewDescription content{
-        {{0, 0}, {window->frame().size.width, height}}, contextMenu, views, {}};
-    return std::make_shared<HeadlessView>(content, window, handler);
+        {{0, 0}, {window->frame().size.width, height}}, contextMenu, {}, {}, {}};
+    auto view = std::make_shared<HeadlessView>(content, window, handler);
+    view->addViews(views);
+    return view;
+}
+
+bool hasName(const NSView& view) {
+    return dynamic_cast<const HeadlessTextView*>(&view) ||
+           dynamic_cast<const HeadlessScrollView*>(&view);
+}
+
+/// The one of that kind and name, or null.
+template <class View>
+View* find(const std::vector<NSView*>& views, const std::string& name) {
+    for (NSView* view : views) {
+        auto* candidate = dynamic_cast<View*>(view);
+        if (candidate && candidate->name() == name) return candidate;
+    }
+    return nullptr;
 }
 
 }  // namespace
-
-HeadlessView::HeadlessView(const ViewDescription& description,
-                           const std::weak_ptr<NSWindow>& window, const CommandHandler& handler)
-    : frame_(description.frame),
-      contextMenu_(description.contextMenu),
-      window_(window),
-      handler_(handler) {
-    for (const ViewDescription& view : description.views) {
-        views_.push_back(makeView(view, window, handler));
-    }
-}
-
-void HeadlessView::findTextViews(std::vector<HeadlessTextView*>& found) {
-    if (auto* text = dynamic_cast<HeadlessTextView*>(this)) found.push_back(text);
-    for (const auto& view : views_) view->findTextViews(found);
-}
-
-NSViewRef HeadlessView::hitTest(NSPoint point) {
-    if (!NSMouseInRect(point, frame_, false)) return nullptr;
-    const NSPoint inside{point.x - frame_.origin.x, point.y - frame_.origin.y};
-    for (auto view = views_.rbegin(); view != views_.rend(); ++view) {
-        if (NSViewRef hit = (*view)->hitTest(inside)) return hit;
-    }
-    return std::static_pointer_cast<NSView>(shared_from_this());
-}
-
-NSMenuRef HeadlessView::menuForEvent(const NSEventRef& /*event*/) {
-    if (!contextMenu_) return nullptr;
-    if (contextMenu_->raises) throw std::runtime_error(*contextMenu_->raises);
-    return HeadlessMenu::make({}, contextMenu_->items, handler_);
-}
 
 std::shared_ptr<HeadlessWindow> HeadlessWindow::make(const WindowDescription& description,
                                                      int number, const CommandHandler& handler,
@@ -84,7 +62,10 @@ std::shared_ptr<HeadlessWindow> HeadlessWindow::make(const WindowDescription& de
     const auto content =
         makeContentView(window, description.frame.size.height - description.titleBar,
                         description.contextMenu, description.views, handler);
-    content->findTextViews(window->textViews_);
+    const auto note = [&named = window->named_](NSView& view) {
+        if (hasName(view)) named.push_back(&view);
+    };
+    content->visit(note);
     window->contentView_ = content;
     window->focusTextView(focusedName(description.views));
     for (const DrawerDescription& drawer : description.drawers) {
@@ -92,7 +73,7 @@ std::shared_ptr<HeadlessWindow> HeadlessWindow::make(const WindowDescription& de
         auto holder = std::make_shared<HeadlessWindow>("drawer", drawer.frame, number);
         const auto inside =
             makeContentView(holder, drawer.frame.size.height, std::nullopt, drawer.views, handler);
-        inside->findTextViews(window->textViews_);
+        inside->visit(note);
         holder->contentView_ = inside;
         window->drawers_.push_back(std::make_shared<HeadlessDrawer>(std::move(holder)));
     }
@@ -100,10 +81,28 @@ std::shared_ptr<HeadlessWindow> HeadlessWindow::make(const WindowDescription& de
 }
 
 HeadlessTextView* HeadlessWindow::textViewNamed(const std::string& name) const {
-    for (HeadlessTextView* view : textViews_) {
-        if (view->name() == name) return view;
-    }
-    return nullptr;
+    return find<HeadlessTextView>(named_, name);
+}
+
+HeadlessScrollView* HeadlessWindow::scrollViewNamed(const std::string& name) const {
+    return find<HeadlessScrollView>(named_, name);
+}
+
+HeadlessTextView* HeadlessWindow::focusedTextView() const {
+    return dynamic_cast<HeadlessTextView*>(firstResponder_.lock().get());
+}
+
+void HeadlessWindow::focusTextView(const std::string& name) {
+    if (HeadlessTextView* view = textViewNamed(name)) firstResponder_ = view->weak_from_this();
+}
+
+NSResponderRef HeadlessWindow::firstResponder() {
+    return std::static_pointer_cast<NSResponder>(firstResponder_.lock());
+}
+
+bool HeadlessWindow::makeFirstResponder(const NSResponderRef& responder) {
+    firstResponder_ = responder;
+    return true;
 }
 
 void HeadlessWindow::makeKeyWindow() {

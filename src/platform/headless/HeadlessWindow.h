@@ -5,35 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "platform/appkit/NSView.h"
 #include "platform/appkit/NSWindow.h"
-#include "platform/headless/HeadlessMenu.h"
-#include "platform/headless/HostDescription.h"
+#include "platform/headless/HeadlessView.h"
 
 namespace velmora {
 
+class HeadlessScrollView;
 class HeadlessTextView;
-
-/// A view of a host's window.
-class HeadlessView : public NSView {
-public:
-    HeadlessView(const ViewDescription& description, const std::weak_ptr<NSWindow>& window,
-                 const CommandHandler& handler);
-
-    /// Appends the text views among the view and those in it.
-    void findTextViews(std::vector<HeadlessTextView*>& found);
-
-    NSViewRef hitTest(NSPoint point) override;
-    NSMenuRef menuForEvent(const NSEventRef& event) override;
-    NSWindowRef window() override { return window_.lock(); }
-
-private:
-    NSRect frame_;
-    std::optional<ContextMenuDescription> contextMenu_;
-    std::vector<std::shared_ptr<HeadlessView>> views_;
-    std::weak_ptr<NSWindow> window_;
-    CommandHandler handler_;
-};
 
 /// A host's window, or the window that holds a drawer.
 class HeadlessWindow final : public NSWindow {
@@ -53,11 +31,14 @@ public:
     std::vector<std::shared_ptr<NSDrawer>> drawers() override { return drawers_; }
     int windowNumber() override { return number_; }
     void makeKeyWindow() override;
+    NSResponderRef firstResponder() override;
+    bool makeFirstResponder(const NSResponderRef& responder) override;
 
+    HeadlessScrollView* scrollViewNamed(const std::string& name) const;
     HeadlessTextView* textViewNamed(const std::string& name) const;
     /// The one that has the keys when the window is key, or null.
-    HeadlessTextView* focusedTextView() const { return focused_; }
-    void focusTextView(const std::string& name) { focused_ = textViewNamed(name); }
+    HeadlessTextView* focusedTextView() const;
+    void focusTextView(const std::string& name);
 
 private:
     std::string title_;
@@ -66,8 +47,9 @@ private:
     NSViewRef contentView_;
     std::vector<std::shared_ptr<NSDrawer>> drawers_;
     std::function<void(HeadlessWindow&)> makeKey_;
-    std::vector<HeadlessTextView*> textViews_;
-    HeadlessTextView* focused_ = nullptr;
+    /// What a scenario speaks of by its name.
+    std::vector<NSView*> named_;
+    std::weak_ptr<NSObject> firstResponder_;
 };
 
 }  // namespace velmora

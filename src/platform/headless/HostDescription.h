@@ -43,12 +43,23 @@ struct TextDescription {
     bool focused = false;
 };
 
+/// What makes a view one that shows a part of a document, whose y grows downward.
+struct ScrollDescription {
+    /// By which a scenario speaks of it.
+    std::string name;
+    NSSize document;
+    /// What is visible first, and how far a line is across and down.
+    NSPoint origin;
+    NSSize line{10, 10};
+};
+
 /// A view by its frame in its parent's coordinates; of two that overlap the later is in front.
 struct ViewDescription {
     NSRect frame;
     std::optional<ContextMenuDescription> contextMenu;
     std::vector<ViewDescription> views;
     std::optional<TextDescription> text;
+    std::optional<ScrollDescription> scroll;
 };
 
 /// A drawer by the frame of its window, in screen coordinates.

@@ -51,20 +51,30 @@ bool parseContextMenu(ScenarioText& text, ScenarioLine& line,
     return true;
 }
 
+void parseScroll(ScenarioLine& line, ScrollDescription& scroll) {
+    if (!line.take("shows")) line.fail("expected shows W H, the size of its document");
+    scroll.document = line.size();
+    if (line.take("from")) scroll.origin = line.point();
+    if (line.take("lines")) scroll.line = line.size();
+}
+
 bool parseView(ScenarioText& text, ScenarioLine& line, std::vector<ViewDescription>& views) {
     ViewDescription view;
     if (line.take("text view")) {
         view.text.emplace().name = line.word("the text view's name");
+    } else if (line.take("scroll view")) {
+        view.scroll.emplace().name = line.word("the scroll view's name");
     } else if (!line.take("view")) {
         return false;
     }
     view.frame = line.frame();
+    if (view.scroll) parseScroll(line, *view.scroll);
     if (view.text && line.take("holds")) view.text->contents = line.word("its text");
     if (view.text && line.take("focused")) view.text->focused = true;
     text.block(line, [&](ScenarioLine& inner) {
         if (parseContextMenu(text, inner, view.contextMenu)) return;
         if (!parseView(text, inner, view.views)) {
-            inner.fail("a view holds: view, text view, context menu");
+            inner.fail("a view holds: view, text view, scroll view, context menu");
         }
     });
     views.push_back(std::move(view));
@@ -75,7 +85,7 @@ DrawerDescription parseDrawer(ScenarioText& text, ScenarioLine& line) {
     DrawerDescription drawer;
     drawer.frame = line.frame();
     text.block(line, [&](ScenarioLine& inner) {
-        if (!parseView(text, inner, drawer.views)) inner.fail("a drawer holds: view, text view");
+        if (!parseView(text, inner, drawer.views)) inner.fail("a drawer holds: view, text view, scroll view");
     });
     return drawer;
 }
@@ -113,7 +123,7 @@ WindowDescription parseWindow(ScenarioText& text, ScenarioLine& line) {
         if (parseContextMenu(text, inner, window.contextMenu)) return;
         if (parseView(text, inner, window.views)) return;
         if (!inner.take("drawer")) {
-            inner.fail("a window holds: view, text view, drawer, context menu");
+            inner.fail("a window holds: view, text view, scroll view, drawer, context menu");
         }
         window.drawers.push_back(parseDrawer(text, inner));
     });

@@ -176,6 +176,12 @@ struct TextExpectation {
     std::string text;
 };
 
+/// What the scroll view shows begins there, in the document's coordinates.
+struct ScrollExpectation {
+    std::string scrollView;
+    NSPoint origin;
+};
+
 struct CursorExpectation {
     bool shown = true;
 };
@@ -192,7 +198,8 @@ struct Statement {
                  KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ScrollStep, WaitStep, ChooseStep,
                  FileStep, MenuStep, WindowStep, ProcessStep, HappenedExpectation, OrderExpectation,
                  FileExpectation, MenuExpectation, ItemExpectation, KeyWindowExpectation,
-                 PanelExpectation, TextExpectation, CursorExpectation, TimeExpectation>
+                 PanelExpectation, TextExpectation, ScrollExpectation, CursorExpectation,
+                 TimeExpectation>
         what;
 };
 

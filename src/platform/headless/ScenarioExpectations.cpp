@@ -1,10 +1,12 @@
 // What ScenarioPlayer looks at.
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <sstream>
 
 #include "platform/foundation/PropertyListFile.h"
+#include "platform/headless/HeadlessScrollView.h"
 #include "platform/headless/HeadlessText.h"
 #include "platform/headless/ScenarioPlayer.h"
 #include "platform/headless/ScenarioTables.h"
@@ -12,6 +14,9 @@
 namespace velmora {
 
 namespace {
+
+/// Lines of thirds of a point do not add up exactly.
+constexpr float scrollTolerance = 0.01F;
 
 std::string list(const std::vector<std::string>& texts) {
     std::string all;
@@ -147,6 +152,16 @@ void ScenarioPlayer::act(const TextExpectation& expected) {
     }
     if (text != expected.text) {
         failed('"' + expected.text + '"', text ? '"' + *text + '"' : "nothing of that name");
+    }
+}
+
+void ScenarioPlayer::act(const ScrollExpectation& expected) {
+    HeadlessScrollView* view = host().scrollViewNamed(expected.scrollView);
+    const NSPoint got = view ? view->documentVisibleRect().origin : NSPoint();
+    const bool holds = view && std::abs(got.x - expected.origin.x) < scrollTolerance &&
+                       std::abs(got.y - expected.origin.y) < scrollTolerance;
+    if (!holds) {
+        failed(coordinates(expected.origin), view ? coordinates(got) : "nothing of that name");
     }
 }
 

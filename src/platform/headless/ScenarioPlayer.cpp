@@ -136,7 +136,7 @@ void ScenarioPlayer::act(const ModifierStep& step) {
 void ScenarioPlayer::act(const MoveStep& step) {
     NSPoint to = step.point;
     if (step.relative) {
-        const NSPoint here = session_.user().location();
+        const NSPoint here = session_.user().hand();
         to = {here.x + to.x, here.y + to.y};
     }
     session_.user().move(to, step.duration);

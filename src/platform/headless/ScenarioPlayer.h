@@ -62,6 +62,7 @@ private:
     void act(const KeyWindowExpectation& expected);
     void act(const PanelExpectation& expected);
     void act(const TextExpectation& expected);
+    void act(const ScrollExpectation& expected);
     void act(const CursorExpectation& expected);
     void act(const TimeExpectation& expected);
 

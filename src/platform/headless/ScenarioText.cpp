@@ -167,9 +167,13 @@ NSRect ScenarioLine::frame() {
     if (!take("at")) fail("expected at X Y size W H");
     const NSPoint origin = point();
     if (!take("size")) fail("expected size W H");
+    return {origin, size()};
+}
+
+NSSize ScenarioLine::size() {
     const double width = number("a width", 0, maximumCoordinate);
     const double height = number("a height", 0, maximumCoordinate);
-    return {origin, {static_cast<float>(width), static_cast<float>(height)}};
+    return {static_cast<float>(width), static_cast<float>(height)};
 }
 
 bool ScenarioLine::takeModifier(std::uint32_t& flag) {

@@ -41,6 +41,7 @@ public:
     NSPoint point();
     /// at X Y size W H
     NSRect frame();
+    NSSize size();
     /// A modifier key, if one comes next.
     bool takeModifier(std::uint32_t& flag);
 
