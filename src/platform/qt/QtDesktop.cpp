@@ -139,6 +139,8 @@ void QtDesktop::dispatchEvent(const NSEventRef& event) {
         session_->hook.dispatch(*input);
     } else if (event->type() == NSKeyDown) {
         session_->typing.type(event);
+    } else if (event->type() == NSScrollWheel) {
+        session_->wheel.scroll(*event, session_->hook.pointerLocation().toPoint());
     }
 }
 
@@ -168,6 +170,10 @@ std::shared_ptr<NSWindow> QtDesktop::keyWindow() {
     return session_ ? session_->windows.keyWindow() : nullptr;
 }
 
+std::shared_ptr<NSWindow> QtDesktop::mainWindow() {
+    return session_ ? session_->windows.mainWindow() : nullptr;
+}
+
 std::unique_ptr<PanelPeer> QtDesktop::makePanel(NSPanel& panel) {
     if (!session_) return std::make_unique<NoPanel>();
     return std::make_unique<QtPanel>(session_->windows, panel);
@@ -177,6 +183,19 @@ std::unique_ptr<PanelPeer> QtDesktop::makePanel(NSPanel& panel) {
 
 NSPoint QtDesktop::mouseLocation() {
     return session_ ? screenPoint(session_->hook.pointerLocation()) : NSPoint();
+}
+
+CGMouseDelta QtDesktop::lastMouseDelta() {
+    return session_ ? session_->pointer.takeDelta() : CGMouseDelta();
+}
+
+void QtDesktop::associateMouseAndPointer(bool connected) {
+    if (!session_) return;
+    if (connected) {
+        session_->pointer.release();
+    } else {
+        session_->pointer.pin(session_->hook.pointerLocation().toPoint());
+    }
 }
 
 void QtDesktop::showCursor(const NSCursor* cursor) {

@@ -10,7 +10,9 @@
 #include "platform/qt/LogFile.h"
 #include "platform/qt/QtCursor.h"
 #include "platform/qt/QtMenuBars.h"
+#include "platform/qt/QtPinnedPointer.h"
 #include "platform/qt/QtTyping.h"
+#include "platform/qt/QtWheel.h"
 #include "platform/qt/QtWindows.h"
 
 namespace velmora {
@@ -37,8 +39,11 @@ public:
     std::shared_ptr<NSMenu> mainMenu() override;
     std::vector<std::shared_ptr<NSWindow>> orderedWindows() override;
     std::shared_ptr<NSWindow> keyWindow() override;
+    std::shared_ptr<NSWindow> mainWindow() override;
     std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) override;
     NSPoint mouseLocation() override;
+    CGMouseDelta lastMouseDelta() override;
+    void associateMouseAndPointer(bool connected) override;
     void showCursor(const NSCursor* cursor) override;
     std::optional<Bitmap> decodeImage(std::string_view bytes) override;
     void openURL(const std::string& address) override;
@@ -65,6 +70,8 @@ private:
         QtMenuBars menuBars;
         QtTyping typing;
         QtCursor cursor;
+        QtPinnedPointer pointer;
+        QtWheel wheel;
         EventHook hook;
         QTimer launch;
         QTimer timers;

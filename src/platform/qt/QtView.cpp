@@ -3,34 +3,56 @@
 #include "platform/qt/QtContextMenus.h"
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtModality.h"
+#include "platform/qt/QtScrollView.h"
 #include "platform/qt/QtWindow.h"
 
 namespace velmora {
 
-QtView::QtView(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus, QWidget& widget)
+QtViewNode::QtViewNode(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus,
+                       QWidget& widget)
     : window_(std::move(window)), contextMenus_(contextMenus), widget_(&widget) {}
 
-QPointF QtView::globalPointOf(NSPoint base) const {
+NSViewRef QtViewNode::make(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus,
+                           QWidget& widget) {
+    if (QtScrollView::canScroll(widget)) {
+        return std::make_shared<QtScrollView>(std::move(window), contextMenus, widget);
+    }
+    return std::make_shared<QtView>(std::move(window), contextMenus, widget);
+}
+
+NSViewRef QtViewNode::viewOf(QWidget& widget) const {
+    return make(window_, contextMenus_, widget);
+}
+
+QPointF QtViewNode::globalPointOf(NSPoint base) const {
     const NSPoint origin = window_->frame().origin;
     return globalPoint({origin.x + base.x, origin.y + base.y});
 }
 
-NSViewRef QtView::hitTest(NSPoint point) {
+QWidget* QtViewNode::widgetAt(NSPoint point) const {
     if (!widget_) return nullptr;
     const QPoint local = widget_->mapFromGlobal(globalPointOf(point).toPoint());
     if (!widget_->rect().contains(local)) return nullptr;
     QWidget* hit = widget_->childAt(local);
-    if (!hit) return std::static_pointer_cast<NSView>(shared_from_this());
-    return std::make_shared<QtView>(window_, contextMenus_, *hit);
+    return hit ? hit : widget_.data();
 }
 
-std::shared_ptr<NSMenu> QtView::menuForEvent(const NSEventRef& event) {
+std::shared_ptr<NSMenu> QtViewNode::openContextMenu(const NSEventRef& event) {
     if (!widget_ || !event || isBlockedByModal(*widget_)) return nullptr;
     return contextMenus_.menuAt(*widget_, globalPointOf(event->locationInWindow()).toPoint());
 }
 
-NSWindowRef QtView::window() {
+NSWindowRef QtViewNode::ownWindow() const {
     return window_;
+}
+
+NSViewRef QtViewNode::above() const {
+    QWidget* parent = widget_ && !widget_->isWindow() ? widget_->parentWidget() : nullptr;
+    return parent ? viewOf(*parent) : nullptr;
+}
+
+bool QtViewNode::takesKeys() const {
+    return widget_ && widget_->isEnabled() && (widget_->focusPolicy() & Qt::ClickFocus) != 0;
 }
 
 }  // namespace velmora

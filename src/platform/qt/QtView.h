@@ -11,19 +11,33 @@ namespace velmora {
 class QtContextMenus;
 class QtWindow;
 
-/// A widget of the host as a view. Made on demand: two views of one widget are two objects.
-class QtView final : public NSView {
+/// What all views of the host's widgets have in common. Views are made on demand: two of one widget
+/// are two objects.
+class QtViewNode {
 public:
-    QtView(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus, QWidget& widget);
+    virtual ~QtViewNode() = default;
 
-    /// Asked of a window's content view, for points of the window's base coordinates.
-    NSViewRef hitTest(NSPoint point) override;
+    /// Null once the host has destroyed it.
+    QWidget* widget() const { return widget_; }
+
+    /// A view of the kind that the widget is, in the same window.
+    NSViewRef viewOf(QWidget& widget) const;
+    static NSViewRef make(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus,
+                          QWidget& widget);
+
+protected:
+    QtViewNode(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus, QWidget& widget);
+
+    /// Asked of a window's content view, for points of the window's base coordinates; null outside.
+    QWidget* widgetAt(NSPoint point) const;
 
     /// Has the widget open its context menu where nobody sees it. What the host's code throws
     /// comes out here.
-    std::shared_ptr<NSMenu> menuForEvent(const NSEventRef& event) override;
+    std::shared_ptr<NSMenu> openContextMenu(const NSEventRef& event);
 
-    NSWindowRef window() override;
+    NSWindowRef ownWindow() const;
+    NSViewRef above() const;
+    bool takesKeys() const;
 
 private:
     QPointF globalPointOf(NSPoint base) const;
@@ -32,5 +46,26 @@ private:
     QtContextMenus& contextMenus_;
     QPointer<QWidget> widget_;
 };
+
+/// A widget of the host as a view, of one of the layer's kinds.
+template <class Kind>
+class QtViewOf : public Kind, public QtViewNode {
+public:
+    QtViewOf(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus, QWidget& widget)
+        : QtViewNode(std::move(window), contextMenus, widget) {}
+
+    NSViewRef hitTest(NSPoint point) override {
+        QWidget* hit = widgetAt(point);
+        return hit ? viewOf(*hit) : nullptr;
+    }
+    std::shared_ptr<NSMenu> menuForEvent(const NSEventRef& event) override {
+        return openContextMenu(event);
+    }
+    NSWindowRef window() override { return ownWindow(); }
+    NSViewRef superview() override { return above(); }
+    bool acceptsFirstResponder() override { return takesKeys(); }
+};
+
+using QtView = QtViewOf<NSView>;
 
 }  // namespace velmora

@@ -39,8 +39,7 @@ NSRect QtWindow::frame() {
 NSViewRef QtWindow::contentView() {
     QWidget* host = widget();
     if (!host) return nullptr;
-    return std::make_shared<QtView>(std::static_pointer_cast<QtWindow>(shared_from_this()),
-                                    windows_.contextMenus(), *host);
+    return viewOf(*host);
 }
 
 std::vector<std::shared_ptr<NSDrawer>> QtWindow::drawers() {
@@ -53,6 +52,30 @@ std::vector<std::shared_ptr<NSDrawer>> QtWindow::drawers() {
         drawers.push_back(std::make_shared<QtDrawer>(windows_.windowFor(*dock)));
     }
     return drawers;
+}
+
+NSViewRef QtWindow::viewOf(QWidget& widget) {
+    return QtViewNode::make(std::static_pointer_cast<QtWindow>(shared_from_this()),
+                            windows_.contextMenus(), widget);
+}
+
+NSResponderRef QtWindow::firstResponder() {
+    QWidget* host = widget();
+    QWidget* focused = host ? host->focusWidget() : nullptr;
+    if (chosen_ && focused == focusedThen_) return viewOf(*chosen_);
+    return focused ? viewOf(*focused) : nullptr;
+}
+
+bool QtWindow::makeFirstResponder(const NSResponderRef& responder) {
+    const auto* view = dynamic_cast<const QtViewNode*>(responder.get());
+    const QPointer<QWidget> widget = view ? view->widget() : nullptr;
+    if (!widget) return false;
+    if (widget->focusPolicy() != Qt::NoFocus && !widget->hasFocus()) {
+        widget->setFocus(Qt::MouseFocusReason);
+    }
+    chosen_ = widget;
+    focusedThen_ = widget ? widget->window()->focusWidget() : nullptr;
+    return widget;
 }
 
 void QtWindow::makeKeyWindow() {

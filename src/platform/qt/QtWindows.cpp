@@ -112,6 +112,14 @@ NSWindowRef QtWindows::keyWindow() {
     return handle && takesPart(*handle) ? windowFor(*handle) : nullptr;
 }
 
+NSWindowRef QtWindows::mainWindow() {
+    for (const QPointer<QWidget>& widget : activated_) {
+        if (widget && takesPart(*widget) && !isOwn(*widget)) return windowFor(*widget);
+    }
+    const std::vector<NSWindowRef> windows = orderedWindows();
+    return windows.empty() ? nullptr : windows.front();
+}
+
 std::shared_ptr<QtWindow> QtWindows::windowFor(QObject& host) {
     std::shared_ptr<QtWindow>& window = known_[&host];
     if (!window) {

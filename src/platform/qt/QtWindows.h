@@ -33,6 +33,9 @@ public:
     /// active, and when a panel of ours has the keys.
     NSWindowRef keyWindow();
 
+    /// The window that was key last and can be seen, or the foremost; null without one.
+    NSWindowRef mainWindow();
+
     /// For windows that are being made key: with a window manager that takes a while. The work is
     /// done when the window is active, or when it takes too long; at once when nothing is awaited.
     void whenKeyIsSettled(std::function<void()> work);

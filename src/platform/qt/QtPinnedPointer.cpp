@@ -1,0 +1,62 @@
+#include "platform/qt/QtPinnedPointer.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <cmath>
+
+#include "platform/qt/X11RawMotion.h"
+
+namespace velmora {
+
+namespace {
+
+/// The screen's own pixels for a logical one, where the pointer is.
+double pixelsAt(QPoint place) {
+    const QScreen* screen = QGuiApplication::screenAt(place);
+    return screen ? screen->devicePixelRatio() : 1;
+}
+
+}  // namespace
+
+QtPinnedPointer::QtPinnedPointer() = default;
+QtPinnedPointer::~QtPinnedPointer() = default;
+
+void QtPinnedPointer::pin(QPoint place) {
+    pinned_ = true;
+    place_ = place;
+    raw_ = std::make_unique<X11RawMotion>();
+    if (!raw_->isOn() || !raw_->begin()) raw_.reset();
+    seen_ = QCursor::pos();
+    rest_ = seen_ - place;
+}
+
+void QtPinnedPointer::release() {
+    if (!pinned_) return;
+    pinned_ = false;
+    raw_.reset();
+    if (QCursor::pos() != place_) QCursor::setPos(place_);
+}
+
+QPointF QtPinnedPointer::motion() {
+    const QPoint now = QCursor::pos();
+    const auto raw = raw_ ? raw_->take() : std::nullopt;
+    const QPointF moved = raw ? *raw / pixelsAt(place_) : QPointF(now - seen_);
+    seen_ = now;
+    if (now == place_) return moved;
+    QCursor::setPos(place_);
+    // Where pointers cannot be set, it goes on from where it is.
+    seen_ = QCursor::pos();
+    return moved;
+}
+
+CGMouseDelta QtPinnedPointer::takeDelta() {
+    if (!pinned_) return {};
+    rest_ += motion();
+    const CGMouseDelta delta{static_cast<std::int32_t>(std::trunc(rest_.x())),
+                             static_cast<std::int32_t>(std::trunc(rest_.y()))};
+    rest_ -= QPointF(delta.x, delta.y);
+    return delta;
+}
+
+}  // namespace velmora

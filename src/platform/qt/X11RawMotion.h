@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QPoint>
+#include <QPointF>
+#include <memory>
+#include <optional>
+
+struct xcb_connection_t;
+
+namespace velmora {
+
+/// The motion of the mouse as the X server tells it, wherever the pointer is and whoever has
+/// grabbed it. Has a connection of its own, for as long as it exists. Units are the screen's own
+/// pixels.
+class X11RawMotion {
+public:
+    X11RawMotion();
+    ~X11RawMotion();
+
+    /// Whether the server tells. On any other display, and where it knows no raw motion, it does not.
+    bool isOn() const { return connection_ != nullptr; }
+
+    /// Where the pointer is; motion counts from here on.
+    std::optional<QPoint> begin();
+
+    /// The motion since the last call, all that the server had before this call included. Nothing
+    /// when a device told places instead of motion.
+    std::optional<QPointF> take();
+
+private:
+    struct Disconnect {
+        void operator()(xcb_connection_t* connection) const;
+    };
+    bool select();
+    /// Waits for the server's answer, so that all events from before it are there.
+    std::optional<QPoint> pointer();
+
+    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    std::uint32_t root_ = 0;
+    std::uint8_t extension_ = 0;
+};
+
+}  // namespace velmora
