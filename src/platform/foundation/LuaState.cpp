@@ -67,10 +67,15 @@ os = {clock = os.clock, date = os.date, difftime = os.difftime, getenv = os.gete
       time = os.time}
 )lua";
 
-struct OpenedLibrary {
-    const char* name;
-    lua_CFunction LuaLibrary::*open;
-};
+/// Cuts what nobody reads to its end, between two characters.
+void shorten(std::string& message) {
+    constexpr std::size_t longest = 1000;
+    if (message.size() <= longest) return;
+    std::size_t size = longest;
+    while (size > longest - 4 && (static_cast<unsigned char>(message[size]) & 0xC0U) == 0x80)
+        --size;
+    message.resize(size);
+}
 
 }  // namespace
 
@@ -194,7 +199,6 @@ int LuaState::callProtected(lua_CFunction function, int arguments) {
 }
 
 LuaScript::Error LuaState::takeError() {
-    constexpr std::size_t longestMessage = 1000;
     text.clear();
     if (callProtected(&describeError, 1) != LUA_OK) {
         lua.lua_settop(state_, 0);
@@ -209,7 +213,7 @@ LuaScript::Error LuaState::takeError() {
             error.message.erase(0, static_cast<std::size_t>(rest - error.message.data()) + 2);
         }
     }
-    if (error.message.size() > longestMessage) error.message.resize(longestMessage);
+    shorten(error.message);
     return error;
 }
 
