@@ -29,7 +29,9 @@ struct LuaLibrary {
                                             f(luaopen_os) f(luaopen_string) f(luaopen_table) \
                                                 f(luaopen_utf8)
 
-#define VELMORA_LUA_MEMBER(name) decltype(&::name) name = nullptr;
+// A member's name cannot stand in parentheses.
+#define VELMORA_LUA_MEMBER(name) \
+    decltype(&::name) name = nullptr;  // NOLINT(bugprone-macro-parentheses): a name is declared
     VELMORA_LUA_FUNCTIONS(VELMORA_LUA_MEMBER)
 #undef VELMORA_LUA_MEMBER
 };
