@@ -9,7 +9,8 @@ import harness
 from harness import wait_for
 
 SCRIPT = pathlib.Path("/tmp/_velmoraScript_")
-KEYS = {"program": "j", "failing": "k", "lua": "m", "endless": "y"}
+KEYS = {"program": "j", "failing": "k", "lua": "m", "endless": "y", "asks": "u"}
+PANEL = "^Run Mnemonic$"
 
 
 class Scripts:
@@ -31,7 +32,9 @@ class Scripts:
                         "stat -c '%A %u' $0\nid -u\n"),
             ("failing", "#!/bin/sh\nexit 3\n"),
             ("lua", f"print(velmora.run('{kind.counted}'), velmora.run('No/Such'))"),
+            ("asks", f"velmora.run('{kind.first_menu}/Velmora/Run Mnemonic…') print('answered')"),
             ("endless", "while true do pcall(string.rep, 'x', 10) end"))
+        self.home.write_definitions("Mnemonics", "Velmora", ("end", kind.ending))
         self.home.write_definitions(
             "Shortcuts", "Velmora",
             *((f"8{key}", f"{kind.first_menu}/Velmora/Scripts/{name}")
@@ -69,6 +72,21 @@ class Scripts:
         self.assertTrue(SCRIPT.is_dir())
         SCRIPT.rmdir()
         application.assert_usable()
+
+    def test_a_script_waits_for_the_panel_that_it_has_opened(self):
+        self.define()
+        application = self.open()
+        for name in ("Escape",), ("e", "n", "d"):
+            answered = application.texts().count("answered")
+            self.run_script("asks")
+            panel = application.window(PANEL)
+            wait_for(lambda: self.x.active_window() == panel, "the panel to be active")
+            # Another one is to start meanwhile.
+            self.run_script("failing")
+            self.x.keys(*name)
+            application.no_window(PANEL)
+            wait_for(lambda: application.texts().count("answered") > answered, "the script's end")
+        self.assertEqual(application.wait_exit(), 0)
 
 
 class FeatherpadScripts(Scripts, harness.DesktopTest):

@@ -37,8 +37,8 @@ public:
 
 class LuaScriptTest : public testing::Test {
 protected:
-    std::optional<LuaScript::Error> run(const std::string& source) {
-        return LuaScript(source, host_, {.instructions = 2'000'000}).execute();
+    std::optional<LuaScript::Error> run(const std::string& source, LuaScript::Limits limits = {}) {
+        return LuaScript(source, host_, limits).execute();
     }
 
     Witness host_;
@@ -135,7 +135,9 @@ TEST_F(LuaScriptTest, WhateverRunsForTooLongEnds) {
                  "})"
                  " coroutine.wrap(function() local x <close> = t " +
                  loop + " end)()",
-             "table.sort({1, 2, 3}," + looping + ")",
+             "coroutine.wrap(function() while true do pcall(" + looping + ") end end)()",
+             "coroutine.wrap(function() local x <close> = setmetatable({}, {__close =" + looping +
+                 "}) table.sort({1, 2, 3}," + looping + ") end)()",
              "string.gsub('x', 'x'," + looping + ")",
              "load(" + looping + ")",
              "load(function() return ' ' end)",
@@ -152,7 +154,7 @@ TEST_F(LuaScriptTest, WhateverRunsForTooLongEnds) {
              "local t = {} while true do pcall(function() t[#t + 1] = ('x'):rep(1e5) end) end",
              "string.rep('x', 1e9)",
          }) {
-        const auto error = run(source);
+        const auto error = run(source, {.instructions = 2'000'000});
         ASSERT_TRUE(error) << source;
         EXPECT_THAT(error->message, testing::AnyOf(tooLong, HasSubstr("not enough memory"),
                                                    "the error cannot be told"))

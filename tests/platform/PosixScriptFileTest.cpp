@@ -140,26 +140,31 @@ TEST_F(PosixScriptFileTest, AFileThatIsInUseIsWaitedForSoLongOnly) {
     ::waitpid(child, nullptr, 0);
 }
 
-/// Runs its own script again and again beside its siblings; true when each run was of its own.
-bool runsOnlyItsOwn(const std::string& path, int number) {
-    for (int i = 0; i < 25; ++i) {
-        const int status = 1 + (number * 25 + i) % 250;
-        const std::string padding(50'000, '#');
-        const auto file = PosixFileSystem().createScriptFile(
-            path, "#!/bin/sh\n" + padding + "\nexit " + std::to_string(status) + "\n");
-        const auto task = file ? PosixTask::launch(path, {}) : nullptr;
-        if (!task) return false;
-        task->waitUntilExit();
-        if (task->isRunning() || task->terminationStatus() != status) return false;
-    }
-    return true;
+/// Whether what ran was the script of that status, whole.
+bool runsItsOwn(const std::string& path, int status) {
+    const std::string padding(50'000, '#');
+    const auto file = PosixFileSystem().createScriptFile(
+        path, "#!/bin/sh\n" + padding + "\nexit " + std::to_string(status) + "\n");
+    const auto task = file ? PosixTask::launch(path, {}) : nullptr;
+    if (!task) return false;
+    task->waitUntilExit();
+    return !task->isRunning() && task->terminationStatus() == status;
 }
 
 TEST_F(PosixScriptFileTest, ProcessesAtOnceRunEachItsOwnScriptOnly) {
     std::vector<pid_t> children;
     for (int number = 0; number < 4; ++number) {
         const pid_t child = ::fork();
-        if (child == 0) ::_exit(runsOnlyItsOwn(path_, number) ? 0 : 1);
+        if (child == 0) {
+            constexpr int runs = 12;
+            bool own = true;
+            for (int i = 0; i < runs; ++i) {
+                own = runsItsOwn(path_, 1 + number * runs + i) && own;
+                // The others get their turn.
+                ::usleep(static_cast<useconds_t>(1000 * (1 + number)));
+            }
+            ::_exit(own ? 0 : 1);
+        }
         children.push_back(child);
     }
     for (const pid_t child : children) {
