@@ -67,9 +67,11 @@ os = {clock = os.clock, date = os.date, difftime = os.difftime, getenv = os.gete
       time = os.time}
 )lua";
 
+/// Of a message. What is longer is not even copied.
+constexpr std::size_t longest = 1000;
+
 /// Cuts what nobody reads to its end, between two characters.
 void shorten(std::string& message) {
-    constexpr std::size_t longest = 1000;
     if (message.size() <= longest) return;
     std::size_t size = longest;
     while (size > longest - 4 && (static_cast<unsigned char>(message[size]) & 0xC0U) == 0x80)
@@ -184,7 +186,7 @@ int LuaState::describeError(lua_State* state) {
     const char* message = self.lua.luaL_tolstring(state, 1, &size);
     [](LuaState& keeper, const char* begin, std::size_t length) noexcept {
         try {
-            keeper.text.assign(begin, length);
+            keeper.text.assign(begin, std::min(length, 2 * longest));
         } catch (...) {
             keeper.text.clear();
         }
