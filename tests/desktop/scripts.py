@@ -9,7 +9,7 @@ import harness
 from harness import wait_for
 
 SCRIPT = pathlib.Path("/tmp/_velmoraScript_")
-KEYS = {"program": "j", "failing": "k", "lua": "m", "endless": "y", "asks": "u"}
+KEYS = {"program": "j", "failing": "k", "lua": "m", "endless": "y", "asks": "u", "today": "b"}
 PANEL = "^Run Mnemonic$"
 
 
@@ -33,6 +33,8 @@ class Scripts:
             ("failing", "#!/bin/sh\nexit 3\n"),
             ("lua", f"print(velmora.run('{kind.counted}'), velmora.run('No/Such'))"),
             ("asks", f"velmora.run('{kind.first_menu}/Velmora/Run Mnemonic…') print('answered')"),
+            ("today", "velmora.run('Edit/Select All')\n"
+                      "velmora.type(os.date('%Y-') .. velmora.processName() .. '\\n😀')"),
             ("endless", "while true do pcall(string.rep, 'x', 10) end"))
         self.home.write_definitions("Mnemonics", "Velmora", ("end", kind.ending))
         self.home.write_definitions(
@@ -91,6 +93,14 @@ class Scripts:
 
 class FeatherpadScripts(Scripts, harness.DesktopTest):
     kind = applications.Featherpad
+
+    def test_commands_and_typing_keep_their_order(self):
+        self.define()
+        application = self.open()
+        self.run_script("today")
+        wait_for(lambda: "*" in self.x.title(application.main), "a changed document")
+        application.save()
+        self.assertRegex(application.document.read_text(), r"^\d{4}-featherpad\n😀\n?$")
 
 
 class LinguistScripts(Scripts, harness.DesktopTest):
