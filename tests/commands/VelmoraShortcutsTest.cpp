@@ -13,6 +13,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
+#include "support/CountingDesktop.h"
 #include "support/HeadlessHost.h"
 
 namespace velmora {
@@ -393,6 +394,26 @@ TEST(VelmoraShortcutsTest, AHostThatChangesAnItemWhileItsMenuIsFilledFillsItOnce
     });
     recent->setTitle("Recent Files");
     EXPECT_EQ(session.itemAt(recent->title() + "/a.txt")->keyEquivalent(), "a");
+}
+
+TEST(VelmoraShortcutsTest, AChangeOfTheMenusLooksUpWhatIsPendingOnce) {
+    struct Row {
+        std::string definitions;
+        int lookUps;
+    };
+    const std::string inForce = definition("8k", "File/New", "new:");
+    const std::vector<Row> rows{
+        {inForce, 0},
+        {inForce + definition("8i", "View/Gone", "gone:"), 500},
+        {inForce + definition("1m3", "View/Gone", "gone:") + definition("0", "View/Zoom/Out"), 0},
+    };
+    for (const Row& row : rows) {
+        Session session(list(row.definitions));
+        const NSMenuItemRef changed = session.itemAt("View/Zoom/In");
+        const CountingDesktop counting(session.desktop());
+        for (int i = 0; i < 500; ++i) changed->setEnabled(i % 2 != 0);
+        EXPECT_EQ(counting.lookUps(), row.lookUps) << row.definitions;
+    }
 }
 
 TEST(VelmoraShortcutsTest, FindingAShortcutGivesTheFirstItemThatHasIt) {
