@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 """The mnemonic panel as a window of real applications, and text that is typed into their views."""
 
-import plistlib
 import time
 import unittest
 
@@ -13,13 +12,6 @@ from xclient import LEFT
 PANEL = "^Run Mnemonic$"
 LINES = "one line\n\tanother 😀 «ü»\n"
 LONG = "0123456789 abcdefghi\n" * 4762
-
-
-def write_definitions(home, process, component, *definitions):
-    """definitions: (trigger, path) each."""
-    harness.write_file(home.settings / f"{process}{component}.plist", plistlib.dumps([
-        {"Trigger": trigger, "Path": path, "Selector": "", "isGlobal": process == "Velmora"}
-        for trigger, path in definitions]))
 
 
 def open_panel(application):
@@ -37,13 +29,14 @@ class Panels:
         self.home.write_preferences()
         own = f"{kind.first_menu}/Velmora"
         # Half of it in the files that all applications share.
-        write_definitions(self.home, "Velmora", "Mnemonics", ("co", kind.counted),
-                          ("dialog", kind.dialog), ("three", f"{own}/Text Snippets/three"))
-        write_definitions(self.home, kind.process_name, "Mnemonics", ("end", kind.ending))
-        write_definitions(self.home, "Velmora", "TextSnippets", ("three", LINES))
-        write_definitions(self.home, kind.process_name, "TextSnippets", ("long", LONG))
-        write_definitions(self.home, kind.process_name, "Shortcuts", ("8m", f"{own}/Run Mnemonic…"),
-                          ("8j", f"{own}/Text Snippets/long"))
+        write = self.home.write_definitions
+        write("Mnemonics", "Velmora", ("co", kind.counted), ("dialog", kind.dialog),
+              ("three", f"{own}/Text Snippets/three"))
+        write("Mnemonics", kind.process_name, ("end", kind.ending))
+        write("TextSnippets", "Velmora", ("three", LINES))
+        write("TextSnippets", kind.process_name, ("long", LONG))
+        write("Shortcuts", kind.process_name, ("8m", f"{own}/Run Mnemonic…"),
+              ("8j", f"{own}/Text Snippets/long"))
         return self.start(kind)
 
     def assertCentred(self, panel, main):
@@ -54,7 +47,7 @@ class Panels:
 
     def run_mnemonic(self, application, name):
         open_panel(application)
-        self.x.type(name)
+        self.x.keys(*name)
         application.no_window(PANEL)
 
     def back(self, application):
@@ -67,11 +60,11 @@ class Panels:
         for expected in (1, 2):
             panel = open_panel(application)
             self.assertCentred(panel, application.main)
-            self.x.type("c")
+            self.x.keys("c")
             self.x.keys("Return", "Tab")
             self.assertTrue(stays(lambda: panel in application.windows(), 0.2))
             self.assertEqual(len(application.commands()), expected - 1)
-            self.x.type("o")
+            self.x.keys("o")
             self.back(application)
             application.wait_count(expected)
         # The dialog stays open: the command's own loop is none of ours.
@@ -84,7 +77,7 @@ class Panels:
         application = self.open()
         for close in (lambda panel: self.x.keys("Escape"), self.x.close_window):
             panel = open_panel(application)
-            self.x.type("c")
+            self.x.keys("c")
             close(panel)
             self.back(application)
         # The window below cannot be closed meanwhile, and nothing of it can be clicked.
@@ -142,7 +135,8 @@ class EndingHosts:
     def leave(self, mode):
         self.end_applications()
         self.home.write_preferences()
-        write_definitions(self.home, "Velmora", "Shortcuts", ("8m", "File/Velmora/Run Mnemonic…"))
+        self.home.write_definitions("Shortcuts", "Velmora",
+                                    ("8m", "File/Velmora/Run Mnemonic…"))
         application = self.start(harness.Application,
                                  [BUILD / "tests/desktop" / f"host-leaving-qt{self.qt}", mode],
                                  name=f"leaving-{mode}")
