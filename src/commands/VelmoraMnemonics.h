@@ -9,9 +9,9 @@ namespace velmora {
 class NSTextField;
 struct NSNotification;
 
-/// Runs the menu item whose name the user types: the delegate of the mnemonic panel's text field. As
-/// soon as the text is a name whose item is found, the panel's modal session ends with code 1; the
-/// controller then has the item run.
+/// Runs the menu item whose name the user types: the delegate of the mnemonic panel's text field.
+/// As soon as the text is a name whose item is found, the panel's modal session ends with code 1;
+/// the controller then has the item run.
 class VelmoraMnemonics final : public VelmoraCommon {
 public:
     static Class& classObject();

@@ -121,10 +121,12 @@ bool VelmoraScripts::runMenuItem(const std::string& path) {
         updateMenu();
         item = find();
     }
-    if (!item || !item->menu()) return false;
+    if (!item) return false;
+    // Opening the menu may fill it anew.
     const auto menu = std::static_pointer_cast<NSMenu>(item->menu()->shared_from_this());
     menu->update();
-    if (item->menu() != menu.get() || !item->isEnabled()) return false;
+    item = find();
+    if (!item || item->menu() != menu.get() || !item->isEnabled()) return false;
     menu->performActionForItemAtIndex(menu->indexOfItem(*item));
     return true;
 }

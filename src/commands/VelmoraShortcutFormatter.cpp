@@ -8,18 +8,78 @@
 namespace velmora {
 
 const std::array<const char*, 72> velmoraSpecialKeys{
-    "Up",          "Down",        "Left",        "Right",       "F1",           "F2",
-    "F3",          "F4",          "F5",          "F6",          "F7",           "F8",
-    "F9",          "F10",         "F11",         "F12",         "F13",          "F14",
-    "F15",         "F16",         "F17",         "F18",         "F19",          "F20",
-    "F21",         "F22",         "F23",         "F24",         "F25",          "F26",
-    "F27",         "F28",         "F29",         "F30",         "F31",          "F32",
-    "F33",         "F34",         "F35",         "Ins",         "Del",          "Home",
-    "Begin",       "End",         "Page Up",     "Page Down",   "Print Screen", "Scroll Lock",
-    "Pause",       "SysReq",      "Break",       "Reset",       "Stop",         "Menu",
-    "User",        "System",      "Print",       "Clear Line",  "Clear Display", "Insert Line",
-    "Delete Line", "Insert Char", "Delete Char", "Prev",        "Next",         "Select",
-    "Execute",     "Undo",        "Redo",        "Find",        "Help",         "Mode Switch",
+    "Up",
+    "Down",
+    "Left",
+    "Right",
+    "F1",
+    "F2",
+    "F3",
+    "F4",
+    "F5",
+    "F6",
+    "F7",
+    "F8",
+    "F9",
+    "F10",
+    "F11",
+    "F12",
+    "F13",
+    "F14",
+    "F15",
+    "F16",
+    "F17",
+    "F18",
+    "F19",
+    "F20",
+    "F21",
+    "F22",
+    "F23",
+    "F24",
+    "F25",
+    "F26",
+    "F27",
+    "F28",
+    "F29",
+    "F30",
+    "F31",
+    "F32",
+    "F33",
+    "F34",
+    "F35",
+    "Ins",
+    "Del",
+    "Home",
+    "Begin",
+    "End",
+    "Page Up",
+    "Page Down",
+    "Print Screen",
+    "Scroll Lock",
+    "Pause",
+    "SysReq",
+    "Break",
+    "Reset",
+    "Stop",
+    "Menu",
+    "User",
+    "System",
+    "Print",
+    "Clear Line",
+    "Clear Display",
+    "Insert Line",
+    "Delete Line",
+    "Insert Char",
+    "Delete Char",
+    "Prev",
+    "Next",
+    "Select",
+    "Execute",
+    "Undo",
+    "Redo",
+    "Find",
+    "Help",
+    "Mode Switch",
 };
 
 namespace {
@@ -29,23 +89,16 @@ constexpr char32_t firstSpecialKey = 0xF700;
 /// The fixed names of ordinary characters, else those of the function keys, else null.
 const char* nameOf(char32_t character) {
     switch (character) {
-        case 0x03:
-            return "Enter";
-        case 0x09:
-            return "Tab";
-        case 0x0D:
-            return "Return";
-        case 0x1B:
-            return "Esc";
-        case 0x20:
-            return "Space";
-        case 0x7F:
-            return "Delete";
-        default:
-            break;
+        case 0x03: return "Enter";
+        case 0x09: return "Tab";
+        case 0x0D: return "Return";
+        case 0x1B: return "Esc";
+        case 0x20: return "Space";
+        case 0x7F: return "Delete";
+        default: break;
     }
-    const bool special = character >= firstSpecialKey &&
-                         character < firstSpecialKey + velmoraSpecialKeys.size();
+    const bool special =
+        character >= firstSpecialKey && character < firstSpecialKey + velmoraSpecialKeys.size();
     return special ? velmoraSpecialKeys[character - firstSpecialKey] : nullptr;
 }
 

@@ -25,7 +25,9 @@ public:
     /// Makes every definition pending and writes those whose items are there.
     void activateSettings() override;
 
-    /// Writes the pending definitions whose menu items are found now. A nested call does nothing.
+    /// Writes the pending definitions whose menu items are found now. Of several with one
+    /// combination the first whose item is there has it, and the others wait. A nested call does
+    /// nothing.
     void setKeys(const Id& sender);
 
     /// Gives the item the definition's combination and takes it away from every other item of the
@@ -37,10 +39,11 @@ public:
 
     /// The first item of the main menu with that key equivalent and mask, or null.
     NSMenuItemRef findShortcut_withModifiers(const std::string& key, std::uint32_t modifiers);
-    NSMenuItemRef findShortcut_withModifiers_inMenu(const std::string& key,
-                                                    std::uint32_t modifiers, NSMenu& menu);
+    NSMenuItemRef findShortcut_withModifiers_inMenu(const std::string& key, std::uint32_t modifiers,
+                                                    NSMenu& menu);
 
-    /// An item was added or has changed: one that a definition names gets its combination.
+    /// An item was added or has changed: one that a definition names gets its combination, and one
+    /// that carries another's loses it. Definitions that still wait are tried again.
     void menuChangedNotification(const NSNotification& notification);
 
     /// Runs the menu item of the first definition for the key or button of the event. True when it
@@ -48,12 +51,18 @@ public:
     bool handleEvent(const NSEventRef& event);
 
 private:
+    NSMenuItemRef itemOf(const VelmoraSetting& definition);
     NSMenuItemRef itemAtPath(const std::string& path);
     VelmoraSettingRef definitionNaming(const NSMenuItem& item);
-    bool isPending(const VelmoraSettingRef& definition) const;
+    bool waitsForEarlier(const VelmoraSetting& definition, const NSMenuItem& item);
+    void itemChanged(const NSMenuItem& item);
+    void leavesChanged(const NSMenu& menu);
+    void leafChanged(const NSMenuItem& item);
+    void addPending(const VelmoraSettingRef& definition);
 
     std::vector<VelmoraSettingRef> shortcutsToSet_;
     bool settingKeys_ = false;
+    bool fillingMenus_ = false;
 };
 
 }  // namespace velmora

@@ -39,6 +39,17 @@ std::string triggerForMenuItem(const NSMenuItem& item) {
     return encoded(item.keyEquivalent(), item.keyEquivalentModifierMask());
 }
 
+bool isSameCombination(const std::string& a, const std::string& b) {
+    return a == b || (codeOf(a) == codeOf(b) && keyForTrigger(a) == keyForTrigger(b));
+}
+
+bool isTriggerOfMenuItem(const std::string& trigger, const NSMenuItem& item) {
+    const std::string& key = item.keyEquivalent();
+    // The cheapest first: this is asked of each definition for each item that changes.
+    return trigger.ends_with(key) && !isMouseTrigger(trigger) && keyForTrigger(trigger) == key &&
+           modifierFlagsForTrigger(trigger) == item.keyEquivalentModifierMask();
+}
+
 std::uint32_t modifierFlagsForTrigger(const std::string& trigger) {
     const unsigned code = codeOf(trigger);
     std::uint32_t flags = 0;
@@ -53,8 +64,9 @@ std::string keyForTrigger(const std::string& trigger) {
 }
 
 bool isMouseTrigger(const std::string& trigger) {
-    const std::string key = keyForTrigger(trigger);
-    return key.size() > 1 && key[0] == 'm' && key[1] >= '0' && key[1] <= '9';
+    const std::size_t key = firstCharacterLength(trigger);
+    return trigger.size() > key + 1 && trigger[key] == 'm' && trigger[key + 1] >= '0' &&
+           trigger[key + 1] <= '9';
 }
 
 std::string keyForMouseButton(int buttonNumber) {

@@ -9,14 +9,20 @@ class NSMenuItem;
 
 /// The trigger string of a shortcut: one upper-case hexadecimal digit for the modifiers (1 Control,
 /// 2 Option, 4 Shift, 8 Command), then the key text: what the key types, or "m" and a number for an
-/// extra mouse button, or nothing for no shortcut. Triggers are compared as strings, so every one is
-/// made and read here.
+/// extra mouse button, or nothing for no shortcut. Triggers are compared as strings, so every one
+/// is made and read here.
 
 /// The trigger of a key or button that was pressed. An upper-case letter carries the Shift itself.
 std::string triggerForKey_modifierFlags(const std::string& key, std::uint32_t flags);
 
 /// The trigger of the key equivalent that a menu item has.
 std::string triggerForMenuItem(const NSMenuItem& item);
+
+/// Whether menu items that are given the triggers have the same.
+bool isSameCombination(const std::string& a, const std::string& b);
+
+/// Whether a menu item that is given the trigger has what this one has.
+bool isTriggerOfMenuItem(const std::string& trigger, const NSMenuItem& item);
 
 /// The modifier mask for a menu item. A first character that is no upper-case digit stands for no
 /// modifiers.

@@ -58,9 +58,17 @@ TEST(VelmoraShortcutFormatterTest, AMenuItemsKeyEquivalentBecomesATriggerAsItSta
 
 TEST(VelmoraShortcutFormatterTest, TheDigitGivesTheMaskOfTheMenuItem) {
     const std::vector<std::pair<std::string, std::uint32_t>> rows{
-        {"0", 0},        {"", 0},           {"1a", control},  {"2a", option},
-        {"4a", shift},   {"8a", command},   {"9a", control | command},
-        {"Aa", option | command}, {"Fa", 0x1E0000}, {"aa", 0}, {"éa", 0},
+        {"0", 0},
+        {"", 0},
+        {"1a", control},
+        {"2a", option},
+        {"4a", shift},
+        {"8a", command},
+        {"9a", control | command},
+        {"Aa", option | command},
+        {"Fa", 0x1E0000},
+        {"aa", 0},
+        {"éa", 0},
     };
     for (const auto& [trigger, mask] : rows) {
         EXPECT_EQ(modifierFlagsForTrigger(trigger), mask) << trigger;
@@ -111,10 +119,8 @@ TEST(VelmoraShortcutFormatterTest, TriggersAreShownWithSignsAndNames) {
 
 TEST(VelmoraShortcutFormatterTest, EveryFunctionKeyHasANameOfItsOwn) {
     for (std::size_t i = 0; i < velmoraSpecialKeys.size(); ++i) {
-        const PropertyList trigger =
-            "0" + stringWithCharacter(static_cast<char32_t>(0xF700 + i));
-        EXPECT_EQ(VelmoraShortcutFormatter().stringForObjectValue(&trigger),
-                  velmoraSpecialKeys[i]);
+        const PropertyList trigger = "0" + stringWithCharacter(static_cast<char32_t>(0xF700 + i));
+        EXPECT_EQ(VelmoraShortcutFormatter().stringForObjectValue(&trigger), velmoraSpecialKeys[i]);
         for (std::size_t j = 0; j < i; ++j) {
             EXPECT_STRNE(velmoraSpecialKeys[i], velmoraSpecialKeys[j]);
         }

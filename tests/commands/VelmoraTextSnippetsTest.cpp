@@ -106,7 +106,8 @@ TEST(VelmoraTextSnippetsTest, AnApplicationThatTakesSingleCharactersGetsThemWith
         Texts keysDown;
     };
     const std::vector<Row> rows{
-        {"JavaApplicationStub", "a\\n \\té\xF0\x9F\x98\x80",
+        {"JavaApplicationStub",
+         "a\\n \\té\xF0\x9F\x98\x80",
          {"a#0", "\n#36", " #49", "\t#48", "é#0", "\xF0\x9F\x98\x80#0"}},
         {"JavaApplicationStub", "\\r", {"\r#0"}},
         {"JavaApplicationStub", "", {}},

@@ -1,7 +1,7 @@
-"""The two real applications that the tests command, and what they can be seen to do.
+"""The real applications that the tests command, and what they can be seen to do.
 
-Both are as their packages bring them. Each class says where in its window strokes are drawn, which
-commands leave an effect that can be seen from outside, and how it is read.
+All are as their packages bring them. Each class says which commands leave an effect that can be
+seen from outside, and how it is read; those of BOTH also where in their windows strokes are drawn.
 """
 
 import re
@@ -17,6 +17,7 @@ class RealApplication(harness.Application):
 
     process_name = None
     title = None
+    # None for a window that stays where it comes.
     place = None
     first_menu = "File"
 
@@ -37,9 +38,11 @@ class RealApplication(harness.Application):
         super().__init__(screen, home, command, plugin=plugin,
                          name=f"{self.process_name}-{home.path.name}", **options)
         self.main = self.window(self.title)
-        self.x.place(self.main, self.place)
+        if self.place:
+            self.x.place(self.main, self.place)
         if screen.is_private:
-            wait_for(lambda: self.x.geometry(self.main) == self.place, "the window at its place")
+            wait_for(lambda: self.place in (None, self.x.geometry(self.main)),
+                     "the window at its place")
             wait_for(lambda: self.x.active_window() == self.main, "the window to be active")
         if plugin:
             self.wait_ready()
@@ -79,18 +82,23 @@ class RealApplication(harness.Application):
     def save(self):
         """A star stands in the title while the file is not as the document is."""
         self.activate(self.main)
+        # Where the command is not enabled yet, the key does nothing.
+        self.press_until("ctrl+s", lambda: "*" not in self.x.title(self.main),
+                         "the document to be saved")
+
+    def press_until(self, keys, condition, what):
+        """Presses the keys unless the condition holds, and again if that changes nothing."""
         pressed = 0
 
-        def saved():
+        def holds():
             nonlocal pressed
-            if "*" not in self.x.title(self.main):
+            if condition():
                 return True
-            # Where the command is not enabled yet, the key does nothing.
             if time.monotonic() > pressed + 0.5:
                 pressed = time.monotonic()
-                self.x.keys("ctrl+s")
+                self.x.keys(keys)
             return False
-        wait_for(saved, "the document to be saved")
+        wait_for(holds, what)
 
     def switch(self):
         raise NotImplementedError
@@ -143,12 +151,16 @@ class RealApplication(harness.Application):
         self.wait_text("^resigned active", mark)
 
     def come_back(self):
-        """Clicks where the menu bar is empty."""
         mark = self.mark()
-        self.x.click(*self.area(700, 12, 1, 1)[:2])
+        self.x.click(*self.empty_place())
         wait_for(lambda: self.x.active_window() == self.main, "the application to be active")
         self.wait_text("^became active", mark)
         self.x.destroy_window(self._elsewhere)
+
+    def empty_place(self):
+        """Where the menu bar is empty and a click does nothing."""
+        area = self.area(0, 0, 0, 0)
+        return area.x + self.x.geometry(self.main).width - 20, area.y + 12
 
     def close_menus(self):
         """Escapes from every open menu, one after the other."""
@@ -276,4 +288,62 @@ class Linguist(RealApplication):
                  lambda: self.pixels(self.area(300, 30, 800, 40)))]
 
 
+class Speedcrunch(RealApplication):
+    """A calculator, on Qt 5. It has no document."""
+
+    process_name = "speedcrunch"
+    title = "SpeedCrunch"
+    first_menu = "Session"
+    switched = "View/Keypad"
+    dialog = "Help/About SpeedCrunch"
+    dialog_title = "About"
+    ending = "Session/Quit"
+
+    @classmethod
+    def prepare(cls, home):
+        return ["speedcrunch"]
+
+    def switch(self):
+        # The line for the expression moves up from the lower edge.
+        return self.pixels(self.area(400, 455, 1, 1))
+
+    def assert_usable(self):
+        results = self.area(0, 30, 300, 300)
+        before = self.pixels(results)
+        self.activate(self.main)
+        self.x.keys("2", "Return")
+        wait_for(lambda: self.pixels(results) != before, "a result")
+
+
+class Designer(RealApplication):
+    """An editor for windows, on Qt 6. It fills the screen."""
+
+    process_name = "designer"
+    title = "Designer"
+    switched = "View/Widget Box"
+    dialog = "Help/About Qt Designer"
+    dialog_title = "About"
+    ending = "File/Quit"
+
+    @classmethod
+    def prepare(cls, home):
+        document = home.path / "window.ui"
+        document.write_text('<ui version="4.0"><class>Window</class>'
+                            '<widget class="QWidget" name="Window"/></ui>\n')
+        return ["/usr/lib/qt6/bin/designer", document]
+
+    def switch(self):
+        return self.pixels(self.area(100, 600, 100, 40))
+
+    def assert_usable(self):
+        # The word in an empty field: it stands to the right of where one letter does.
+        word = self.area(785, 82, 16, 12)
+        self.activate(self.main)
+        self.x.click(*word.at(2, 0.5))
+        # The field may have the keys only a while after the first click in it.
+        self.press_until("q", lambda: len(set(self.pixels(word))) == 1, "a letter in the field")
+        self.press_until("BackSpace", lambda: len(set(self.pixels(word))) > 1, "an empty field")
+
+
 BOTH = (Featherpad, Linguist)
+ALL = (Featherpad, Linguist, Speedcrunch, Designer)

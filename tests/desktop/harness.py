@@ -212,12 +212,18 @@ class Home:
         write_file(self.preferences_file(), plistlib.dumps({**content, **values}))
 
     def gestures_file(self, process="Velmora"):
+        return self.definitions_file("Gestures", process)
+
+    def definitions_file(self, component, process="Velmora"):
         """The own file of a process, or the one that all share."""
-        return self.settings / f"{process}Gestures.plist"
+        return self.settings / f"{process}{component}.plist"
 
     def write_gestures(self, process, *definitions):
+        self.write_definitions("Gestures", process, *definitions)
+
+    def write_definitions(self, component, process, *definitions):
         """definitions: (trigger, path) or (trigger, path, selector) each, in order."""
-        write_file(self.gestures_file(process), plistlib.dumps([
+        write_file(self.definitions_file(component, process), plistlib.dumps([
             {"Trigger": trigger, "Path": path, "Selector": rest[0] if rest else "",
              "isGlobal": process == "Velmora"}
             for trigger, path, *rest in definitions]))

@@ -106,6 +106,8 @@ for _function, _result, *_arguments in (
         ("XSendEvent", _I, _P, _W, _I, _L, _P),
         ("XQueryPointer", _I, _P, _W, _P, _P, _P, _P, _P, _P, _P),
         ("XQueryTree", _I, _P, _W, _P, _P, _P, _P), ("XSetErrorHandler", _P, _P),
+        ("XkbLockGroup", _I, _P, _U, _U), ("XSetSelectionOwner", _I, _P, _W, _W, _W),
+        ("XGetSelectionOwner", _W, _P, _W),
         ("XGetWindowProperty", _I, _P, _W, _W, _L, _L, _I, _W, _P, _P, _P, _P, _P)):
     getattr(_xlib, _function).restype = _result
     getattr(_xlib, _function).argtypes = _arguments
@@ -188,7 +190,8 @@ class Display:
         _xlib.XSync(self._display, 0)
 
     def keys(self, *chords):
-        """Presses and releases chords such as "ctrl+s", "Return" or "a"."""
+        """Presses and releases chords such as "ctrl+s", "Return" or "a". A key may be named by its
+        number on the keyboard, "#38", which is the same in every layout."""
         for chord in chords:
             names = chord.split("+")
             for name in names:
@@ -196,7 +199,14 @@ class Display:
             for name in reversed(names):
                 self.key_up(name)
 
+    def lock_layout(self, number):
+        """Switches to one of the keyboard's layouts, as its user would by a key."""
+        _xlib.XkbLockGroup(self._display, 0x100, number)
+        _xlib.XSync(self._display, 0)
+
     def _key_code(self, name):
+        if name.startswith("#"):
+            return int(name[1:])
         name = {"ctrl": "Control_L", "alt": "Alt_L", "shift": "Shift_L", "super": "Super_L"}.get(
             name, name)
         code = _xlib.XKeysymToKeycode(self._display,
@@ -336,6 +346,16 @@ class Display:
     def destroy_window(self, window):
         _xlib.XDestroyWindow(self._display, window)
         _xlib.XSync(self._display, 0)
+
+    def own_selection(self, name):
+        """Takes a clipboard, such as "PRIMARY", for as long as nobody else does."""
+        self._owner = getattr(self, "_owner", None) or _xlib.XCreateSimpleWindow(
+            self._display, self.root, 0, 0, 1, 1, 0, 0, 0)
+        _xlib.XSetSelectionOwner(self._display, self.atom(name), self._owner, 0)
+        _xlib.XSync(self._display, 0)
+
+    def owns_selection(self, name):
+        return _xlib.XGetSelectionOwner(self._display, self.atom(name)) == self._owner
 
     # --- pictures ------------------------------------------------------------------------------
 

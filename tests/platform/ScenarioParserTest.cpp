@@ -55,6 +55,7 @@ TEST(ScenarioParserTest, WhatIsMalformedIsToldByLineAndReason) {
         {inHost("press right control\n"), "4: did not expect control"},
         {inHost("press right {\n}\n"), "4: this statement opens no block"},
         {inHost("hold\n"), "4: expected a modifier key"},
+        {inHost("processes end\n"), "4: processes: end with N, do not end, do not start"},
         {inHost("hold meta\n"), "4: expected a modifier key"},
         {inHost("move 1 2\n"), "4: expected to X Y or by DX DY"},
         {inHost("move to 1 2 over 5\n"), "4: expected ms after the number"},

@@ -63,6 +63,7 @@ TEST(ScenarioPlayerTest, EveryKindOfExpectationCanFail) {
         {"press left\nexpect in order \"beep\"", "\"event left down\""},
         {"expect log \"a\"", "interface/Velmora.plist"},
         {"expect opened \"a\"", "nothing"},
+        {"expect started \"a\"", "nothing"},
         {"expect made key \"Main\"", "nothing"},
         {"expect key window \"Other\"", "Main"},
         {"expect no key window", "Main"},

@@ -17,7 +17,8 @@ public:
         /// Each instruction counts as at least 50 ns of processor time: a script that spends them
         /// inside long functions of the library ends, too, as soon as such a function returns.
         std::uint64_t instructions = 100'000'000;
-        std::size_t memory = 64U << 20U;
+        /// Bytes. A recursion without an end needs 96 MiB until Lua tells it as that.
+        std::size_t memory = 128U << 20U;
     };
 
     /// The usual limits, but VELMORA_LUA_LIMIT in the environment gives the instructions in

@@ -67,10 +67,17 @@ os = {clock = os.clock, date = os.date, difftime = os.difftime, getenv = os.gete
       time = os.time}
 )lua";
 
-struct OpenedLibrary {
-    const char* name;
-    lua_CFunction LuaLibrary::*open;
-};
+/// Of a message. What is longer is not even copied.
+constexpr std::size_t longest = 1000;
+
+/// Cuts what nobody reads to its end, between two characters.
+void shorten(std::string& message) {
+    if (message.size() <= longest) return;
+    std::size_t size = longest;
+    while (size > longest - 4 && (static_cast<unsigned char>(message[size]) & 0xC0U) == 0x80)
+        --size;
+    message.resize(size);
+}
 
 }  // namespace
 
@@ -179,7 +186,7 @@ int LuaState::describeError(lua_State* state) {
     const char* message = self.lua.luaL_tolstring(state, 1, &size);
     [](LuaState& keeper, const char* begin, std::size_t length) noexcept {
         try {
-            keeper.text.assign(begin, length);
+            keeper.text.assign(begin, std::min(length, 2 * longest));
         } catch (...) {
             keeper.text.clear();
         }
@@ -194,7 +201,6 @@ int LuaState::callProtected(lua_CFunction function, int arguments) {
 }
 
 LuaScript::Error LuaState::takeError() {
-    constexpr std::size_t longestMessage = 1000;
     text.clear();
     if (callProtected(&describeError, 1) != LUA_OK) {
         lua.lua_settop(state_, 0);
@@ -209,7 +215,7 @@ LuaScript::Error LuaState::takeError() {
             error.message.erase(0, static_cast<std::size_t>(rest - error.message.data()) + 2);
         }
     }
-    if (error.message.size() > longestMessage) error.message.resize(longestMessage);
+    shorten(error.message);
     return error;
 }
 

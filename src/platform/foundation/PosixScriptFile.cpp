@@ -69,7 +69,8 @@ PosixScriptFile::Step PosixScriptFile::acquire() {
     // Before it is locked, another own process may take it for one that was left behind.
     if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) return Step::again;
     file_ = std::move(file);
-    if (isOurs()) return Step::done;
+    // The process's mask may have taken more than is needed to write it.
+    if (isHeldAtPath() && ::fchmod(file_.get(), ownerOnly) == 0) return Step::done;
     file_.close();
     return Step::again;
 }
@@ -84,21 +85,21 @@ PosixScriptFile::Step PosixScriptFile::takeStaleAway() {
     constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     Descriptor file(again([&] { return ::openat(folder_.get(), name().c_str(), flags); }));
     if (!file.isOpen()) return errno == ENOENT ? Step::again : Step::refused;
-    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return Step::refused;
+    if (::fstat(file.get(), &status) != 0 || !isOwnFile(status)) return Step::refused;
     if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) return Step::again;
     file_ = std::move(file);
-    const bool stuck = isOurs() && ::unlinkat(folder_.get(), name().c_str(), 0) != 0;
+    const bool stuck = isHeldAtPath() && ::unlinkat(folder_.get(), name().c_str(), 0) != 0;
     file_.close();
     return stuck ? Step::refused : Step::again;
 }
 
-/// Whether the path leads to the file that we hold, and nothing else does.
-bool PosixScriptFile::isOurs() const {
+/// Whether the path still leads to the file that we hold.
+bool PosixScriptFile::isHeldAtPath() const {
     struct stat held {};
     struct stat there {};
     return file_.isOpen() && ::fstat(file_.get(), &held) == 0 &&
            ::fstatat(folder_.get(), name().c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0 &&
-           isSame(held, there) && isOwnFile(there);
+           isSame(held, there);
 }
 
 /// It becomes executable when it is complete, and nothing may have it open for writing when it
@@ -117,7 +118,7 @@ bool PosixScriptFile::write(const std::string& contents) {
 
 PosixScriptFile::~PosixScriptFile() {
     if (!file_.isOpen()) return;
-    if (isOurs()) ::unlinkat(folder_.get(), name().c_str(), 0);
+    if (isHeldAtPath()) ::unlinkat(folder_.get(), name().c_str(), 0);
     // A child of the host that runs no program of its own would keep the lock with the descriptor.
     ::flock(file_.get(), LOCK_UN);
 }

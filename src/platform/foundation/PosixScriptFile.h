@@ -35,7 +35,7 @@ private:
     Step acquire();
     Step takeStaleAway();
     bool write(const std::string& contents);
-    bool isOurs() const;
+    bool isHeldAtPath() const;
 
     std::string name() const { return path_.substr(path_.rfind('/') + 1); }
 

@@ -1,13 +1,13 @@
 #include "platform/foundation/PosixTask.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <string_view>
 #include <thread>
 

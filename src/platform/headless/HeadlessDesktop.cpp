@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/appkit/NSEvent.h"
+#include "platform/foundation/NSNotificationCenter.h"
 #include "platform/headless/HeadlessSession.h"
 #include "platform/headless/HeadlessText.h"
 #include "platform/headless/InputNames.h"
@@ -97,6 +98,12 @@ void HeadlessDesktop::commandRan(NSMenuItem& item) {
 
 void HeadlessDesktop::setMenuBar(const std::optional<std::vector<ItemDescription>>& items) {
     menuBar_ = items ? HeadlessMenu::make({}, *items, commandHandler_) : nullptr;
+    // Its menus are new to those who watch, since no bar held them while they were made.
+    const std::shared_ptr<HeadlessMenu> bar = menuBar_;
+    for (int i = 0; bar && i < bar->numberOfItems(); ++i) {
+        NSNotificationCenter::defaultCenter().postNotification(
+            {NSMenuDidAddItemNotification, bar.get(), i});
+    }
 }
 
 void HeadlessDesktop::addWindow(const WindowDescription& description) {

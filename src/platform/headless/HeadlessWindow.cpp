@@ -26,10 +26,10 @@ std::string focusedName(const std::vector<ViewDescription>& views) {
     return {};
 }
 
-std::shared_ptr<HeadlessView> makeContentView(const std::shared_ptr<NSWindow>& window, float height,
-                          const std::optional<ContextMenuDescription>& contextMenu,
-                          const std::vector<ViewDescription>& views,
-                          const CommandHandler& handler) {
+std::shared_ptr<HeadlessView> makeContentView(
+    const std::shared_ptr<NSWindow>& window, float height,
+    const std::optional<ContextMenuDescription>& contextMenu,
+    const std::vector<ViewDescription>& views, const CommandHandler& handler) {
     const ViewDescription content{
         {{0, 0}, {window->frame().size.width, height}}, contextMenu, {}, {}, {}};
     auto view = std::make_shared<HeadlessView>(content, window, handler);

@@ -22,20 +22,13 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QSocketNotifier>
 #include <QTreeWidget>
 #include <functional>
-#include <iostream>
 #include <stdexcept>
-#include <string>
 
-#include <unistd.h>
+#include "Console.h"
 
 namespace {
-
-void say(const QString& line) {
-    std::cout << line.toStdString() << std::endl;
-}
 
 /// An area that answers a context-menu event by code of its own.
 class Area : public QLabel {
@@ -262,11 +255,10 @@ private:
     QList<QWidget*> areas_;
 };
 
-class Host : public QObject {
+class Host {
 public:
-    Host() : input_(STDIN_FILENO, QSocketNotifier::Read) {
-        connect(&input_, &QSocketNotifier::activated, this, [this] { read(); });
-    }
+    Host()
+        : console_([this](const QString& command, const QString& rest) { obey(command, rest); }) {}
 
     void openWindow() {
         auto* window = new Window(++last_);
@@ -275,19 +267,6 @@ public:
     }
 
 private:
-    void read() {
-        char bytes[1024];
-        const ssize_t count = ::read(STDIN_FILENO, bytes, sizeof bytes);
-        if (count <= 0) return input_.setEnabled(false);
-        pending_.append(bytes, static_cast<std::size_t>(count));
-        for (std::size_t end; (end = pending_.find('\n')) != std::string::npos;) {
-            const QString line = QString::fromStdString(pending_.substr(0, end));
-            pending_.erase(0, end + 1);
-            obey(line.section(' ', 0, 0), line.section(' ', 1));
-            say("did " + line);
-        }
-    }
-
     void obey(const QString& command, const QString& rest) {
         if (command == "window") return openWindow();
         if (command == "quit") return QApplication::quit();
@@ -324,8 +303,7 @@ private:
         return windows;
     }
 
-    QSocketNotifier input_;
-    std::string pending_;
+    Console console_;
     int last_ = 0;
 };
 

@@ -1,0 +1,111 @@
+#!/usr/bin/env python3
+"""Scripts in real applications: programs in processes of their own, Lua inside the host."""
+
+import pathlib
+import unittest
+
+import applications
+import harness
+from harness import wait_for
+
+SCRIPT = pathlib.Path("/tmp/_velmoraScript_")
+KEYS = {"program": "j", "failing": "k", "lua": "m", "endless": "y", "asks": "u", "today": "b"}
+PANEL = "^Run Mnemonic$"
+
+
+class Scripts:
+    kind = None
+
+    def open(self, application_kind=None):
+        return self.start(application_kind or self.kind)
+
+    def define(self):
+        """All of it in the files that the applications share."""
+        kind, home = self.kind, self.home
+        self.told = home.path / "told"
+        self.home.write_preferences()
+        self.home.write_definitions(
+            "Scripts", "Velmora",
+            # What it starts is without the plug-in, and it has no file of the host's.
+            ("program", f"#!/bin/sh\nexec >{self.told}\ncat\n"
+                        "echo ${QT_QPA_GENERIC_PLUGINS-none} $(ls /proc/$$/fd | wc -l)\n"
+                        "stat -c '%A %u' $0\nid -u\n"),
+            ("failing", "#!/bin/sh\nexit 3\n"),
+            ("lua", f"print(velmora.run('{kind.counted}'), velmora.run('No/Such'))"),
+            ("asks", f"velmora.run('{kind.first_menu}/Velmora/Run Mnemonic…') print('answered')"),
+            ("today", "velmora.run('Edit/Select All')\n"
+                      "velmora.type(os.date('%Y-') .. velmora.processName() .. '\\n😀')"),
+            ("endless", "while true do pcall(string.rep, 'x', 10) end"))
+        self.home.write_definitions("Mnemonics", "Velmora", ("end", kind.ending))
+        self.home.write_definitions(
+            "Shortcuts", "Velmora",
+            *((f"8{key}", f"{kind.first_menu}/Velmora/Scripts/{name}")
+              for name, key in KEYS.items()))
+
+    def run_script(self, name):
+        self.x.keys(f"ctrl+{KEYS[name]}")
+
+    def test_programs_run_in_processes_and_lua_in_the_host(self):
+        self.define()
+        application = self.open()
+        self.run_script("program")
+        wait_for(lambda: self.told.exists() and self.told.read_text().count("\n") == 3,
+                 "what the program tells")
+        inherited, mode, user = self.told.read_text().splitlines()
+        # 0, 1, 2 and the script, and sometimes one that the listing itself holds.
+        self.assertRegex(inherited, "^none [345]$")
+        self.assertEqual(mode, f"-rwxr--r-- {user}")
+        self.run_script("failing")
+        application.wait_text("^Script failed.$")
+        wait_for(lambda: not SCRIPT.exists(), "the file to be removed")
+
+        self.run_script("lua")
+        application.wait_text("^true\tfalse$")
+        application.wait_count(1)
+        self.run_script("endless")
+        application.wait_text("^Applescript execution error: .*has run for too long")
+        application.assert_usable()
+
+        # A folder stands where the program would be: the host says so and goes on.
+        SCRIPT.mkdir()
+        self.addCleanup(lambda: SCRIPT.exists() and SCRIPT.rmdir())
+        self.run_script("program")
+        application.wait_text(f"^Failed to create script at path '{SCRIPT}'$")
+        self.assertTrue(SCRIPT.is_dir())
+        SCRIPT.rmdir()
+        application.assert_usable()
+
+    def test_a_script_waits_for_the_panel_that_it_has_opened(self):
+        self.define()
+        application = self.open()
+        for name in ("Escape",), ("e", "n", "d"):
+            answered = application.texts().count("answered")
+            self.run_script("asks")
+            panel = application.window(PANEL)
+            wait_for(lambda: self.x.active_window() == panel, "the panel to be active")
+            # Another one is to start meanwhile.
+            self.run_script("failing")
+            self.x.keys(*name)
+            application.no_window(PANEL)
+            wait_for(lambda: application.texts().count("answered") > answered, "the script's end")
+        self.assertEqual(application.wait_exit(), 0)
+
+
+class FeatherpadScripts(Scripts, harness.DesktopTest):
+    kind = applications.Featherpad
+
+    def test_commands_and_typing_keep_their_order(self):
+        self.define()
+        application = self.open()
+        self.run_script("today")
+        wait_for(lambda: "*" in self.x.title(application.main), "a changed document")
+        application.save()
+        self.assertRegex(application.document.read_text(), r"^\d{4}-featherpad\n😀\n?$")
+
+
+class LinguistScripts(Scripts, harness.DesktopTest):
+    kind = applications.Linguist
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,268 @@
+#!/usr/bin/env python3
+"""Shortcuts that the user chose, with real keys and buttons, in a host whose actions have shortcuts
+of every kind; and text that is typed into its fields.
+
+The host is host-shortcuts, which says what it does and does what it is told.
+"""
+
+import subprocess
+import unittest
+
+import harness
+import hosts
+from harness import stays, wait_for
+from xclient import MIDDLE
+
+# The buttons at the side of a mouse, as the X server numbers them.
+BACK, FORWARD = 8, 9
+# What the actions of the host have by themselves.
+OWN = {"New": "Ctrl+N", "Open...": "Ctrl+O; Ctrl+Shift+O; Alt+O", "Save": "Ctrl+S; Ctrl+K, Ctrl+S",
+       r"Key\tCtrl+E": "Ctrl+E", "Tool": "Ctrl+T; Alt+T", "Late": "",
+       **dict.fromkeys(("One", "Two", "Three", "Four", "Five", "Six", "Seven", "Eight"), "")}
+
+
+def function_key(number):
+    return chr(0xF703 + number)
+
+
+class ShortcutHost(hosts.ToldHost):
+    def __init__(self, screen, home, qt):
+        super().__init__(screen, home, "shortcuts", qt)
+
+    def shortcuts(self, when="has", window=1):
+        """What the actions of a window have: now, or when it last closed or the host quit."""
+        head = f"{when} {window} "
+        lines = self.tell("shortcuts") if when == "has" else self.said()
+        return {"Late": "", **dict(line[len(head):].split(": ", 1) for line in lines
+                                   if line.startswith(head))}
+
+    def ran(self):
+        return [line[4:] for line in self.said() if line.startswith("ran ")]
+
+
+class Shortcuts:
+    qt = None
+
+    def open(self, *definitions, **files):
+        """definitions: (trigger, path) each; every second one stands in the shared file."""
+        self.home.write_preferences()
+        full = [(trigger, path, "actionNew" if path == "File/New" else path)
+                for trigger, path in definitions]
+        self.home.write_definitions("Shortcuts", "Velmora", *full[::2])
+        self.home.write_definitions("Shortcuts", f"host-shortcuts-qt{self.qt}", *full[1::2])
+        self.host = self.start(ShortcutHost, self.qt)
+
+    def assert_runs(self, chord, title, window=1):
+        """Presses the keys, and exactly that one action runs. Returns what the host said."""
+        before = self.host.said()
+        self.x.keys(chord)
+        what = f"{window} {title}"
+        wait_for(lambda: self.host.ran()[self.count(before):], f"{chord} to run {what}")
+        self.host.tell("text")
+        self.assertEqual(self.host.ran()[self.count(before):], [what], chord)
+        return self.host.said()[len(before):]
+
+    def count(self, lines):
+        return len([line for line in lines if line.startswith("ran ")])
+
+    def assert_runs_nothing(self, *chords):
+        before = self.host.ran()
+        self.x.keys(*chords, "Shift_L")
+        self.host.tell("text")
+        self.assertTrue(stays(lambda: self.host.ran() == before, 0.1), self.host.ran())
+
+    def wait_text(self, text):
+        wait_for(lambda: self.host.tell("text")[-1:] == [f"text {text}"], f"{text!r} in the field")
+
+    def wait_shortcuts(self, window=1, **expected):
+        wait_for(lambda: expected.items() <= self.host.shortcuts(window=window).items(),
+                 f"{expected}, not {self.host.shortcuts(window=window)}")
+
+    def test_new_shortcuts_work_and_their_keys_are_not_the_hosts(self):
+        self.open(("8d", "File/One"), ("0" + function_key(5), "File/Two"), ("2b", "File/Three"),
+                  ("1c", "File/Four"), ("CÄ", "File/Five"))
+        self.assertEqual(self.host.shortcuts(), {**OWN, "One": "Ctrl+D", "Two": "F5",
+                                                 "Three": "Alt+B", "Four": "Meta+C",
+                                                 "Five": "Ctrl+Shift+Ä"})
+        for chord, title, key in (("ctrl+d", "One", "D"), ("F5", "Two", "F5")):
+            for _ in range(2):
+                said = self.assert_runs(chord, title)
+                self.host.wait_says(f"release key {key}")
+                self.assertNotIn(f"override key {key}", said)
+                self.assertNotIn(f"press key {key}", said)
+        for chord, title in (("alt+b", "Three"), ("super+c", "Four")) * 2:
+            self.assert_runs(chord, title)
+
+        # Held down; and Ctrl let go first.
+        before = len(self.host.ran())
+        self.x.key_down("ctrl")
+        self.x.key_down("d")
+        wait_for(lambda: len(self.host.ran()) > before + 3, "the key to repeat")
+        self.x.key_up("ctrl")
+        self.x.key_up("d")
+        self.assertEqual(set(self.host.ran()[before:]), {"1 One"})
+        self.assertNotIn("press key D", self.host.said())
+        self.x.keys("a", "b")
+        self.wait_text("ab")
+
+    def test_the_user_s_combination_wins(self):
+        """Over other items' first and further shortcuts, letters of the menu bar, tool bars'
+        actions and shortcuts that stand in no menu."""
+        rows = (("8n", "One", "ctrl+n"), ("8O", "Two", "ctrl+shift+o"), ("2o", "Three", "alt+o"),
+                ("2f", "Four", "alt+f"), ("8t", "Five", "ctrl+t"), ("2t", "Six", "alt+t"),
+                ("8y", "Seven", "ctrl+y"), ("2y", "Eight", "alt+y"))
+        self.open(*((trigger, f"File/{title}") for trigger, title, _ in rows))
+        for _ in range(2):
+            for _, title, chord in rows:
+                self.assert_runs(chord, title)
+        self.wait_shortcuts(**{"New": "", "Open...": OWN["Open..."], "Tool": OWN["Tool"]})
+        self.assert_runs("ctrl+o", "Open...")
+
+    def test_a_trigger_without_a_key_takes_the_item_s_shortcut_away(self):
+        self.open(("0", "File/New"), ("0", "File/Open..."), ("0", "File/Save"), ("0", "File/Key"))
+        self.wait_shortcuts(**{"New": "", "Open...": "Ctrl+Shift+O; Alt+O", "Key": "",
+                               "Save": "Ctrl+K, Ctrl+S"})
+        self.assert_runs_nothing("ctrl+n", "ctrl+o", "ctrl+s", "ctrl+e")
+        for chord in ("ctrl+shift+o", "alt+o"):
+            self.assert_runs(chord, "Open...")
+        self.x.keys("ctrl+k")
+        self.assert_runs("ctrl+s", "Save")
+
+    def test_items_that_come_later_and_hosts_that_change_theirs(self):
+        self.open(("8j", "File/New"), ("8d", "File/One"), ("2b", "File/Two"), ("8l", "Lazy/Late"),
+                  ("2g", "File/Added"), ("2n", "File/Insists"))
+        ours = {"New": "Ctrl+J", "One": "Ctrl+D", "Two": "Alt+B"}
+        self.wait_shortcuts(**ours)
+        self.assert_runs("ctrl+l", "Late")
+        self.wait_shortcuts(Late="Ctrl+L")
+        self.host.tell("add Added")
+        self.wait_shortcuts(Added="Alt+G")
+        self.assert_runs("alt+g", "Added")
+        for change in ("rebuild", "reset"):
+            self.host.tell(change)
+            self.wait_shortcuts(**ours)
+            self.assert_runs("alt+b", "Two")
+            self.assert_runs("ctrl+j", "New")
+            self.assert_runs_nothing("ctrl+n")
+        self.host.open_window(2)
+        self.wait_shortcuts(2, **ours)
+        for chord, title in (("alt+b", "Two"), ("ctrl+d", "One"), ("ctrl+l", "Late")):
+            self.assert_runs(chord, title, 2)
+        self.host.activate_window(1)
+        for chord, title in (("alt+b", "Two"), ("ctrl+d", "One")):
+            self.assert_runs(chord, title)
+
+        # One that does not let go is left alone, and its item has the user's key all the same.
+        self.host.tell("insist New")
+        self.host.tell("reset")
+        self.wait_shortcuts(One="Ctrl+D", New="Ctrl+N")
+        for _ in range(30):
+            self.assert_runs("ctrl+j", "New")
+        self.assertLess(self.host.said().count("insists"), 100)
+
+    def test_the_host_has_its_own_shortcuts_when_it_may_save_them(self):
+        self.open(("8j", "File/New"), ("2b", "File/Two"), ("8n", "File/One"), ("0", "File/Key"))
+        ours = {**OWN, "New": "Ctrl+J", "Two": "Alt+B", "One": "Ctrl+N", "Key": ""}
+        del ours[r"Key\tCtrl+E"]
+        self.assertEqual(self.host.shortcuts(), ours)
+        self.host.open_window(2)
+        self.wait_shortcuts(2, **ours)
+        self.host.tell("refuse on")
+        first = self.host.windows_by_number[1]
+        closed = 0
+        for use in (lambda: self.assert_runs("alt+b", "Two"),
+                    lambda: self.assert_runs("ctrl+n", "One"),
+                    lambda: self.x.click(*self.x.geometry(first).at(0.5, 0.8))):
+            self.x.close_window(first)
+            closed += 1
+            self.host.wait_says("closing 1 One: ", closed)
+            self.assertEqual(self.host.shortcuts(), OWN)
+            self.assertEqual(self.host.shortcuts("closing"), OWN)
+            self.wait_shortcuts(2, **ours)
+            self.host.activate_window(1)
+            use()
+            self.wait_shortcuts(**ours)
+        self.host.tell("close")
+        self.assertEqual(self.host.shortcuts("closing"), OWN)
+        self.wait_shortcuts(2, **ours)
+        self.host.tell("refuse off")
+        self.host.tell("quit")
+        self.assertEqual(self.host.wait_exit(), 0)
+        for window in (1, 2):
+            self.assertEqual(self.host.shortcuts("quitting", window), OWN)
+
+    def test_the_key_text_is_what_the_layout_gives(self):
+        self.open(("8z", "File/One"), ("8ö", "File/Two"), ("8Ö", "File/Three"), ("2ö", "File/Four"),
+                  ("8é", "File/Five"), ("C1", "File/Six"), ("8ы", "File/Seven"),
+                  ("2ф", "File/Eight"))
+        self.addCleanup(self.set_layout, "us")
+        for layout, rows in {
+                "us": (("ctrl+#52", "One"),),
+                "de": (("ctrl+#29", "One"), ("ctrl+#47", "Two"), ("ctrl+shift+#47", "Three"),
+                       ("alt+#47", "Four")),
+                "fr": (("ctrl+#25", "One"), ("ctrl+#11", "Five"), ("ctrl+shift+#10", "Six")),
+                "ru": (("ctrl+#39", "Seven"), ("alt+#38", "Eight")),
+                "us,ru": (("ctrl+#39", "Save"),),
+                "us,ru switched": (("ctrl+#39", "Seven"), ("alt+#38", "Eight"))}.items():
+            self.set_layout(layout)
+            for chord, title in rows:
+                with self.subTest(layout=layout, chord=chord):
+                    self.assert_runs(chord, title)
+
+    def set_layout(self, layout):
+        names, _, switched = layout.partition(" ")
+        subprocess.run(["setxkbmap", "-display", self.screen.name, names], check=True)
+        self.x.lock_layout(1 if switched else 0)
+
+    def test_extra_mouse_buttons_run_items_and_reach_the_host(self):
+        rows = (("1m3", "One", "super", MIDDLE, 4), ("8m3", "Two", "ctrl", MIDDLE, 4),
+                ("0m4", "Three", None, BACK, 8), ("0m5", "Four", None, FORWARD, 16),
+                ("Cm4", "Five", "ctrl+shift", BACK, 8))
+        self.open(*((trigger, f"File/{title}") for trigger, title, *_ in rows))
+        # None of it stands in a menu.
+        self.assertEqual(self.host.shortcuts(), OWN)
+        self.x.move(*self.x.geometry(self.host.windows_by_number[1]).at(0.5, 0.96))
+        for _, title, keys, button, number in rows:
+            before = self.host.ran()
+            names = keys.split("+") if keys else ()
+            for name in names:
+                self.x.key_down(name)
+            for count in (1, 2):
+                self.x.press(button)
+                self.x.release(button)
+                self.host.wait_says(f"release button {number}")
+                wait_for(lambda: len(self.host.ran()) >= len(before) + count, f"{title} to run")
+            for name in names:
+                self.x.key_up(name)
+            self.host.tell("text")
+            self.assertEqual(self.host.ran(), before + [f"1 {title}"] * 2)
+            self.assertIn(f"press button {number}", self.host.said())
+
+    def test_text_is_typed_into_fields_as_one_step_and_past_the_clipboard(self):
+        lines = "one\n\tanother 😀 «ü»\nthird"
+        self.home.write_definitions("TextSnippets", "Velmora", ("one", lines), ("two", lines))
+        self.open(("8j", "File/Velmora/Text Snippets/one"),
+                  ("1j", "File/Velmora/Text Snippets/two"))
+        for selection in ("CLIPBOARD", "PRIMARY"):
+            self.x.own_selection(selection)
+        for _ in ("field of one line", "field of several"):
+            for keys in ("ctrl+j", "super+j"):
+                self.x.keys(keys)
+                self.wait_text(lines.replace("\n", r"\n"))
+                self.x.keys("ctrl+z")
+                self.wait_text("")
+            self.x.keys("Tab")
+        for selection in ("CLIPBOARD", "PRIMARY"):
+            self.assertTrue(self.x.owns_selection(selection), selection)
+
+
+class Qt5Shortcuts(Shortcuts, harness.DesktopTest):
+    qt = 5
+
+
+class Qt6Shortcuts(Shortcuts, harness.DesktopTest):
+    qt = 6
+
+
+if __name__ == "__main__":
+    unittest.main()
