@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Desktop.h"
+#include "platform/appkit/CGDirectDisplay.h"
 #include "platform/appkit/NSPanel.h"
 #include "platform/foundation/NSTask.h"
 
@@ -32,10 +33,15 @@ public:
         return inner_.orderedWindows();
     }
     std::shared_ptr<NSWindow> keyWindow() override { return inner_.keyWindow(); }
+    std::shared_ptr<NSWindow> mainWindow() override { return inner_.mainWindow(); }
     std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) override {
         return inner_.makePanel(panel);
     }
     NSPoint mouseLocation() override { return inner_.mouseLocation(); }
+    CGMouseDelta lastMouseDelta() override { return inner_.lastMouseDelta(); }
+    void associateMouseAndPointer(bool connected) override {
+        inner_.associateMouseAndPointer(connected);
+    }
     void showCursor(const NSCursor* cursor) override { inner_.showCursor(cursor); }
     std::optional<Bitmap> decodeImage(std::string_view bytes) override {
         return inner_.decodeImage(bytes);
