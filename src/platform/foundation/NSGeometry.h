@@ -24,6 +24,16 @@ struct NSRect {
     bool operator==(const NSRect&) const = default;
 };
 
+inline bool NSEqualPoints(NSPoint a, NSPoint b) {
+    return a == b;
+}
+
+/// The rectangle without a margin of so much on each side; a negative one makes it larger.
+inline NSRect NSInsetRect(NSRect rect, float dX, float dY) {
+    return {{rect.origin.x + dX, rect.origin.y + dY},
+            {rect.size.width - 2 * dX, rect.size.height - 2 * dY}};
+}
+
 /// Whether the point lies in the rectangle. Of the edges, one of each pair belongs to it: left and
 /// top where y grows upward (not flipped), left and bottom where y grows downward (flipped).
 inline bool NSMouseInRect(NSPoint point, NSRect rect, bool flipped) {
