@@ -284,7 +284,11 @@ void VelmoraMouseHandling::handleTracking(const NSEventRef& next) {
         case NSKeyDown:
         case NSKeyUp:
         case NSOtherMouseDown:
-        case NSOtherMouseUp: endTracking(); break;
+        case NSOtherMouseUp:
+            // Motion from before it may have come without an event of its own.
+            addToTracking();
+            endTracking();
+            break;
         case NSMouseMoved:
         case NSLeftMouseDragged:
         case NSRightMouseDragged:

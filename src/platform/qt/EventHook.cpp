@@ -174,6 +174,7 @@ EventHook::Outcome EventHook::take(const QtEventRef& event) {
             wait_.wake();
             return Outcome::Kept;
         }
+        if (hostLoopBegan_) hostLoopBegan_();
         if (endsPressInDelivery(*event)) {
             forFetch_.push_back(event);
             return Outcome::Kept;

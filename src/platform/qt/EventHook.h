@@ -30,6 +30,10 @@ public:
     /// Until input is taken: called when something has come that may be the first menu bar.
     void watchForMenuBar(std::function<void()> mayHaveCome);
 
+    /// Called when input comes while the host runs a loop of its own inside a fetch, as it does for
+    /// a dialog: the pointer and its cursor are to be the host's.
+    void watchForHostLoops(std::function<void()> began) { hostLoopBegan_ = std::move(began); }
+
     /// From here on input goes through the layer.
     void takeInput();
 
@@ -98,6 +102,7 @@ private:
     bool registered_ = false;
     bool takesInput_ = false;
     std::function<void()> menuBarMayHaveCome_;
+    std::function<void()> hostLoopBegan_;
 
     EventTranslator translator_;
     HostQueue queue_;

@@ -48,6 +48,10 @@ bool isSet(const char* variable) {
 }  // namespace
 
 QtDesktop::Session::Session() : menuBars(windows), typing(windows), hook(menuBars, windows) {
+    hook.watchForHostLoops([this] {
+        pointer.release();
+        cursor.show(nullptr);
+    });
     launch.setSingleShot(true);
     timers.setSingleShot(true);
     timers.setTimerType(Qt::PreciseTimer);
@@ -107,7 +111,13 @@ Time QtDesktop::now() const {
 }
 
 void QtDesktop::wait(Time deadline) {
-    if (session_) session_->hook.wait(deadline);
+    if (!session_) return;
+    session_->hook.wait(deadline);
+    if (session_ && !NSApp().hasEvents() && session_->pointer.hasMoved()) {
+        NSEvent::Fields motion;
+        motion.type = NSMouseMoved;
+        NSApp().postEvent(std::make_shared<NSEvent>(std::move(motion)));
+    }
 }
 
 void QtDesktop::timersChanged(std::optional<Time> earliest) {

@@ -50,6 +50,12 @@ QPointF QtPinnedPointer::motion() {
     return moved;
 }
 
+bool QtPinnedPointer::hasMoved() {
+    if (!pinned_) return false;
+    rest_ += motion();
+    return std::abs(rest_.x()) >= 1 || std::abs(rest_.y()) >= 1;
+}
+
 CGMouseDelta QtPinnedPointer::takeDelta() {
     if (!pinned_) return {};
     rest_ += motion();

@@ -23,6 +23,10 @@ public:
     bool isPinned() const { return pinned_; }
     QPoint place() const { return place_; }
 
+    /// Whether there is motion to take. The toolkit tells of none that ends where it saw the
+    /// pointer before, as motion often does that is set back in between.
+    bool hasMoved();
+
     /// As Desktop::lastMouseDelta.
     CGMouseDelta takeDelta();
 

@@ -14,7 +14,6 @@ namespace {
 /// What a bar of ours was set to, and how much more it should have been: a bar holds whole numbers.
 constexpr const char* fractionMark = "_velmora_fraction";
 
-
 bool isReversed(const QScrollBar& bar) {
     return bar.orientation() == Qt::Horizontal && bar.isRightToLeft();
 }
@@ -27,7 +26,10 @@ float originOf(const QScrollBar& bar) {
     return static_cast<float>(isReversed(bar) ? bar.minimum() + bar.maximum() - value : value);
 }
 
-void setOrigin(QScrollBar& bar, double origin) {
+void setOrigin(QScrollBar& bar, float place) {
+    // A bar that is not to move keeps its value also where that has more digits than the place.
+    if (place == originOf(bar)) return;
+    double origin = place;
     if (isReversed(bar)) origin = bar.minimum() + bar.maximum() - origin;
     const double whole = std::floor(origin);
     bar.setValue(static_cast<int>(whole));
