@@ -22,8 +22,8 @@ HostDescription editor() {
             .windows = {{.title = "Text", .frame = {{0, 0}, {600, 600}}, .views = {text}}}};
 }
 
-/// Each event is three pixels of motion, down and up again, and gives one step. What the user's hand
-/// allocates is left out.
+/// Each event is three pixels of motion, down and up again, and gives one step. What the user's
+/// hand allocates is left out.
 void track(benchmark::State& state) {
     constexpr int eventsAtATime = 1000;
     HeadlessHost host(editor());
@@ -72,7 +72,7 @@ void recolour(benchmark::State& state) {
     }
 }
 
-const auto* tracking = benchmark::RegisterBenchmark("scroll/tracking", track)->UseManualTime();
+const auto* tracking = benchmark::RegisterBenchmark("scroll/tracking", track) -> UseManualTime();
 const auto* recolouring = benchmark::RegisterBenchmark("images/recolour", recolour);
 
 }  // namespace

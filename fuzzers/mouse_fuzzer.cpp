@@ -82,8 +82,12 @@ private:
             case 4:
             case 5:
             case 6: move(value); break;
-            case 7: then([this, value] { session_.user().hold(flags[value % flags.size()]); }); break;
-            case 8: then([this, value] { session_.user().letGo(flags[value % flags.size()]); }); break;
+            case 7:
+                then([this, value] { session_.user().hold(flags[value % flags.size()]); });
+                break;
+            case 8:
+                then([this, value] { session_.user().letGo(flags[value % flags.size()]); });
+                break;
             case 9: type(); break;
             case 10: session_.input().pause(std::chrono::milliseconds(value * 3)); break;
             case 11: happen(value); break;

@@ -112,6 +112,7 @@ for _function, _result, *_arguments in (
     getattr(_xlib, _function).restype = _result
     getattr(_xlib, _function).argtypes = _arguments
 _xtest.XTestFakeMotionEvent.argtypes = [_P, _I, _I, _I, _W]
+_xtest.XTestFakeRelativeMotionEvent.argtypes = [_P, _I, _I, _W]
 _xtest.XTestFakeButtonEvent.argtypes = [_P, _U, _I, _W]
 _xtest.XTestFakeKeyEvent.argtypes = [_P, _U, _I, _W]
 
@@ -140,6 +141,11 @@ class Display:
 
     def move(self, x, y):
         _xtest.XTestFakeMotionEvent(self._display, -1, int(round(x)), int(round(y)), 0)
+        _xlib.XSync(self._display, 0)
+
+    def move_by(self, x, y):
+        """Moves the mouse, as a hand does: what becomes of the pointer is up to the others."""
+        _xtest.XTestFakeRelativeMotionEvent(self._display, x, y, 0)
         _xlib.XSync(self._display, 0)
 
     def press(self, button):

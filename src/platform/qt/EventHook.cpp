@@ -81,7 +81,9 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
     guarded("EventHook", [&] {
         menuBars_.noticeEvent(receiver, event);
         if (takesInput_) {
-            if (event->type() == QEvent::Shortcut) {
+            if (event->type() == QEvent::WindowBlocked && NSApp().isFetching() && hostLoopBegan_) {
+                hostLoopBegan_();
+            } else if (event->type() == QEvent::Shortcut) {
                 if (menuBars_.shortcuts().settle(static_cast<const QShortcutEvent&>(*event))) {
                     outcome = Outcome::Kept;
                 }
