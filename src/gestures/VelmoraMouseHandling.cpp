@@ -146,6 +146,10 @@ void VelmoraMouseHandling::handleWithModifiersOnly(const NSEventRef& next,
 void VelmoraMouseHandling::startGesture() {
     const NSPoint location = NSEvent::mouseLocation();
     VelmoraGestureStartPoint = location;
+    if (*VelmoraGesturesDrawFeedback) {
+        if (!feedbackWindow_) feedbackWindow_ = std::make_shared<VelmoraGestureFeedbackWindow>();
+        feedbackWindow_->startAtPoint(location);
+    }
     if (velmoraGesturesCursor_) velmoraGesturesCursor_->push();
     gestureLoopActive_ = true;
     gestureTimer_ = NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
@@ -172,6 +176,7 @@ void VelmoraMouseHandling::addToGesture() {
     const NSPoint location = NSEvent::mouseLocation();
     const auto x = static_cast<std::int32_t>(location.x);
     const auto y = static_cast<std::int32_t>(location.y);
+    if (*VelmoraGesturesDrawFeedback && feedbackWindow_) feedbackWindow_->addPoint(location);
     const std::int64_t dx = std::int64_t{x} - lastMX_;
     const std::int64_t dy = std::int64_t{y} - lastMY_;
     if (dx * dx + dy * dy <= *VelmoraGestureSize) return;
@@ -211,6 +216,9 @@ void VelmoraMouseHandling::leaveLoop() {
     gestureTimer_ = nullptr;
     if (velmoraGesturesCursor_) NSCursor::pop();
     velmoraGesturesCursor_ = nullptr;
+    if (*VelmoraGesturesDrawFeedback && feedbackWindow_) {
+        feedbackWindow_->goAway(shared_from_this());
+    }
 }
 
 NSEventRef VelmoraMouseHandling::doScrollWheelVertical_triggerEvent(const NSEventRef& event,
@@ -233,9 +241,8 @@ NSEventRef VelmoraMouseHandling::doJogDial_triggerEvent(const NSEventRef& event,
     return track(VelmoraScrollMotion::jogDial, &VelmoraImageFactory::cursorJog, event, trigger);
 }
 
-NSEventRef VelmoraMouseHandling::track(VelmoraScrollMotion::TrackMode mode,
-                                       NSCursorRef (*cursor)(), const NSEventRef& event,
-                                       const NSEventRef& trigger) {
+NSEventRef VelmoraMouseHandling::track(VelmoraScrollMotion::TrackMode mode, NSCursorRef (*cursor)(),
+                                       const NSEventRef& event, const NSEventRef& trigger) {
     if (busy_) return trigger;
     scrollMotion_ = VelmoraScrollMotion(mode);
     velmoraGesturesCursor_ = cursor();

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "gestures/VelmoraGestureFeedbackWindow.h"
 #include "gestures/VelmoraScrollMotion.h"
 #include "platform/appkit/NSCursor.h"
 #include "platform/appkit/NSEvent.h"
@@ -72,6 +73,8 @@ private:
     void deliver(const NSEventRef& scroll) const;
 
     NSTimerRef gestureTimer_;
+    /// Null until the first gesture that is drawn.
+    std::shared_ptr<VelmoraGestureFeedbackWindow> feedbackWindow_;
     std::int32_t gestureTicks_ = 0;
     std::int32_t lastMX_ = 0;
     std::int32_t lastMY_ = 0;

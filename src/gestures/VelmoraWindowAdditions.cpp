@@ -1,5 +1,6 @@
 #include "gestures/VelmoraWindowAdditions.h"
 
+#include "gestures/VelmoraGestureFeedbackWindow.h"
 #include "gestures/VelmoraMouseHandling.h"
 #include "platform/appkit/NSView.h"
 #include "platform/runtime/Class.h"
@@ -14,6 +15,7 @@ const Category category(NSWindow::classObject(),
 }  // namespace
 
 NSWindowRef velmoraCheckForHit(NSWindow& window) {
+    if (dynamic_cast<VelmoraGestureFeedbackWindow*>(&window)) return nullptr;
     const NSPoint start = *VelmoraGestureStartPoint;
     if (NSMouseInRect(start, window.frame(), false)) {
         return std::static_pointer_cast<NSWindow>(window.shared_from_this());

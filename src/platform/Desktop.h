@@ -16,11 +16,13 @@
 namespace velmora {
 
 class NSCursor;
+class NSDrawnWindow;
 class NSEvent;
 class NSMenu;
 class NSPanel;
 class NSTask;
 class NSWindow;
+class DrawnWindowPeer;
 class PanelPeer;
 
 /// What the layer needs from a desktop, and nothing more. There is one for each host process, made
@@ -74,6 +76,9 @@ public:
 
     /// A window for the panel, which owns it; not yet shown.
     virtual std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) = 0;
+
+    /// A window that only shows what is drawn, owned by `window`; not yet shown.
+    virtual std::unique_ptr<DrawnWindowPeer> makeDrawnWindow(NSDrawnWindow& window) = 0;
 
     // The pointer
 

@@ -162,6 +162,10 @@ void VelmoraDefaults::updateDefaults() {
     VelmoraGestureMakesKey = makeGestureWindowKey_;
     VelmoraGesturesDrawFeedback = drawsFeedback_;
     VelmoraImageFactory::setHue(flavor_);
+    // By its name: the room it lies in is built on this one.
+    if (Class* trace = Class::named("VelmoraGestureFeedbackView")) {
+        message<void(double)>(*trace, Selector::named("setHue:"), flavor_);
+    }
     for (const auto& shown : vmMenu_) {
         if (const NSMenuItemRef item = shown.lock()) {
             item->setImage(VelmoraImageFactory::cursorImage());

@@ -2,6 +2,7 @@
 
 #include "platform/Desktop.h"
 #include "platform/appkit/CGDirectDisplay.h"
+#include "platform/appkit/NSDrawnWindow.h"
 #include "platform/appkit/NSPanel.h"
 #include "platform/foundation/NSTask.h"
 
@@ -36,6 +37,9 @@ public:
     std::shared_ptr<NSWindow> mainWindow() override { return inner_.mainWindow(); }
     std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) override {
         return inner_.makePanel(panel);
+    }
+    std::unique_ptr<DrawnWindowPeer> makeDrawnWindow(NSDrawnWindow& window) override {
+        return inner_.makeDrawnWindow(window);
     }
     NSPoint mouseLocation() override { return inner_.mouseLocation(); }
     CGMouseDelta lastMouseDelta() override { return inner_.lastMouseDelta(); }

@@ -126,7 +126,15 @@ bool parseTable(ScenarioText& text, ScenarioLine& line, ParsedExpectation& parse
 ParsedExpectation parseExpectation(ScenarioText& text, ScenarioLine& line) {
     ParsedExpectation parsed;
     if (parseTable(text, line, parsed)) return parsed;
-    if (parseHappened(line, parsed)) {
+    // Before the lines of the trace, which begin with the same word.
+    if (line.take("no trace window")) {
+        parsed.what = TraceWindowExpectation{};
+    } else if (line.take("trace window")) {
+        TraceWindowExpectation expected;
+        expected.frame = line.frame();
+        if (line.take("alpha")) expected.alpha = line.number("an opacity", 0, 1);
+        parsed.what = expected;
+    } else if (parseHappened(line, parsed)) {
         // Read to its end.
     } else if (line.take("in order")) {
         parsed.what = OrderExpectation{line.quotedTexts()};

@@ -176,6 +176,15 @@ void HeadlessDesktop::removePanel(HeadlessPanel& panel) {
     std::erase(panels_, &panel);
 }
 
+std::unique_ptr<DrawnWindowPeer> HeadlessDesktop::makeDrawnWindow(NSDrawnWindow& /*window*/) {
+    return std::make_unique<HeadlessDrawnWindow>(*this);
+}
+
+void HeadlessDesktop::showDrawnWindow(HeadlessDrawnWindow& window) {
+    std::erase(drawnWindows_, &window);
+    drawnWindows_.push_back(&window);
+}
+
 std::vector<NSWindowRef> HeadlessDesktop::orderedWindows() {
     return {windows_.begin(), windows_.end()};
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/Desktop.h"
+#include "platform/headless/HeadlessDrawnWindow.h"
 #include "platform/headless/HeadlessMenu.h"
 #include "platform/headless/HeadlessPanel.h"
 #include "platform/headless/HeadlessTask.h"
@@ -39,6 +40,7 @@ public:
     NSWindowRef keyWindow() override;
     NSWindowRef mainWindow() override { return keyWindow_.lock(); }
     std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) override;
+    std::unique_ptr<DrawnWindowPeer> makeDrawnWindow(NSDrawnWindow& window) override;
     NSPoint mouseLocation() override;
     CGMouseDelta lastMouseDelta() override;
     void associateMouseAndPointer(bool connected) override;
@@ -89,6 +91,11 @@ public:
     /// The panel of ours that takes the keys, or null.
     HeadlessPanel* keyPanel() const { return panels_.empty() ? nullptr : panels_.back(); }
 
+    /// The window of ours that is only drawn and was shown last, or null.
+    HeadlessDrawnWindow* drawnWindow() const {
+        return drawnWindows_.empty() ? nullptr : drawnWindows_.back();
+    }
+
     /// What becomes of the processes that are started from here on.
     void setProcessEnd(const ProcessEnd& end) { processEnd_ = end; }
 
@@ -99,10 +106,12 @@ public:
 
     void record(Transcript::Kind kind, std::string text);
 
-    // For the panels
+    // For the panels and drawn windows
 
     void showPanel(HeadlessPanel& panel);
     void removePanel(HeadlessPanel& panel);
+    void showDrawnWindow(HeadlessDrawnWindow& window);
+    void removeDrawnWindow(HeadlessDrawnWindow& window) { std::erase(drawnWindows_, &window); }
     /// Between the two, the panel and those shown after it are all that takes input.
     void beginModal(HeadlessPanel& panel) { modal_.push_back(&panel); }
     void endModal(HeadlessPanel& panel) { std::erase(modal_, &panel); }
@@ -123,6 +132,8 @@ private:
     /// Those that are visible, the one that takes the keys last.
     std::vector<HeadlessPanel*> panels_;
     std::vector<HeadlessPanel*> modal_;
+    /// Those that are visible, the frontmost last.
+    std::vector<HeadlessDrawnWindow*> drawnWindows_;
     ProcessEnd processEnd_;
     int nextWindowNumber_ = 1;
     bool active_ = false;

@@ -170,6 +170,12 @@ struct PanelExpectation {
     std::optional<NSPoint> origin;
 };
 
+/// The window of ours that is only drawn, the trace of a stroke; none without a frame.
+struct TraceWindowExpectation {
+    std::optional<NSRect> frame;
+    std::optional<double> alpha;
+};
+
 /// The text of a text view; without one, of the field in the panel that takes the keys.
 struct TextExpectation {
     std::optional<std::string> textView;
@@ -198,8 +204,8 @@ struct Statement {
                  KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ScrollStep, WaitStep, ChooseStep,
                  FileStep, MenuStep, WindowStep, ProcessStep, HappenedExpectation, OrderExpectation,
                  FileExpectation, MenuExpectation, ItemExpectation, KeyWindowExpectation,
-                 PanelExpectation, TextExpectation, ScrollExpectation, CursorExpectation,
-                 TimeExpectation>
+                 PanelExpectation, TraceWindowExpectation, TextExpectation, ScrollExpectation,
+                 CursorExpectation, TimeExpectation>
         what;
 };
 

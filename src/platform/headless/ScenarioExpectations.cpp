@@ -35,6 +35,12 @@ std::string coordinates(NSPoint point) {
     return text.str();
 }
 
+std::string frameText(NSRect frame) {
+    std::ostringstream text;
+    text << coordinates(frame.origin) << " size " << frame.size.width << ' ' << frame.size.height;
+    return text.str();
+}
+
 /// Whether the dictionary has all entries of the other.
 bool holdsEntries(const PropertyList& value, const PropertyList& entries) {
     const NSDictionary* dictionary = value.dictionary();
@@ -139,6 +145,19 @@ void ScenarioPlayer::act(const PanelExpectation& expected) {
         failed(expected.title.value_or("no panel"), panel ? panel->title() : "no panel");
     } else if (panel && expected.origin && panel->frame().origin != *expected.origin) {
         failed(coordinates(*expected.origin), coordinates(panel->frame().origin));
+    }
+}
+
+void ScenarioPlayer::act(const TraceWindowExpectation& expected) {
+    constexpr double accuracy = 1e-4;
+    const HeadlessDrawnWindow* window = host().drawnWindow();
+    const std::string got = window ? frameText(window->frame()) : "no trace window";
+    if (expected.frame ? !window || window->frame() != *expected.frame : window != nullptr) {
+        failed(expected.frame ? frameText(*expected.frame) : "no trace window", got);
+    } else if (window && expected.alpha &&
+               std::abs(static_cast<double>(window->alphaValue()) - *expected.alpha) > accuracy) {
+        failed("alpha " + std::to_string(*expected.alpha),
+               "alpha " + std::to_string(window->alphaValue()));
     }
 }
 

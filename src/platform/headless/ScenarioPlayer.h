@@ -61,6 +61,7 @@ private:
     void act(const ItemExpectation& expected);
     void act(const KeyWindowExpectation& expected);
     void act(const PanelExpectation& expected);
+    void act(const TraceWindowExpectation& expected);
     void act(const TextExpectation& expected);
     void act(const ScrollExpectation& expected);
     void act(const CursorExpectation& expected);

@@ -12,6 +12,7 @@
 #include "platform/foundation/PosixTask.h"
 #include "platform/qt/HostProcess.h"
 #include "platform/qt/QtCoordinates.h"
+#include "platform/qt/QtDrawnWindow.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtImages.h"
 #include "platform/qt/QtPanel.h"
@@ -187,6 +188,10 @@ std::shared_ptr<NSWindow> QtDesktop::mainWindow() {
 std::unique_ptr<PanelPeer> QtDesktop::makePanel(NSPanel& panel) {
     if (!session_) return std::make_unique<NoPanel>();
     return std::make_unique<QtPanel>(session_->windows, panel);
+}
+
+std::unique_ptr<DrawnWindowPeer> QtDesktop::makeDrawnWindow(NSDrawnWindow& window) {
+    return std::make_unique<QtDrawnWindow>(window.level() > 0);
 }
 
 // The pointer

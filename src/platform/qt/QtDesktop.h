@@ -41,6 +41,7 @@ public:
     std::shared_ptr<NSWindow> keyWindow() override;
     std::shared_ptr<NSWindow> mainWindow() override;
     std::unique_ptr<PanelPeer> makePanel(NSPanel& panel) override;
+    std::unique_ptr<DrawnWindowPeer> makeDrawnWindow(NSDrawnWindow& window) override;
     NSPoint mouseLocation() override;
     CGMouseDelta lastMouseDelta() override;
     void associateMouseAndPointer(bool connected) override;

@@ -4,7 +4,7 @@
 
 #include <QGuiApplication>
 #include <cstdlib>
-#include <string_view>
+#include <string>
 
 namespace velmora {
 
@@ -38,16 +38,31 @@ xcb_connection_t* X11Windows::connection() {
         connection_.reset(xcb_connect(nullptr, &number));
         if (xcb_connection_has_error(connection_.get()) != 0) connection_.reset();
         if (!connection_) return nullptr;
+        screen_ = number;
         auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection_.get()));
         for (; screens.rem > 0 && number > 0; --number) xcb_screen_next(&screens);
         if (screens.rem > 0) root_ = screens.data->root;
-        constexpr std::string_view name = "_NET_CLIENT_LIST_STACKING";
-        const auto request = xcb_intern_atom(connection_.get(), 0, name.size(), name.data());
-        const auto reply = owned(xcb_intern_atom_reply(connection_.get(), request, nullptr));
-        if (reply) stackingAtom_ = reply->atom;
+        stackingAtom_ = atom("_NET_CLIENT_LIST_STACKING");
     }
     if (connection_ && xcb_connection_has_error(connection_.get()) != 0) connection_.reset();
     return connection_.get();
+}
+
+std::uint32_t X11Windows::atom(std::string_view name) {
+    const auto request =
+        xcb_intern_atom(connection_.get(), 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const auto reply = owned(xcb_intern_atom_reply(connection_.get(), request, nullptr));
+    return reply ? reply->atom : std::uint32_t{XCB_ATOM_NONE};
+}
+
+bool X11Windows::hasCompositor() {
+    xcb_connection_t* server = connection();
+    if (!server) return false;
+    const std::uint32_t selection = atom("_NET_WM_CM_S" + std::to_string(screen_));
+    if (selection == XCB_ATOM_NONE) return false;
+    const auto request = xcb_get_selection_owner(server, selection);
+    const auto reply = owned(xcb_get_selection_owner_reply(server, request, nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
 std::vector<std::uint32_t> X11Windows::stackingOrder() {

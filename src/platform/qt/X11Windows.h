@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 struct xcb_connection_t;
@@ -21,15 +22,20 @@ public:
     /// Gives the window the keys without raising it. False when the server refuses.
     bool focus(std::uint32_t window);
 
+    /// Whether a compositing manager runs: without one nothing on the screen is translucent.
+    bool hasCompositor();
+
 private:
     struct Disconnect {
         void operator()(xcb_connection_t* connection) const;
     };
     xcb_connection_t* connection();
+    std::uint32_t atom(std::string_view name);
 
     bool tried_ = false;
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
     std::uint32_t root_ = 0;
+    int screen_ = 0;
     std::uint32_t stackingAtom_ = 0;
 };
 
