@@ -71,7 +71,7 @@ class Strokes:
         self.assertEqual(application.commands(), [])
         self.assertFalse(application.popups())
         application.assert_usable()
-        self.assertTrue(application.pixels(seen) == before, "something was drawn")
+        wait_for(lambda: application.pixels(seen) == before, "the trace to go, and nothing else drawn")
         self.assertEqual(application.count(), 0)
         self.assertNothingHeld()
 
