@@ -105,6 +105,33 @@ class Shortcuts:
         self.x.keys("a", "b")
         self.wait_text("ab")
 
+    def test_keys_of_every_kind(self):
+        rows = (("8\r", "ctrl+Return"), ("C\x19", "ctrl+shift+Tab"), ("8 ", "ctrl+space"),
+                ("0\uf72c", "Prior"), ("8\uf700", "ctrl+Up"), ("8\x7f", "ctrl+BackSpace"),
+                ("2\uf728", "alt+Delete"), ("C+", "ctrl+shift+equal"))
+        titles = ("One", "Two", "Three", "Four", "Five", "Six", "Seven", "Eight")
+        self.open(*((trigger, f"File/{title}") for (trigger, _), title in zip(rows, titles)))
+        for (_, chord), title in zip(rows, titles):
+            self.assert_runs(chord, title)
+        self.x.keys("Caps_Lock")
+        self.addCleanup(self.x.keys, "Caps_Lock")
+        self.assert_runs("ctrl+Return", "One")
+        self.assertEqual(self.host.tell("text")[-1], "text ")
+
+    def test_no_menu_opens_when_alt_is_let_go_first(self):
+        rows = (("2" + function_key(6), "One", "F6"), ("2b", "Two", "b"), ("2f", "Three", "f"),
+                ("2o", "Four", "o"))
+        self.open(*((trigger, f"File/{title}") for trigger, title, _ in rows))
+        for count, (_, title, key) in enumerate(rows, 1):
+            self.x.key_down("alt")
+            self.x.key_down(key)
+            wait_for(lambda: len(self.host.ran()) == count, f"{title} to run")
+            self.x.key_up("alt")
+            self.x.key_up(key)
+            self.x.keys("x")
+            self.wait_text("x" * count)
+            self.assertEqual(self.host.ran()[-1], f"1 {title}")
+
     def test_the_user_s_combination_wins(self):
         """Over other items' first and further shortcuts, letters of the menu bar, tool bars'
         actions and shortcuts that stand in no menu."""
