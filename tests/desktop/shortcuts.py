@@ -187,6 +187,28 @@ class Shortcuts:
             self.assert_runs("ctrl+j", "New")
         self.assertLess(self.host.said().count("insists"), 100)
 
+    def test_a_modal_dialog_has_its_keys_for_itself(self):
+        self.open(("8a", "File/One"), ("0" + function_key(5), "File/Two"), ("2b", "File/Three"),
+                  ("8m3", "File/Four"), ("1n", "File/New"))
+        self.host.tell("dialog")
+        dialog = self.host.window("Dialog")
+        wait_for(lambda: self.x.active_window() == dialog, "the dialog to be active")
+        # With Alt and Super, fields take letters as such.
+        self.x.keys("b", "c", "ctrl+a", "F5", "alt+b", "super+n", "d")
+        self.wait_text("bnd")
+        self.x.key_down("ctrl")
+        self.x.click(*self.x.geometry(dialog).at(0.5, 0.02), MIDDLE)
+        self.x.key_up("ctrl")
+        self.x.keys("e")
+        self.wait_text("bnde")
+        self.assertEqual(self.host.ran(), [])
+        self.x.keys("Escape")
+        self.host.no_window("Dialog")
+        wait_for(lambda: self.x.active_window() == self.host.windows_by_number[1], "the window")
+        for chord, title in (("ctrl+a", "One"), ("F5", "Two"), ("alt+b", "Three"),
+                             ("super+n", "New")):
+            self.assert_runs(chord, title)
+
     def test_the_host_has_its_own_shortcuts_when_it_may_save_them(self):
         self.open(("8j", "File/New"), ("2b", "File/Two"), ("8n", "File/One"), ("0", "File/Key"))
         ours = {**OWN, "New": "Ctrl+J", "Two": "Alt+B", "One": "Ctrl+N", "Key": ""}

@@ -11,11 +11,13 @@
 //   add TITLE         adds an action to the first menu
 //   reset             gives every action the shortcuts again that it began with
 //   insist TITLE      from now on each change of that action is followed by that at once
+//   dialog            opens a modal dialog with a field
 //   text              says what stands in the field with the focus
 //   quit
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -197,6 +199,7 @@ private:
         if (command == "quit") return QApplication::quit();
         if (command == "close") QApplication::activeWindow()->close();
         if (command == "text") sayText();
+        if (command == "dialog") openDialog();
         for (Window* window : windows()) {
             if (command == "refuse") window->refuses = rest == "on";
             if (command == "shortcuts") window->sayShortcuts("has");
@@ -205,6 +208,14 @@ private:
             if (command == "reset") window->reset();
             if (command == "insist") window->insist(rest);
         }
+    }
+
+    static void openDialog() {
+        auto* dialog = new QDialog(QApplication::activeWindow());
+        dialog->setWindowTitle("Dialog");
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        (new QVBoxLayout(dialog))->addWidget(new QLineEdit);
+        dialog->open();
     }
 
     static void sayText() {
