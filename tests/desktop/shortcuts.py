@@ -177,6 +177,10 @@ class Shortcuts:
             self.assert_runs("alt+b", "Two")
             self.assert_runs("ctrl+j", "New")
             self.assert_runs_nothing("ctrl+n")
+        for line in ("disable Two", "reset", "enable Two"):
+            self.host.tell(line)
+        self.wait_shortcuts(**ours)
+        self.assert_runs("alt+b", "Two")
         self.host.open_window(2)
         self.wait_shortcuts(2, **ours)
         for chord, title in (("alt+b", "Two"), ("ctrl+d", "One"), ("ctrl+l", "Late")):

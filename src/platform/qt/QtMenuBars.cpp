@@ -228,7 +228,10 @@ void QtMenuBars::noticeWindow(QObject* receiver, QEvent::Type type) {
     auto& widget = static_cast<QWidget&>(*receiver);
     if (!widget.isWindow()) return;
     if (type == QEvent::Close) {
-        shortcuts_.giveBack(&widget);
+        const bool hasBar = std::any_of(bars_.begin(), bars_.end(), [&](const Bar& known) {
+            return known.bar && known.bar->window() == &widget;
+        });
+        if (hasBar) shortcuts_.giveBack(&widget);
         return;
     }
     if (type == QEvent::Show) {

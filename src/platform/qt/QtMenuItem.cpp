@@ -29,6 +29,8 @@ void QtMenuItem::setHostAction(QAction& action, const std::string& prefix, QtSho
     KeyEquivalent equivalent = shortcuts.read(action);
     setKeyEquivalent_modifierMask(std::move(equivalent.key), equivalent.modifiers);
     setTitle(title);
+    // Only for those who hear of the change: isEnabled() asks the action itself.
+    setEnabled(action.isEnabled());
 }
 
 void QtMenuItem::writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar) {

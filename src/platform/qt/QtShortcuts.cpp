@@ -68,8 +68,9 @@ bool QtShortcuts::isTooOften(Record& record) {
 }
 
 bool QtShortcuts::isGivenBack(const QMenuBar* bar) const {
-    return quitting_ || std::any_of(closed_.begin(), closed_.end(),
-                                    [&](const auto& window) { return serves(bar, *window); });
+    return quitting_ || std::any_of(closed_.begin(), closed_.end(), [&](const auto& window) {
+               return window && serves(bar, *window);
+           });
 }
 
 void QtShortcuts::show(QAction& action, const Look& from, const Look& to) {
@@ -94,10 +95,10 @@ std::vector<QtShortcuts::Record*> QtShortcuts::recordsOf(const QWidget* window, 
 }
 
 void QtShortcuts::giveBack(const QWidget* window) {
-    if (window) {
-        closed_.emplace_back(window);
-    } else {
+    if (!window) {
         quitting_ = true;
+    } else if (std::find(closed_.begin(), closed_.end(), window) == closed_.end()) {
+        closed_.emplace_back(window);
     }
     for (Record* record : recordsOf(window, false)) {
         if (!record->action) continue;
@@ -122,6 +123,10 @@ void QtShortcuts::takeAgain(const QWidget& window) {
 
 bool QtShortcuts::settle(const QShortcutEvent& event) {
     const QWidget* window = QApplication::activeWindow();
+    // The combinations of a window are also those of its tool windows.
+    while (window && window->windowType() == Qt::Tool && window->parentWidget()) {
+        window = window->parentWidget()->window();
+    }
     if (!event.isAmbiguous() || !window) return false;
     for (Record* record : recordsOf(window, false)) {
         QAction* action = record->action;

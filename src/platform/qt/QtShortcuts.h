@@ -32,7 +32,7 @@ public:
     const QAction* written() const { return written_; }
 
     /// The host may save its shortcuts now: it gets its own back, also of what is written from here
-    /// on. Null stands for all windows.
+    /// on. The window has a menu bar; null stands for all windows.
     void giveBack(const QWidget* window);
 
     /// A user acts in the window: it was not closed after all, and what was written is in force.

@@ -10,6 +10,7 @@
 //   rebuild           replaces the actions of the first menu by new ones
 //   add TITLE         adds an action to the first menu
 //   reset             gives every action the shortcuts again that it began with
+//   disable TITLE, enable TITLE
 //   insist TITLE      from now on each change of that action is followed by that at once
 //   dialog            opens a modal dialog with a field
 //   text              says what stands in the field with the focus
@@ -100,9 +101,12 @@ public:
         for (QAction* action : actions_()) action->setShortcuts(own(*action));
     }
 
+    void setActionEnabled(const QString& title, bool enabled) {
+        for (QAction* action : called(title)) action->setEnabled(enabled);
+    }
+
     void insist(const QString& title) {
-        for (QAction* action : actions_()) {
-            if (action->text().remove('&') != title) continue;
+        for (QAction* action : called(title)) {
             connect(action, &QAction::changed, action, [action] {
                 const auto wanted = own(*action);
                 if (action->shortcuts() == wanted) return;
@@ -137,6 +141,14 @@ private:
         QList<QAction*> found;
         for (QAction* action : findChildren<QAction*>()) {
             if (action->property("own").isValid()) found << action;
+        }
+        return found;
+    }
+
+    QList<QAction*> called(const QString& title) const {
+        QList<QAction*> found;
+        for (QAction* action : actions_()) {
+            if (action->text().remove('&') == title) found << action;
         }
         return found;
     }
@@ -206,6 +218,8 @@ private:
             if (command == "rebuild") window->fill();
             if (command == "add") window->addLater(rest);
             if (command == "reset") window->reset();
+            if (command == "disable") window->setActionEnabled(rest, false);
+            if (command == "enable") window->setActionEnabled(rest, true);
             if (command == "insist") window->insist(rest);
         }
     }
