@@ -37,7 +37,7 @@ class Keys:
     def test_keys_and_buttons_run_commands(self):
         application = self.open()
         for keys in ("super+j", "super+j", "F12"):
-            before = application.switch()
+            before = application.settled_switch()
             self.x.keys(keys)
             wait_for(lambda: application.switch() != before, application.switched)
         written = self.home.path / "written"
