@@ -225,7 +225,7 @@ private:
     }
 
     static void openDialog() {
-        auto* dialog = new QDialog(QApplication::activeWindow());
+        auto* dialog = new QDialog(windows().first());
         dialog->setWindowTitle("Dialog");
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         (new QVBoxLayout(dialog))->addWidget(new QLineEdit);
