@@ -199,9 +199,11 @@ void VelmoraShortcuts::itemChanged(const NSMenuItem& item) {
 }
 
 void VelmoraShortcuts::leavesChanged(const NSMenu& menu) {
-    for (const NSMenuItemRef& item : menu.itemArray()) {
-        if (item->hasSubmenu()) {
-            leavesChanged(*item->submenu());
+    // A look at the main menu may bring it up to date.
+    const std::vector<NSMenuItemRef> items = menu.itemArray();
+    for (const NSMenuItemRef& item : items) {
+        if (const NSMenuRef submenu = item->submenu()) {
+            leavesChanged(*submenu);
         } else {
             leafChanged(*item);
         }

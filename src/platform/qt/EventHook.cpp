@@ -82,7 +82,9 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
         menuBars_.noticeEvent(receiver, event);
         if (takesInput_) {
             if (event->type() == QEvent::Shortcut) {
-                if (menuBars_.shortcuts().settle(static_cast<const QShortcutEvent&>(*event))) {
+                const auto& shortcut = static_cast<const QShortcutEvent&>(*event);
+                if (menuBars_.shortcuts().settle(shortcut) ||
+                    menuBars_.ownMenus().settle(shortcut)) {
                     outcome = Outcome::Kept;
                     tellOfUseOfAlt();
                 }
@@ -148,10 +150,9 @@ EventHook::Outcome EventHook::mouse(QWindow& window, QMouseEvent& event) {
 }
 
 void EventHook::noteUse(const QWindow& window) {
-    QtShortcuts& shortcuts = menuBars_.shortcuts();
-    if (!shortcuts.hasGivenBack()) return;
+    if (!menuBars_.shortcuts().hasGivenBack()) return;
     const QWidget* widget = QWidget::find(window.winId());
-    if (widget) shortcuts.takeAgain(*widget->window());
+    if (widget) menuBars_.noticeUse(*widget->window());
 }
 
 EventHook::Outcome EventHook::keyDown(QWindow& window, QKeyEvent& event) {

@@ -1,7 +1,6 @@
 #include "platform/qt/QtMenuItem.h"
 
 #include "platform/qt/QtMenu.h"
-#include "platform/qt/QtShortcuts.h"
 #include "platform/qt/QtTitles.h"
 
 namespace velmora {
@@ -33,9 +32,9 @@ void QtMenuItem::setHostAction(QAction& action, const std::string& prefix, QtSho
     setEnabled(action.isEnabled());
 }
 
-void QtMenuItem::writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar) {
-    if (!hostAction_ || separator_) return;
-    shortcuts.write(*hostAction_, {keyEquivalent(), keyEquivalentModifierMask()}, bar);
+QtShortcuts::Outcome QtMenuItem::writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar) {
+    if (!hostAction_ || separator_) return QtShortcuts::Outcome::done;
+    return shortcuts.write(*hostAction_, {keyEquivalent(), keyEquivalentModifierMask()}, bar);
 }
 
 }  // namespace velmora
