@@ -22,14 +22,16 @@ void QtMenuItem::setHostAction(QAction& action, const std::string& prefix, QtSho
     if (separator_) return;
     const std::string title = titleFromText(action.text());
     const QString name = action.objectName();
+    const bool enabled = action.isEnabled();
     NSMenuItem::setAction(
         Selector::named(name.isEmpty() ? joinedPath(prefix, title) : name.toStdString()));
-    // First, since whoever hears of another change finds the item and its action in agreement.
+    // First, since whoever hears of another change finds the item and its action in agreement. The
+    // action may be gone afterwards.
     KeyEquivalent equivalent = shortcuts.read(action);
     setKeyEquivalent_modifierMask(std::move(equivalent.key), equivalent.modifiers);
     setTitle(title);
     // Only for those who hear of the change: isEnabled() asks the action itself.
-    setEnabled(action.isEnabled());
+    setEnabled(enabled);
 }
 
 QtShortcuts::Outcome QtMenuItem::writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar) {
