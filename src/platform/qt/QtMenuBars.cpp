@@ -297,6 +297,7 @@ void QtMenuBars::tellOfNewMainMenu() {
     QMenuBar* bar = currentBar();
     if (!bar || bar == lastMain_) return;
     lastMain_ = bar;
+    NSMenu::noteChange();
     const NSMenuRef menu = mainMenu();
     if (hadMain_ && menu) postAddedLeaves(*menu);
 }
