@@ -124,13 +124,14 @@ private:
                 break;
             case 4:
                 if (item && !item->hasSubmenu()) {
-                    randomMenu()->insertItem_atIndex(item, static_cast<int>(choices_.below(5)));
+                    const NSMenuRef target = randomMenu();
+                    target->insertItem_atIndex(item, static_cast<int>(choices_.below(5)));
                 }
                 break;
             case 5:
                 if (item && !item->isSeparatorItem() && !item->hasSubmenu()) {
-                    item->setKeyEquivalent_modifierMask(choices_.oneOf(keys),
-                                                        choices_.oneOf(masks));
+                    const std::string& key = choices_.oneOf(keys);
+                    item->setKeyEquivalent_modifierMask(key, choices_.oneOf(masks));
                 }
                 break;
             case 6:  // a menu with its items goes and comes
@@ -217,7 +218,7 @@ private:
 
             // An item that its definition names exactly, and no other one, has the combination of
             // the first one that does, unless an earlier definition has it for another item, or
-            // has the item by its action.
+            // has or had the item by its action.
             const auto names = [&](const VelmoraSettingRef& other) {
                 return other->path() == shortcuts_->pathFor(*item) &&
                        other->selector() == item->action().name() && !other->trigger().empty() &&
@@ -230,6 +231,7 @@ private:
                     if (earlier->trigger().empty() || isMouseTrigger(earlier->trigger())) {
                         return false;
                     }
+                    if (earlier->selector() == item->action().name()) return true;
                     const NSMenuItemRef other = itemOf(*earlier);
                     return other == item ||
                            (other && hasKey && isSameCombination(earlier->trigger(), trigger));

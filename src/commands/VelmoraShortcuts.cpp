@@ -1,6 +1,7 @@
 #include "commands/VelmoraShortcuts.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "commands/VelmoraTriggers.h"
 #include "platform/appkit/NSApplication.h"
@@ -91,11 +92,14 @@ void VelmoraShortcuts::init() {
 
 void VelmoraShortcuts::activateSettings() {
     shortcutsToSet_ = settings()->array();
+    searched_.reset();
     setKeys(nullptr);
 }
 
 void VelmoraShortcuts::setKeys(const Id& /*sender*/) {
     if (settingKeys_) return;
+    const std::uint64_t generation = NSMenu::generation();
+    if (std::exchange(searched_, generation) == generation) return;
     const During guard(settingKeys_);
     // From the last to the first: what notifications append meanwhile waits for the next call. They
     // may also end in a new list.
@@ -199,9 +203,11 @@ void VelmoraShortcuts::itemChanged(const NSMenuItem& item) {
 }
 
 void VelmoraShortcuts::leavesChanged(const NSMenu& menu) {
-    for (const NSMenuItemRef& item : menu.itemArray()) {
-        if (item->hasSubmenu()) {
-            leavesChanged(*item->submenu());
+    // A look at the main menu may bring it up to date.
+    const std::vector<NSMenuItemRef> items = menu.itemArray();
+    for (const NSMenuItemRef& item : items) {
+        if (const NSMenuRef submenu = item->submenu()) {
+            leavesChanged(*submenu);
         } else {
             leafChanged(*item);
         }
@@ -244,6 +250,7 @@ void VelmoraShortcuts::addPending(const VelmoraSettingRef& definition) {
     if (std::find(shortcutsToSet_.begin(), shortcutsToSet_.end(), definition) ==
         shortcutsToSet_.end()) {
         shortcutsToSet_.push_back(definition);
+        searched_.reset();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,7 +28,7 @@ public:
 
     /// Writes the pending definitions whose menu items are found now. Of several with one
     /// combination the first whose item is there has it, and the others wait. A nested call does
-    /// nothing.
+    /// nothing, and neither does one when nothing has changed since the last.
     void setKeys(const Id& sender);
 
     /// Gives the item the definition's combination and takes it away from every other item of the
@@ -61,6 +62,8 @@ private:
     void addPending(const VelmoraSettingRef& definition);
 
     std::vector<VelmoraSettingRef> shortcutsToSet_;
+    /// The generation of the menus that were searched last for what is pending.
+    std::optional<std::uint64_t> searched_;
     bool settingKeys_ = false;
     bool fillingMenus_ = false;
 };

@@ -103,6 +103,13 @@ class RealApplication(harness.Application):
     def switch(self):
         raise NotImplementedError
 
+    def settled_switch(self):
+        """The same, once nothing changes it any more by itself, as a window that settles does."""
+        while True:
+            value = self.switch()
+            if harness.stays(lambda: self.switch() == value, 0.1):
+                return value
+
     def assert_usable(self):
         """Uses the left button and the keys, and fails unless both do what they always do."""
         raise NotImplementedError

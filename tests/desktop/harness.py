@@ -223,10 +223,11 @@ class Home:
 
     def write_definitions(self, component, process, *definitions):
         """definitions: (trigger, path) or (trigger, path, selector) each, in order."""
+        # In binary form, since Python's XML takes no control characters.
         write_file(self.definitions_file(component, process), plistlib.dumps([
             {"Trigger": trigger, "Path": path, "Selector": rest[0] if rest else "",
              "isGlobal": process == "Velmora"}
-            for trigger, path, *rest in definitions]))
+            for trigger, path, *rest in definitions], fmt=plistlib.FMT_BINARY))
 
 
 def write_file(path, content):

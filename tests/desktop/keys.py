@@ -27,7 +27,8 @@ class Keys:
         write("Shortcuts", "Velmora", *self.rows("File"))
         # What stands in the own file comes first.
         own = [] if kind.first_menu == "File" else self.rows(kind.first_menu)
-        write("Shortcuts", kind.process_name, ("1j", kind.switched), ("1m3", kind.dialog), *own)
+        write("Shortcuts", kind.process_name, ("1j", kind.switched), ("1m3", kind.dialog),
+              ("9e", kind.ending), *own)
         return self.start(kind)
 
     def rows(self, menu):
@@ -36,7 +37,7 @@ class Keys:
     def test_keys_and_buttons_run_commands(self):
         application = self.open()
         for keys in ("super+j", "super+j", "F12"):
-            before = application.switch()
+            before = application.settled_switch()
             self.x.keys(keys)
             wait_for(lambda: application.switch() != before, application.switched)
         written = self.home.path / "written"
@@ -53,7 +54,7 @@ class Keys:
         application.close_dialog()
         application.assert_usable()
 
-        self.x.close_window(application.main)
+        self.x.keys("ctrl+super+e")
         self.assertEqual(application.wait_exit(), 0)
         for path in (self.home.path / ".config").rglob("*"):
             if path.is_file():

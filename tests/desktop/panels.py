@@ -59,7 +59,7 @@ class Panels:
     def test_a_mnemonic_runs_with_its_last_letter(self):
         application = self.open()
         for expected in (1, 2):
-            before = application.switch()
+            before = application.settled_switch()
             panel = open_panel(application)
             self.assertCentred(panel, application.main)
             self.x.keys("c")

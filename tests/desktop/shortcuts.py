@@ -105,6 +105,33 @@ class Shortcuts:
         self.x.keys("a", "b")
         self.wait_text("ab")
 
+    def test_keys_of_every_kind(self):
+        rows = (("8\r", "ctrl+Return"), ("C\x19", "ctrl+shift+Tab"), ("8 ", "ctrl+space"),
+                ("0\uf72c", "Prior"), ("8\uf700", "ctrl+Up"), ("8\x7f", "ctrl+BackSpace"),
+                ("2\uf728", "alt+Delete"), ("C+", "ctrl+shift+equal"))
+        titles = ("One", "Two", "Three", "Four", "Five", "Six", "Seven", "Eight")
+        self.open(*((trigger, f"File/{title}") for (trigger, _), title in zip(rows, titles)))
+        for (_, chord), title in zip(rows, titles):
+            self.assert_runs(chord, title)
+        self.x.keys("Caps_Lock")
+        self.addCleanup(self.x.keys, "Caps_Lock")
+        self.assert_runs("ctrl+Return", "One")
+        self.assertEqual(self.host.tell("text")[-1], "text ")
+
+    def test_no_menu_opens_when_alt_is_let_go_first(self):
+        rows = (("2" + function_key(6), "One", "F6"), ("2b", "Two", "b"), ("2f", "Three", "f"),
+                ("2o", "Four", "o"))
+        self.open(*((trigger, f"File/{title}") for trigger, title, _ in rows))
+        for count, (_, title, key) in enumerate(rows, 1):
+            self.x.key_down("alt")
+            self.x.key_down(key)
+            wait_for(lambda: len(self.host.ran()) == count, f"{title} to run")
+            self.x.key_up("alt")
+            self.x.key_up(key)
+            self.x.keys("x")
+            self.wait_text("x" * count)
+            self.assertEqual(self.host.ran()[-1], f"1 {title}")
+
     def test_the_user_s_combination_wins(self):
         """Over other items' first and further shortcuts, letters of the menu bar, tool bars'
         actions and shortcuts that stand in no menu."""
@@ -133,8 +160,14 @@ class Shortcuts:
                   ("2g", "File/Added"), ("2n", "File/Insists"))
         ours = {"New": "Ctrl+J", "One": "Ctrl+D", "Two": "Alt+B"}
         self.wait_shortcuts(**ours)
-        self.assert_runs("ctrl+l", "Late")
+        # A menu that its opening fills, opened; in the second window it is not.
+        self.x.keys("alt+l")
+        self.host.popup()
         self.wait_shortcuts(Late="Ctrl+L")
+        self.x.keys("Escape")
+        self.host.no_popups()
+        self.x.keys("Escape")
+        self.assert_runs("ctrl+l", "Late")
         self.host.tell("add Added")
         self.wait_shortcuts(Added="Alt+G")
         self.assert_runs("alt+g", "Added")
@@ -144,6 +177,10 @@ class Shortcuts:
             self.assert_runs("alt+b", "Two")
             self.assert_runs("ctrl+j", "New")
             self.assert_runs_nothing("ctrl+n")
+        for line in ("disable Two", "reset", "enable Two"):
+            self.host.tell(line)
+        self.wait_shortcuts(**ours)
+        self.assert_runs("alt+b", "Two")
         self.host.open_window(2)
         self.wait_shortcuts(2, **ours)
         for chord, title in (("alt+b", "Two"), ("ctrl+d", "One"), ("ctrl+l", "Late")):
@@ -159,6 +196,28 @@ class Shortcuts:
         for _ in range(30):
             self.assert_runs("ctrl+j", "New")
         self.assertLess(self.host.said().count("insists"), 100)
+
+    def test_a_modal_dialog_has_its_keys_for_itself(self):
+        self.open(("8a", "File/One"), ("0" + function_key(5), "File/Two"), ("2b", "File/Three"),
+                  ("8m3", "File/Four"), ("1n", "File/New"))
+        self.host.tell("dialog")
+        dialog = self.host.window("Dialog")
+        wait_for(lambda: self.x.active_window() == dialog, "the dialog to be active")
+        # With Alt and Super, fields take letters as such.
+        self.x.keys("b", "c", "ctrl+a", "F5", "alt+b", "super+n", "d")
+        self.wait_text("bnd")
+        self.x.key_down("ctrl")
+        self.x.click(*self.x.geometry(dialog).at(0.5, 0.02), MIDDLE)
+        self.x.key_up("ctrl")
+        self.x.keys("e")
+        self.wait_text("bnde")
+        self.assertEqual(self.host.ran(), [])
+        self.x.keys("Escape")
+        self.host.no_window("Dialog")
+        wait_for(lambda: self.x.active_window() == self.host.windows_by_number[1], "the window")
+        for chord, title in (("ctrl+a", "One"), ("F5", "Two"), ("alt+b", "Three"),
+                             ("super+n", "New")):
+            self.assert_runs(chord, title)
 
     def test_the_host_has_its_own_shortcuts_when_it_may_save_them(self):
         self.open(("8j", "File/New"), ("2b", "File/Two"), ("8n", "File/One"), ("0", "File/Key"))

@@ -6,10 +6,13 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/ProcessWide.h"
 
 namespace velmora {
 
 namespace {
+
+ProcessWide<std::uint64_t> changes;
 
 Selector performActionSelector() {
     static const Selector selector = Selector::named("performActionForItemAtIndex:");
@@ -17,6 +20,14 @@ Selector performActionSelector() {
 }
 
 }  // namespace
+
+std::uint64_t NSMenu::generation() {
+    return *changes;
+}
+
+void NSMenu::noteChange() {
+    ++*changes;
+}
 
 Class& NSMenu::classObject() {
     static auto* object = &(new Class("NSMenu", &NSObject::classObject()))
@@ -62,6 +73,7 @@ void NSMenu::insertItem_atIndex(NSMenuItemRef item, int index) {
     item->menu_ = this;
     if (item->submenu_) item->submenu_->supermenu_ = this;
     items_.insert(items_.begin() + index, std::move(item));
+    noteChange();
     itemWasInserted(index);
     NSNotificationCenter::defaultCenter().postNotification(
         {NSMenuDidAddItemNotification, this, index});
@@ -72,6 +84,7 @@ void NSMenu::removeItemAtIndex(int index) {
     itemWillBeRemoved(index);
     const NSMenuItemRef item = items_[static_cast<std::size_t>(index)];
     items_.erase(items_.begin() + index);
+    noteChange();
     item->menu_ = nullptr;
     if (item->submenu_ && item->submenu_->supermenu_ == this) {
         item->submenu_->supermenu_ = nullptr;

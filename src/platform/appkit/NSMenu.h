@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -35,6 +36,11 @@ public:
     void insertItem_atIndex(NSMenuItemRef item, int index);
     void addItem(NSMenuItemRef item) { insertItem_atIndex(std::move(item), numberOfItems()); }
     void removeItemAtIndex(int index);
+
+    /// Another number after each change of any menu of the process, and when another one has become
+    /// the main menu, of which desktops tell.
+    static std::uint64_t generation();
+    static void noteChange();
 
     /// The menu one of whose items opens this one, or null for an outermost menu.
     NSMenu* supermenu() const { return supermenu_; }

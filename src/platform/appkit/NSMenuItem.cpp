@@ -30,6 +30,12 @@ NSMenuItemRef NSMenuItem::separatorItem() {
     return item;
 }
 
+void NSMenuItem::setAction(Selector action) {
+    if (action == action_) return;
+    action_ = action;
+    NSMenu::noteChange();
+}
+
 void NSMenuItem::setTitle(std::string title) {
     if (title == title_) return;
     title_ = std::move(title);
@@ -73,6 +79,7 @@ void NSMenuItem::setImage(std::shared_ptr<NSImage> image) {
 void NSMenuItem::changed() {
     NSMenu* menu = menu_;
     if (!menu) return;
+    NSMenu::noteChange();
     const int index = menu->indexOfItem(*this);
     menu->itemWasChanged(index);
     NSNotificationCenter::defaultCenter().postNotification(

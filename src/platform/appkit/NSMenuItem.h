@@ -32,7 +32,7 @@ public:
 
     /// The message that the item sends when it is chosen; the null selector for none.
     Selector action() const { return action_; }
-    void setAction(Selector action) { action_ = action; }
+    void setAction(Selector action);
     /// The receiver, not kept alive; without one the application is asked.
     Id target() const { return target_.lock(); }
     void setTarget(const Id& target) { target_ = target; }

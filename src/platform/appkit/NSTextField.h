@@ -4,14 +4,14 @@
 #include <memory>
 #include <string>
 
-#include "platform/runtime/NSObject.h"
+#include "platform/appkit/NSTextView.h"
 
 namespace velmora {
 
 /// A field of one line of text in a panel. Its delegate may answer `controlTextDidChange:`
 /// (`void(const NSNotification&)`, the field is the object) and
-/// `control:textView:doCommandBySelector:` (`bool(NSTextField&, const Id&, Selector)`, true when it
-/// has dealt with the command).
+/// `control:textView:doCommandBySelector:` (`bool(NSTextField&, const Id&, Selector)`, with the
+/// field editor; true when it has dealt with the command).
 class NSTextField final : public NSObject {
 public:
     static Class& classObject();
@@ -20,6 +20,9 @@ public:
     const std::string& stringValue() const { return stringValue_; }
     /// Shows the text; the delegate hears nothing of it.
     void setStringValue(const std::string& text);
+
+    /// What edits the field's text; null before the user has begun to.
+    const std::shared_ptr<NSTextView>& currentEditor() const { return editor_; }
 
     /// Not kept alive.
     void setDelegate(const Id& delegate) { delegate_ = delegate; }
@@ -37,6 +40,9 @@ public:
 
 private:
     std::string stringValue_;
+    NSTextView& editor();
+
+    std::shared_ptr<NSTextView> editor_;
     std::weak_ptr<NSObject> delegate_;
     std::function<void(const std::string&)> showText_;
 };

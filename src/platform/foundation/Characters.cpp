@@ -1,7 +1,7 @@
 #include "platform/foundation/Characters.h"
 
-#include <locale.h>
-#include <wctype.h>
+#include <clocale>
+#include <cwctype>
 
 namespace velmora {
 
@@ -9,10 +9,12 @@ namespace {
 
 constexpr char32_t replacement = 0xFFFD;
 
-/// The C.UTF-8 locale's tables; the host's own locale may know only ASCII.
+/// The C.UTF-8 locale's tables; the host's own locale may know only ASCII, as the C locale does,
+/// which is always there.
 locale_t unicode() {
     static const locale_t tables = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    return tables;
+    static const locale_t ascii = newlocale(LC_CTYPE_MASK, "C", nullptr);
+    return tables ? tables : ascii;
 }
 
 struct Decoded {

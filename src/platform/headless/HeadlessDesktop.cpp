@@ -98,6 +98,7 @@ void HeadlessDesktop::commandRan(NSMenuItem& item) {
 
 void HeadlessDesktop::setMenuBar(const std::optional<std::vector<ItemDescription>>& items) {
     menuBar_ = items ? HeadlessMenu::make({}, *items, commandHandler_) : nullptr;
+    NSMenu::noteChange();
     // Its menus are new to those who watch, since no bar held them while they were made.
     const std::shared_ptr<HeadlessMenu> bar = menuBar_;
     for (int i = 0; bar && i < bar->numberOfItems(); ++i) {

@@ -84,8 +84,11 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
             if (event->type() == QEvent::WindowBlocked && NSApp().isFetching() && hostLoopBegan_) {
                 hostLoopBegan_();
             } else if (event->type() == QEvent::Shortcut) {
-                if (menuBars_.shortcuts().settle(static_cast<const QShortcutEvent&>(*event))) {
+                const auto& shortcut = static_cast<const QShortcutEvent&>(*event);
+                if (menuBars_.shortcuts().settle(shortcut) ||
+                    menuBars_.ownMenus().settle(shortcut)) {
                     outcome = Outcome::Kept;
+                    tellOfUseOfAlt();
                 }
             } else if (receiver->isWindowType() && event->spontaneous()) {
                 outcome = input(static_cast<QWindow&>(*receiver), *event);
@@ -120,8 +123,18 @@ EventHook::Outcome EventHook::input(QWindow& window, QEvent& event) {
     }
     // An override that nobody accepts goes on to the host's shortcuts; another event may be turned
     // into one of a touch screen.
-    if (outcome == Outcome::Kept) event.accept();
+    if (outcome == Outcome::Kept) {
+        event.accept();
+        if (static_cast<const QInputEvent&>(event).modifiers() & Qt::AltModifier) tellOfUseOfAlt();
+    }
     return outcome;
+}
+
+void EventHook::tellOfUseOfAlt() {
+    // Once Alt has gone down, a menu bar watches all events of the application, whatever their
+    // receiver. This kind tells it that something else has happened, and tells others nothing.
+    QEvent event(QEvent::ActivationChange);
+    QCoreApplication::sendEvent(this, &event);
 }
 
 EventHook::Outcome EventHook::mouse(QWindow& window, QMouseEvent& event) {
@@ -139,10 +152,9 @@ EventHook::Outcome EventHook::mouse(QWindow& window, QMouseEvent& event) {
 }
 
 void EventHook::noteUse(const QWindow& window) {
-    QtShortcuts& shortcuts = menuBars_.shortcuts();
-    if (!shortcuts.hasGivenBack()) return;
+    if (!menuBars_.shortcuts().hasGivenBack()) return;
     const QWidget* widget = QWidget::find(window.winId());
-    if (widget) shortcuts.takeAgain(*widget->window());
+    if (widget) menuBars_.noticeUse(*widget->window());
 }
 
 EventHook::Outcome EventHook::keyDown(QWindow& window, QKeyEvent& event) {

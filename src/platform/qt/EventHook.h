@@ -84,6 +84,9 @@ private:
     bool eventFilter(QObject* receiver, QEvent* event) override;
     Outcome look(QObject* receiver, QEvent* event);
     Outcome input(QWindow& window, QEvent& event);
+    /// Alt was held for an event that the host does not get: letting it go shall not open the menu
+    /// bar.
+    void tellOfUseOfAlt();
     Outcome mouse(QWindow& window, QMouseEvent& event);
     void noteUse(const QWindow& window);
     Outcome keyDown(QWindow& window, QKeyEvent& event);

@@ -138,7 +138,10 @@ std::vector<NSMenuItemRef> QtMenu::wantedItems() {
             spare.push_back(item);
         }
     }
-    for (QAction* action : actions) {
+    // Whoever hears of what is taken over may have the host do anything.
+    const std::vector<QPointer<QAction>> shown(actions.begin(), actions.end());
+    for (const QPointer<QAction>& action : shown) {
+        if (!action) continue;
         const auto found = byAction.find(action);
         if (found == byAction.end() && QtOwnMenus::isOwn(*action)) continue;
         NSMenuItemRef item = found != byAction.end() ? found->second : itemFor(*action, spare);
@@ -171,8 +174,10 @@ bool QtMenu::isWithin(const QWidget& menu) const {
 void QtMenu::takeOver(QtMenuItem& item, QAction& action) {
     if (!owner_) return;
     item.setHostAction(action, path_, owner_->shortcuts());
-    QMenu* menu = action.isSeparator() || depth_ >= deepest ? nullptr : action.menu();
-    if (!menu || isWithin(*menu)) {
+    const QAction* taken = item.hostAction();
+    const bool opens = taken && !taken->isSeparator() && depth_ < deepest;
+    QMenu* menu = opens ? taken->menu() : nullptr;
+    if (!menu || !owner_ || isWithin(*menu)) {
         item.setSubmenu(nullptr);
         return;
     }
@@ -273,7 +278,10 @@ void QtMenu::itemWasChanged(int index) {
     const NSMenuItemRef item = itemAtIndex(index);
     if (!owner_) return;
     if (auto* mirrored = dynamic_cast<QtMenuItem*>(item.get())) {
-        mirrored->writeKeyEquivalent(owner_->shortcuts(), bar());
+        using Outcome = QtShortcuts::Outcome;
+        const Outcome outcome = mirrored->writeKeyEquivalent(owner_->shortcuts(), bar());
+        if (outcome == Outcome::contested) markDirty();
+        if (outcome == Outcome::leftAlone && owner_) owner_->lookAgainLater(*this);
         return;
     }
     Own* own = ownOf(item.get());

@@ -20,6 +20,9 @@ namespace {
 /// How long a menu that was prepared for opening stays so when no command follows, in ms.
 constexpr int closeAfter = 100;
 
+/// And how long a host that fights for its shortcuts is left alone, in ms.
+constexpr int lookAgainAfter = 1100;
+
 /// A host that takes our additions away as soon as they come is left alone after so many times.
 constexpr int mostRequests = 20;
 
@@ -55,8 +58,8 @@ int claimOf(const QMenuBar& bar, const QWidget& window) {
 void postAddedLeaves(NSMenu& menu) {
     for (int i = 0; i < menu.numberOfItems(); ++i) {
         const NSMenuItemRef item = menu.itemAtIndex(i);
-        if (item->hasSubmenu()) {
-            postAddedLeaves(*item->submenu());
+        if (const NSMenuRef submenu = item->submenu()) {
+            postAddedLeaves(*submenu);
         } else {
             NSNotificationCenter::defaultCenter().postNotification(
                 {NSMenuDidAddItemNotification, &menu, i});
@@ -176,6 +179,24 @@ void QtMenuBars::becameDirty(QtMenu& menu) {
     scheduleCheck();
 }
 
+void QtMenuBars::lookAgainLater(QtMenu& menu) {
+    QTimer::singleShot(lookAgainAfter, &context_, [weak = menu.weak_from_this()] {
+        guarded("Looking at the menus", [&weak] {
+            if (const Id kept = weak.lock()) static_cast<QtMenu&>(*kept).markDirty();
+        });
+    });
+}
+
+bool QtMenuBars::hasBar(const QWidget& window) const {
+    return std::any_of(bars_.begin(), bars_.end(), [&](const Bar& known) {
+        return known.bar && known.bar->window() == &window;
+    });
+}
+
+void QtMenuBars::noticeUse(const QWidget& window) {
+    if (shortcuts_.hasGivenBack() && hasBar(window)) shortcuts_.takeAgain(window);
+}
+
 void QtMenuBars::bringUpToDate() {
     if (bringingUpToDate_ || dirty_.empty()) return;
     const Raised busy(bringingUpToDate_);
@@ -227,8 +248,8 @@ void QtMenuBars::noticeWindow(QObject* receiver, QEvent::Type type) {
     if (!receiver->isWidgetType()) return;
     auto& widget = static_cast<QWidget&>(*receiver);
     if (!widget.isWindow()) return;
-    if (type == QEvent::Close) {
-        shortcuts_.giveBack(&widget);
+    if (type == QEvent::Close || type == QEvent::DeferredDelete) {
+        if (hasBar(widget)) shortcuts_.giveBack(&widget);
         return;
     }
     if (type == QEvent::Show) {
@@ -276,6 +297,7 @@ void QtMenuBars::tellOfNewMainMenu() {
     QMenuBar* bar = currentBar();
     if (!bar || bar == lastMain_) return;
     lastMain_ = bar;
+    NSMenu::noteChange();
     const NSMenuRef menu = mainMenu();
     if (hadMain_ && menu) postAddedLeaves(*menu);
 }

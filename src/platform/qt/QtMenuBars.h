@@ -44,6 +44,7 @@ public:
                 break;
             case QEvent::Show:
             case QEvent::Close:
+            case QEvent::DeferredDelete:
             case QEvent::WindowActivate: noticeWindow(receiver, event->type()); break;
             default: break;
         }
@@ -55,6 +56,11 @@ public:
     void add(QtMenu& menu, const QObject* widget);
     void remove(QtMenu& menu, const QObject* widget);
     void becameDirty(QtMenu& menu);
+    /// Has the menu read again after a while.
+    void lookAgainLater(QtMenu& menu);
+    /// The user presses a button or a key in the window.
+    void noticeUse(const QWidget& window);
+
     /// Looks after our additions each time that the menu has been prepared for opening.
     void checkWhenOpened(QMenu& menu);
 
@@ -83,6 +89,7 @@ private:
     };
     void noticeAction(QObject* receiver, const QActionEvent& event);
     void noticeWindow(QObject* receiver, QEvent::Type type);
+    bool hasBar(const QWidget& window) const;
     void findBars();
     void learn(QMenuBar& bar);
     QMenuBar* barOf(const QWidget& window);

@@ -1,7 +1,6 @@
 #include "platform/qt/QtMenuItem.h"
 
 #include "platform/qt/QtMenu.h"
-#include "platform/qt/QtShortcuts.h"
 #include "platform/qt/QtTitles.h"
 
 namespace velmora {
@@ -23,17 +22,21 @@ void QtMenuItem::setHostAction(QAction& action, const std::string& prefix, QtSho
     if (separator_) return;
     const std::string title = titleFromText(action.text());
     const QString name = action.objectName();
+    const bool enabled = action.isEnabled();
     NSMenuItem::setAction(
         Selector::named(name.isEmpty() ? joinedPath(prefix, title) : name.toStdString()));
-    // First, since whoever hears of another change finds the item and its action in agreement.
+    // First, since whoever hears of another change finds the item and its action in agreement. The
+    // action may be gone afterwards.
     KeyEquivalent equivalent = shortcuts.read(action);
     setKeyEquivalent_modifierMask(std::move(equivalent.key), equivalent.modifiers);
     setTitle(title);
+    // Only for those who hear of the change: isEnabled() asks the action itself.
+    setEnabled(enabled);
 }
 
-void QtMenuItem::writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar) {
-    if (!hostAction_ || separator_) return;
-    shortcuts.write(*hostAction_, {keyEquivalent(), keyEquivalentModifierMask()}, bar);
+QtShortcuts::Outcome QtMenuItem::writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar) {
+    if (!hostAction_ || separator_) return QtShortcuts::Outcome::done;
+    return shortcuts.write(*hostAction_, {keyEquivalent(), keyEquivalentModifierMask()}, bar);
 }
 
 }  // namespace velmora

@@ -4,12 +4,11 @@
 #include <QPointer>
 
 #include "platform/appkit/NSMenuItem.h"
+#include "platform/qt/QtShortcuts.h"
 
 class QMenuBar;
 
 namespace velmora {
-
-class QtShortcuts;
 
 /// An item of a host's menu. It stands for whatever action of the host has its place and title, and
 /// survives the exchange of that action.
@@ -29,7 +28,7 @@ public:
     void setHostAction(QAction& action, const std::string& prefix, QtShortcuts& shortcuts);
 
     /// Gives the action the item's key equivalent, where it has another.
-    void writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar);
+    QtShortcuts::Outcome writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar);
 
 private:
     QPointer<QAction> hostAction_;

@@ -1,6 +1,7 @@
 #include "platform/qt/QtOwnMenus.h"
 
 #include <QKeySequence>
+#include <QShortcutEvent>
 #include <algorithm>
 
 #include "platform/appkit/NSImage.h"
@@ -21,6 +22,8 @@ public:
 
     /// The picture that the icon shows.
     std::weak_ptr<NSImage> shown;
+    /// The shortcut that it came with.
+    QKeySequence first;
 };
 
 /// Runs the item by its menu's message, which others may have taken over.
@@ -30,13 +33,16 @@ void runItem(const std::weak_ptr<NSObject>& chosen) {
     if (menu) menu->performActionForItemAtIndex(menu->indexOfItem(*item));
 }
 
+QKeySequence shortcutOf(const NSMenuItem& item) {
+    return sequenceFor({item.keyEquivalent(), item.keyEquivalentModifierMask()});
+}
+
 void show(const NSMenuItem& item, OwnAction& action) {
     action.setSeparator(item.isSeparatorItem());
     if (item.isSeparatorItem()) return;
     action.setText(textFromTitle(item.title()));
     action.setEnabled(item.isEnabled());
-    const QKeySequence shortcut =
-        sequenceFor({item.keyEquivalent(), item.keyEquivalentModifierMask()});
+    const QKeySequence shortcut = shortcutOf(item);
     if (action.shortcut() != shortcut) action.setShortcut(shortcut);
     if (action.shown.lock() != item.image()) {
         action.shown = item.image();
@@ -46,6 +52,7 @@ void show(const NSMenuItem& item, OwnAction& action) {
 
 OwnAction* makeAction(NSMenuItem& item) {
     auto* action = new OwnAction;
+    action->first = shortcutOf(item);
     const std::weak_ptr<NSObject> chosen = item.weak_from_this();
     QObject::connect(action, &QAction::triggered, action,
                      [chosen] { guarded("A command", [&] { runItem(chosen); }); });
@@ -144,6 +151,28 @@ void QtOwnMenu::bringUpToDate() {
     const QList<QAction*> present = widget_->actions();
     for (QAction* action : present) widget_->removeAction(action);
     widget_->addActions(wanted);
+}
+
+bool QtOwnMenu::settle(const QKeySequence& key) {
+    for (const Entry& entry : entries_) {
+        if (!entry.action || entry.action->shortcut() != key) continue;
+        if (static_cast<OwnAction&>(*entry.action).first != key) {
+            entry.action->trigger();
+            return true;
+        }
+        const NSMenuItemRef item = entry.item;
+        item->setKeyEquivalent("");
+        return false;
+    }
+    return false;
+}
+
+bool QtOwnMenus::settle(const QShortcutEvent& event) {
+    if (!event.isAmbiguous()) return false;
+    return std::any_of(menus_.begin(), menus_.end(), [&](const auto& known) {
+        const std::shared_ptr<QtOwnMenu> menu = known.second;
+        return menu->settle(event.key());
+    });
 }
 
 QAction* QtOwnMenus::actionFor(NSMenuItem& item, QAction* present) {

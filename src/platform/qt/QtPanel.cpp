@@ -34,14 +34,16 @@ Selector commandOfKey(int key) {
 /// Offers the keys that are commands to the field's delegate before the widget acts on them.
 class FieldCommands final : public QObject {
 public:
-    FieldCommands(QLineEdit& edit, std::shared_ptr<NSTextField> field)
-        : QObject(&edit), field_(std::move(field)) {
+    FieldCommands(QLineEdit& edit, std::shared_ptr<NSTextField> field,
+                  std::function<bool()> takesInput)
+        : QObject(&edit), field_(std::move(field)), takesInput_(std::move(takesInput)) {
         edit.installEventFilter(this);
     }
 
 private:
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
         if (event->type() != QEvent::KeyPress) return false;
+        if (!takesInput_()) return true;
         bool dealtWith = false;
         guarded("A command in a field", [&] {
             const Selector command = commandOfKey(static_cast<QKeyEvent*>(event)->key());
@@ -51,6 +53,7 @@ private:
     }
 
     std::shared_ptr<NSTextField> field_;
+    std::function<bool()> takesInput_;
 };
 
 }  // namespace
@@ -62,6 +65,8 @@ public:
     /// Null once the panel is gone.
     QtPanel* panel() const { return panel_; }
     void forgetPanel() { panel_ = nullptr; }
+
+    bool takesInput() const { return !panel_ || !panel_->ended_; }
 
     /// The position of a dialog that has no window yet is that of its frame; a hidden window's is
     /// not, whatever it is moved by.
@@ -81,9 +86,9 @@ private:
     QtPanel* panel_;
 };
 
-QtPanel::QtPanel(QtWindows& windows, NSPanel& panel) : windows_(&windows) {
+QtPanel::QtPanel(QtWindows& windows, NSPanel& panel) : windows_(&windows), panel_(panel) {
     windows.addPanel(*this);
-    makeDialog(panel);
+    makeDialog();
 }
 
 QtPanel::~QtPanel() {
@@ -104,16 +109,22 @@ void QtPanel::close() {
     delete dialog_.data();
 }
 
-void QtPanel::makeDialog(const NSPanel& panel) {
+bool QtPanel::hasDialog() {
+    if (!dialog_ && windows_) makeDialog();
+    return !dialog_.isNull();
+}
+
+void QtPanel::makeDialog() {
+    fields_.clear();
     dialog_ = new Dialog(*this);
     QtWindows::markAsOwn(*dialog_);
     dialog_->setAttribute(Qt::WA_QuitOnClose, false);
     dialog_->setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                             Qt::WindowCloseButtonHint);
-    dialog_->setWindowTitle(QString::fromStdString(panel.title()));
+    dialog_->setWindowTitle(QString::fromStdString(panel_.title()));
     auto* grid = new QGridLayout(dialog_);
-    for (std::size_t i = 0; i < panel.rows().size(); ++i) {
-        addRow(*grid, panel.rows()[i], static_cast<int>(i));
+    for (std::size_t i = 0; i < panel_.rows().size(); ++i) {
+        addRow(*grid, panel_.rows()[i], static_cast<int>(i));
     }
     dialog_->adjustSize();
 }
@@ -144,8 +155,10 @@ QLineEdit* QtPanel::makeField(const std::shared_ptr<NSTextField>& field, const Q
     if (name.endsWith(QLatin1Char(':'))) name.chop(1);
     edit->setAccessibleName(name);
     edit->setMinimumWidth(edit->fontMetrics().averageCharWidth() * fieldLength);
-    new FieldCommands(*edit, field);
-    QObject::connect(edit, &QLineEdit::textChanged, edit, [field](const QString& text) {
+    const auto takesInput = [dialog = dialog_.data()] { return dialog->takesInput(); };
+    new FieldCommands(*edit, field, takesInput);
+    QObject::connect(edit, &QLineEdit::textChanged, edit, [field, takesInput](const QString& text) {
+        if (!takesInput()) return;
         guarded("Typing in a field", [&] { field->userChangedText(text.toStdString()); });
     });
     field->setShowText([shown = QPointer<QLineEdit>(edit)](const std::string& text) {
@@ -176,14 +189,14 @@ NSRect QtPanel::frame() {
 }
 
 void QtPanel::setFrameOrigin(NSPoint origin) {
-    if (!dialog_) return;
+    if (!hasDialog()) return;
     const NSPoint upperLeft{origin.x, origin.y + frame().size.height};
     dialog_->dropHiddenWindow();
     dialog_->move(globalPoint(upperLeft).toPoint());
 }
 
 void QtPanel::center() {
-    if (!dialog_) return;
+    if (!hasDialog()) return;
     const QWindow* focus = QGuiApplication::focusWindow();
     const QScreen* screen = focus ? focus->screen() : QGuiApplication::primaryScreen();
     if (!screen) return;
@@ -194,7 +207,7 @@ void QtPanel::center() {
 }
 
 void QtPanel::makeKeyAndOrderFront() {
-    if (!dialog_) return;
+    if (!hasDialog()) return;
     wanted_ = true;
     if (dialog_->isVisible()) {
         makeKeyWindow();
@@ -212,6 +225,7 @@ void QtPanel::makeKeyAndOrderFront() {
 }
 
 void QtPanel::show(Qt::WindowModality modality) {
+    ended_ = false;
     if (dialog_->isVisible()) {
         if (modality == Qt::NonModal || dialog_->windowModality() == modality) return;
         dialog_->hide();
@@ -247,7 +261,7 @@ void QtPanel::orderOut() {
 
 void QtPanel::runModal() {
     QCoreApplication* application = QCoreApplication::instance();
-    if (!dialog_ || !application || QCoreApplication::closingDown()) return;
+    if (!application || QCoreApplication::closingDown() || !hasDialog()) return;
     // Entering a loop throws away a request to quit that has been posted and not yet delivered.
     QCoreApplication::sendPostedEvents(application, QEvent::Quit);
     QEventLoop loop;
@@ -259,7 +273,9 @@ void QtPanel::runModal() {
 }
 
 void QtPanel::endModal() {
-    if (loop_) loop_->quit();
+    if (!loop_) return;
+    ended_ = true;
+    loop_->quit();
 }
 
 void QtPanel::dismissed() {

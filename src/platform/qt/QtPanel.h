@@ -46,7 +46,9 @@ public:
 private:
     class Dialog;
 
-    void makeDialog(const NSPanel& panel);
+    /// Anew, too, when the host has deleted it. False when there can be none any more.
+    bool hasDialog();
+    void makeDialog();
     void addRow(QGridLayout& grid, const NSPanel::Row& cells, int row);
     QLineEdit* makeField(const std::shared_ptr<NSTextField>& field, const QString& label);
     void show(Qt::WindowModality modality);
@@ -54,6 +56,8 @@ private:
     QMargins decorations();
 
     QtWindows* windows_;
+    /// Our owner.
+    NSPanel& panel_;
     QPointer<Dialog> dialog_;
     std::vector<std::shared_ptr<NSTextField>> fields_;
     QPointer<QLineEdit> firstField_;
@@ -64,6 +68,9 @@ private:
     QEventLoop* loop_ = nullptr;
     /// Somebody wants to see it.
     bool wanted_ = false;
+    /// The session was ended, and the loop only has to notice: what comes in the same pass is for
+    /// nobody.
+    bool ended_ = false;
 };
 
 }  // namespace velmora

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "platform/qt/FetchWait.h"
+#include "platform/qt/QtGuard.h"
 
 namespace velmora {
 
@@ -36,28 +37,42 @@ KeyEquivalent QtShortcuts::read(const QAction& action) {
     return present.isEmpty() ? KeyEquivalent() : keyEquivalentFor(present.front());
 }
 
-void QtShortcuts::write(QAction& action, const KeyEquivalent& equivalent, QMenuBar* bar) {
-    if (read(action) == equivalent) return;
-    const Look present{action.shortcuts(), action.text()};
+QtShortcuts::Outcome QtShortcuts::write(QAction& action, const KeyEquivalent& equivalent,
+                                        QMenuBar* bar) {
     Record* record = find(action);
+    const Look present{action.shortcuts(), action.text()};
+    const bool namesShortcut = present.text.contains(QLatin1Char('\t'));
+    if (read(action) == equivalent && !(record && namesShortcut)) return Outcome::done;
+    const QKeySequence first = sequenceFor(equivalent);
+    if (first.isEmpty() && !equivalent.key.empty()) {
+        logFailure("A shortcut", "no key gives \"" + equivalent.key + '"');
+        return Outcome::done;
+    }
     if (!record) {
         removeDeleted();
         record = &records_[&action];
         *record = Record{&action, bar, {}, present, present, isGivenBack(bar)};
     } else if (present.shortcuts != record->ours.shortcuts) {
-        if (!record->givenBack && isTooOften(*record)) return;
+        if (!record->givenBack && isTooOften(*record)) {
+            return record->contested ? Outcome::done : Outcome::leftAlone;
+        }
         record->hosts.shortcuts = present.shortcuts;
     }
-    if (present.text.contains(QLatin1Char('\t'))) record->hosts.text = present.text;
+    if (namesShortcut) record->hosts.text = present.text;
     record->bar = bar;
     record->equivalent = equivalent;
-    const QKeySequence first = sequenceFor(equivalent);
     Look& ours = record->ours = record->hosts;
     if (!ours.shortcuts.isEmpty()) ours.shortcuts.removeFirst();
     ours.shortcuts.removeAll(first);
     if (!first.isEmpty()) ours.shortcuts.prepend(first);
     ours.text = ours.text.section(QLatin1Char('\t'), 0, 0);
-    if (!record->givenBack) show(action, record->hosts, record->ours);
+    if (record->givenBack) return Outcome::done;
+    const QPointer<QAction> kept = &action;
+    show(action, record->hosts, record->ours);
+    record = kept ? find(*kept) : nullptr;
+    if (!record) return Outcome::done;
+    record->contested = kept->shortcuts() != record->ours.shortcuts;
+    return record->contested ? Outcome::contested : Outcome::done;
 }
 
 bool QtShortcuts::isTooOften(Record& record) {
@@ -68,8 +83,9 @@ bool QtShortcuts::isTooOften(Record& record) {
 }
 
 bool QtShortcuts::isGivenBack(const QMenuBar* bar) const {
-    return quitting_ || std::any_of(closed_.begin(), closed_.end(),
-                                    [&](const auto& window) { return serves(bar, *window); });
+    return quitting_ || std::any_of(closed_.begin(), closed_.end(), [&](const auto& window) {
+               return window && serves(bar, *window);
+           });
 }
 
 void QtShortcuts::show(QAction& action, const Look& from, const Look& to) {
@@ -82,28 +98,30 @@ void QtShortcuts::show(QAction& action, const Look& from, const Look& to) {
     if (kept && namesShortcut) action.setText(look.text);
 }
 
-std::vector<QtShortcuts::Record*> QtShortcuts::recordsOf(const QWidget* window, bool givenBack) {
+std::vector<QPointer<QAction>> QtShortcuts::actionsOf(const QWidget* window, bool givenBack) {
     removeDeleted();
-    std::vector<Record*> found;
-    for (auto& [action, record] : records_) {
+    std::vector<QPointer<QAction>> actions;
+    for (const auto& [action, record] : records_) {
         if (record.givenBack == givenBack && (!window || serves(record.bar, *window))) {
-            found.push_back(&record);
+            actions.push_back(record.action);
         }
     }
-    return found;
+    return actions;
 }
 
 void QtShortcuts::giveBack(const QWidget* window) {
-    if (window) {
-        closed_.emplace_back(window);
-    } else {
+    if (!window) {
         quitting_ = true;
+    } else if (std::find(closed_.begin(), closed_.end(), window) == closed_.end()) {
+        closed_.emplace_back(window);
     }
-    for (Record* record : recordsOf(window, false)) {
-        if (!record->action) continue;
+    // The host hears of each change: what it does to the next ones is known only then.
+    for (const QPointer<QAction>& action : actionsOf(window, false)) {
+        Record* record = action ? find(*action) : nullptr;
+        if (!record) continue;
         record->givenBack = true;
-        if (record->action->shortcuts() == record->ours.shortcuts) {
-            show(*record->action, record->ours, record->hosts);
+        if (action->shortcuts() == record->ours.shortcuts) {
+            show(*action, record->ours, record->hosts);
         }
     }
 }
@@ -111,21 +129,25 @@ void QtShortcuts::giveBack(const QWidget* window) {
 void QtShortcuts::takeAgain(const QWidget& window) {
     quitting_ = false;
     std::erase_if(closed_, [&](const auto& closed) { return !closed || closed == &window; });
-    for (Record* record : recordsOf(&window, true)) {
-        if (!record->action) continue;
+    for (const QPointer<QAction>& action : actionsOf(&window, true)) {
+        Record* record = action ? find(*action) : nullptr;
+        if (!record) continue;
         record->givenBack = false;
-        if (record->action->shortcuts() == record->hosts.shortcuts) {
-            show(*record->action, record->hosts, record->ours);
+        if (action->shortcuts() == record->hosts.shortcuts) {
+            show(*action, record->hosts, record->ours);
         }
     }
 }
 
 bool QtShortcuts::settle(const QShortcutEvent& event) {
     const QWidget* window = QApplication::activeWindow();
+    // The combinations of a window are also those of its tool windows.
+    while (window && window->windowType() == Qt::Tool && window->parentWidget()) {
+        window = window->parentWidget()->window();
+    }
     if (!event.isAmbiguous() || !window) return false;
-    for (Record* record : recordsOf(window, false)) {
-        QAction* action = record->action;
-        const QKeySequence ours = sequenceFor(record->equivalent);
+    for (const QPointer<QAction>& action : actionsOf(window, false)) {
+        const QKeySequence ours = sequenceFor(find(*action)->equivalent);
         if (ours.isEmpty() || ours != event.key() || !action->isEnabled() || !action->isVisible() ||
             action->shortcut() != ours) {
             continue;

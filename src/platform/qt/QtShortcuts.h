@@ -24,18 +24,27 @@ public:
     /// what the host has given the action.
     KeyEquivalent read(const QAction& action);
 
-    /// The action stands in that bar, or in a menu below it. A host that puts its own back each
-    /// time is left alone for a while.
-    void write(QAction& action, const KeyEquivalent& equivalent, QMenuBar* bar);
+    enum class Outcome {
+        done,
+        /// The host has put its own back at once: whoever has read the action is to read it again.
+        contested,
+        /// The host has put its own back again and again, and is left alone for a while.
+        leftAlone,
+    };
+
+    /// The action stands in that bar, or in a menu below it. A key that the toolkit does not know
+    /// is not written.
+    Outcome write(QAction& action, const KeyEquivalent& equivalent, QMenuBar* bar);
 
     /// The action that is being written; null most of the time. Its changes are no news.
     const QAction* written() const { return written_; }
 
     /// The host may save its shortcuts now: it gets its own back, also of what is written from here
-    /// on. Null stands for all windows.
+    /// on. The window has a menu bar; null stands for all windows.
     void giveBack(const QWidget* window);
 
-    /// A user acts in the window: it was not closed after all, and what was written is in force.
+    /// A user acts in the window, which has a menu bar: it was not closed after all, and what was
+    /// written is in force.
     void takeAgain(const QWidget& window);
     bool hasGivenBack() const { return quitting_ || !closed_.empty(); }
 
@@ -60,12 +69,14 @@ private:
         /// How often in a row the host has put its own back.
         int lost = 0;
         Time lastLost{};
+        /// It did so at once, the last time.
+        bool contested = false;
     };
     Record* find(const QAction& action);
     bool isTooOften(Record& record);
     bool isGivenBack(const QMenuBar* bar) const;
     void show(QAction& action, const Look& from, const Look& to);
-    std::vector<Record*> recordsOf(const QWidget* window, bool givenBack);
+    std::vector<QPointer<QAction>> actionsOf(const QWidget* window, bool givenBack);
     void removeDeleted();
 
     std::unordered_map<const QAction*, Record> records_;

@@ -95,7 +95,7 @@ void QtTyping::deliver() {
 
 void QtTyping::giveUp() {
     waiting_.clear();
-    guarded("Typing", [] { NSTrace("nothing has the focus that could take the text"); });
+    guarded("Typing", [] { NSLog("Nothing has the focus that could take the text"); });
 }
 
 }  // namespace velmora

@@ -10,12 +10,15 @@
 //   rebuild           replaces the actions of the first menu by new ones
 //   add TITLE         adds an action to the first menu
 //   reset             gives every action the shortcuts again that it began with
+//   disable TITLE, enable TITLE
 //   insist TITLE      from now on each change of that action is followed by that at once
+//   dialog            opens a modal dialog with a field
 //   text              says what stands in the field with the focus
 //   quit
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -98,9 +101,12 @@ public:
         for (QAction* action : actions_()) action->setShortcuts(own(*action));
     }
 
+    void setActionEnabled(const QString& title, bool enabled) {
+        for (QAction* action : called(title)) action->setEnabled(enabled);
+    }
+
     void insist(const QString& title) {
-        for (QAction* action : actions_()) {
-            if (action->text().remove('&') != title) continue;
+        for (QAction* action : called(title)) {
             connect(action, &QAction::changed, action, [action] {
                 const auto wanted = own(*action);
                 if (action->shortcuts() == wanted) return;
@@ -135,6 +141,14 @@ private:
         QList<QAction*> found;
         for (QAction* action : findChildren<QAction*>()) {
             if (action->property("own").isValid()) found << action;
+        }
+        return found;
+    }
+
+    QList<QAction*> called(const QString& title) const {
+        QList<QAction*> found;
+        for (QAction* action : actions_()) {
+            if (action->text().remove('&') == title) found << action;
         }
         return found;
     }
@@ -197,14 +211,25 @@ private:
         if (command == "quit") return QApplication::quit();
         if (command == "close") QApplication::activeWindow()->close();
         if (command == "text") sayText();
+        if (command == "dialog") openDialog();
         for (Window* window : windows()) {
             if (command == "refuse") window->refuses = rest == "on";
             if (command == "shortcuts") window->sayShortcuts("has");
             if (command == "rebuild") window->fill();
             if (command == "add") window->addLater(rest);
             if (command == "reset") window->reset();
+            if (command == "disable") window->setActionEnabled(rest, false);
+            if (command == "enable") window->setActionEnabled(rest, true);
             if (command == "insist") window->insist(rest);
         }
+    }
+
+    static void openDialog() {
+        auto* dialog = new QDialog(windows().first());
+        dialog->setWindowTitle("Dialog");
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        (new QVBoxLayout(dialog))->addWidget(new QLineEdit);
+        dialog->open();
     }
 
     static void sayText() {
