@@ -31,9 +31,9 @@ TEST(VelmoraGestureCellTest, AStringBecomesAPathThatMeetsNoneOfItsPointsAgain) {
         {"u", {{0, 0}, {0, 10}}},
         {"lr", {{0, 0}, {-10, 0}, {-2, -2}}},
         {"rl", {{0, 0}, {10, 0}, {2, -2}}},
-        // Each time further: down to the right at first, and then to where it went last.
-        {"dudu", {{0, 0}, {0, -10}, {2, -2}, {2, -12}, {4, 0}}},
-        {"rlu", {{0, 0}, {10, 0}, {-2, 2}, {-2, 12}}},
+        // Each time further, to where it went last on each axis.
+        {"dudu", {{0, 0}, {0, -10}, {2, -2}, {2, -12}, {4, -4}}},
+        {"rlu", {{0, 0}, {10, 0}, {2, 2}, {2, 12}}},
         {"l?r", {{0, 0}, {-10, 0}, {-2, -2}}},
         {"?", {{0, 0}}},
         {"10,20 -5,7", {{0, 0}, {10, 20}, {-5, 7}}},
