@@ -123,6 +123,8 @@ class Screen:
                 display = self._start_server()
             self.name = display
             self.x = xclient.Display(display)
+            if self.is_private:
+                self.x.switch_acceleration_off()
             if self.is_private and window_manager:
                 self._start_window_manager()
         except BaseException:

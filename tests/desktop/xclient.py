@@ -96,6 +96,7 @@ for _function, _result, *_arguments in (
         ("XInternAtom", _W, _P, ctypes.c_char_p, _I), ("XFree", _I, _P),
         ("XKeysymToKeycode", ctypes.c_ubyte, _P, _W),
         ("XStringToKeysym", _W, ctypes.c_char_p),
+        ("XChangePointerControl", _I, _P, _I, _I, _I, _I, _I),
         ("XSelectInput", _I, _P, _W, _L), ("XPending", _I, _P), ("XNextEvent", _I, _P, _P),
         ("XGetWindowAttributes", _I, _P, _W, _P), ("XGetImage", _P, _P, _W, _I, _I, _U, _U, _W, _I),
         ("XTranslateCoordinates", _I, _P, _W, _W, _I, _I, _P, _P, _P),
@@ -138,6 +139,11 @@ class Display:
             self._display = None
 
     # --- input ---------------------------------------------------------------------------------
+
+    def switch_acceleration_off(self):
+        """Relative motion moves the pointer by as much, however fast it comes."""
+        _xlib.XChangePointerControl(self._display, 1, 1, 1, 1, 0)
+        _xlib.XSync(self._display, 0)
 
     def move(self, x, y):
         _xtest.XTestFakeMotionEvent(self._display, -1, int(round(x)), int(round(y)), 0)

@@ -1,5 +1,6 @@
 #include "platform/qt/QtPinnedPointer.h"
 
+#include <qpa/qplatformscreen.h>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
@@ -17,6 +18,18 @@ double pixelsAt(QPoint place) {
     return screen ? screen->devicePixelRatio() : 1;
 }
 
+/// The toolkit's coordinates for those of the X server.
+QPoint logicalPlace(QPoint native) {
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        const QRect pixels = screen->handle()->geometry();
+        if (!pixels.contains(native)) continue;
+        return screen->geometry().topLeft() +
+               (QPointF(native - pixels.topLeft()) / screen->devicePixelRatio()).toPoint();
+    }
+    return QCursor::pos();
+}
+
 }  // namespace
 
 QtPinnedPointer::QtPinnedPointer() = default;
@@ -26,8 +39,11 @@ void QtPinnedPointer::pin(QPoint place) {
     pinned_ = true;
     place_ = place;
     raw_ = std::make_unique<X11RawMotion>();
-    if (!raw_->isOn() || !raw_->begin()) raw_.reset();
-    seen_ = QCursor::pos();
+    if (!raw_->isOn()) raw_.reset();
+    const std::optional<QPoint> start = raw_ ? raw_->begin() : std::nullopt;
+    if (!start) raw_.reset();
+    // Motion counts from that moment, so the pointer's place must be of the same.
+    seen_ = start ? logicalPlace(*start) : QCursor::pos();
     rest_ = seen_ - place;
 }
 
