@@ -20,6 +20,7 @@ constexpr NSPoint hotSpot{7, 7};
 
 ProcessWide<std::optional<std::string>> iconBytes;
 ProcessWide<std::optional<std::string>> cursorBytes;
+ProcessWide<std::optional<std::string>> doubledCursorBytes;
 ProcessWide<double> cursorHue;
 
 /// What setHue drops.
@@ -185,7 +186,11 @@ NSImageRef VelmoraImageFactory::iconWithHue(double hue) {
 }
 
 NSImageRef VelmoraImageFactory::cursorWithHue(double hue) {
-    return imageFromData_withHue(cursorData(), hue);
+    const NSImageRef image = imageFromData_withHue(cursorData(), hue);
+    if (image) {
+        image->addRepresentation(imageFromData_withHue(cached(*doubledCursorBytes, "vmc@2x"), hue));
+    }
+    return image;
 }
 
 void VelmoraImageFactory::setHue(double hue) {
@@ -220,8 +225,7 @@ NSCursorRef VelmoraImageFactory::cursorJog() {
 }
 
 NSCursorRef VelmoraImageFactory::makeCursorWithOverlayNamed(const std::string& name) {
-    const std::optional<std::string> data = imageResource(name);
-    const NSImageRef overlay = data ? NSImage::initWithData(*data) : nullptr;
+    const NSImageRef overlay = NSImage::initWithResource(name);
     const NSImageRef picture = NSImage::initWithSize({16, 16});
     picture->lockFocus();
     if (const NSImageRef base = cursorImage()) {

@@ -62,6 +62,13 @@ class _Image(ctypes.Structure):
                 ("create", ctypes.c_void_p), ("destroy", ctypes.c_void_p)]
 
 
+class _CursorImage(ctypes.Structure):
+    _fields_ = [(name, ctypes.c_short) for name in ("x", "y")]
+    _fields_ += [(name, ctypes.c_ushort) for name in ("width", "height", "hot_x", "hot_y")]
+    _fields_ += [("serial", ctypes.c_ulong), ("pixels", ctypes.POINTER(ctypes.c_ulong)),
+                 ("atom", ctypes.c_ulong), ("name", ctypes.c_char_p)]
+
+
 class _Event(ctypes.Union):
     """The few fields that this module reads; the windows stand at the same place in all of them."""
 
@@ -88,6 +95,7 @@ class _Event(ctypes.Union):
 
 _xlib = ctypes.CDLL("libX11.so.6")
 _xtest = ctypes.CDLL("libXtst.so.6")
+_xfixes = ctypes.CDLL("libXfixes.so.3")
 
 _P, _W, _I, _U, _L = (ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_uint, ctypes.c_long)
 for _function, _result, *_arguments in (
@@ -116,10 +124,15 @@ _xtest.XTestFakeMotionEvent.argtypes = [_P, _I, _I, _I, _W]
 _xtest.XTestFakeRelativeMotionEvent.argtypes = [_P, _I, _I, _W]
 _xtest.XTestFakeButtonEvent.argtypes = [_P, _U, _I, _W]
 _xtest.XTestFakeKeyEvent.argtypes = [_P, _U, _I, _W]
+_xfixes.XFixesGetCursorImage.restype = ctypes.POINTER(_CursorImage)
+_xfixes.XFixesGetCursorImage.argtypes = [_P]
 
 # Windows of others may go at any moment; a request about one that is gone has no result.
 _ignore_errors = ctypes.CFUNCTYPE(_I, _P, _P)(lambda display, error: 0)
 _xlib.XSetErrorHandler(ctypes.cast(_ignore_errors, _P))
+
+
+Cursor = collections.namedtuple("Cursor", "width height hot_spot pixels")
 
 
 class Display:
@@ -369,6 +382,9 @@ class Display:
     def owns_selection(self, name):
         return _xlib.XGetSelectionOwner(self._display, self.atom(name)) == self._owner
 
+    def has_owner(self, name):
+        return _xlib.XGetSelectionOwner(self._display, self.atom(name)) != 0
+
     # --- pictures ------------------------------------------------------------------------------
 
     def size(self):
@@ -391,6 +407,18 @@ class Display:
         for channel in range(3):
             rgb[channel::3] = data[2 - channel::4]
         return width, height, bytes(rgb)
+
+    def cursor(self):
+        """The pointer as it is shown. Its pixels are rows of (r, g, b, alpha), premultiplied."""
+        image = _xfixes.XFixesGetCursorImage(self._display)
+        shown = image.contents
+        width, height = shown.width, shown.height
+        pixels = [tuple(value >> shift & 0xFF for shift in (16, 8, 0, 24))
+                  for value in shown.pixels[:width * height]]
+        cursor = Cursor(width, height, (shown.hot_x, shown.hot_y),
+                        [pixels[y * width:(y + 1) * width] for y in range(height)])
+        _xlib.XFree(image)
+        return cursor
 
     def screenshot(self, path):
         write_png(path, *self.picture())

@@ -160,6 +160,8 @@ TEST(VelmoraImageFactoryTest, CursorsStayTheSameObjectsUntilTheHueIsSet) {
         EXPECT_NE(maker()->image()->bitmap(), red->image()->bitmap());
         EXPECT_EQ(red->hotSpot(), (NSPoint{7, 7}));
         EXPECT_EQ(red->image()->size(), (NSSize{16, 16}));
+        ASSERT_NE(red->image()->doubledBitmap(), nullptr);
+        EXPECT_NE(*maker()->image()->doubledBitmap(), *red->image()->doubledBitmap());
         for (const Bitmap& other : pictures) EXPECT_NE(red->image()->bitmap(), other);
         pictures.push_back(red->image()->bitmap());
     }

@@ -78,6 +78,38 @@ TEST(NSImageTest, CopyReplacesWhatIsBelowAndSourceOverBlendsWithIt) {
     }
 }
 
+TEST(NSImageTest, FinerPixelsAreDrawnWhereOneOfTheTwoHasThem) {
+    const HeadlessHost host;
+    const Pixel red{255, 0, 0, 255};
+    const Pixel blue{0, 0, 255, 255};
+    const NSImageRef target = filled(2, 2, blue);
+    const NSImageRef point = filled(1, 1, red);
+    // Only the size with twice the pixels is taken.
+    point->addRepresentation(filled(3, 2, red));
+    EXPECT_EQ(point->doubledBitmap(), nullptr);
+    target->lockFocus();
+    point->compositeToPoint_operation({1, 0}, NSCompositeSourceOver);
+    EXPECT_EQ(target->doubledBitmap(), nullptr);
+    const Pixel green{0, 255, 0, 255};
+    point->addRepresentation(filled(2, 2, green));
+    point->compositeToPoint_operation({0, 1}, NSCompositeSourceOver);
+    filled(1, 1, clear)->compositeToPoint_operation({0, 0}, NSCompositeCopy);
+    target->unlockFocus();
+    EXPECT_EQ(pixelOf(*target, 0, 0), red);
+    ASSERT_NE(target->doubledBitmap(), nullptr);
+    const NSImage fine(*target->doubledBitmap());
+    ASSERT_EQ(fine.size(), (NSSize{4, 4}));
+    const std::array<std::array<Pixel, 2>, 2> quarters{{{green, blue}, {clear, red}}};
+    for (int y = 0; y < 4; ++y) {
+        for (int x = 0; x < 4; ++x) {
+            EXPECT_EQ(
+                pixelOf(fine, x, y),
+                quarters.at(static_cast<std::size_t>(y / 2)).at(static_cast<std::size_t>(x / 2)))
+                << x << y;
+        }
+    }
+}
+
 TEST(NSImageTest, WithoutAFocusNothingIsDrawn) {
     const HeadlessHost host;
     const NSImageRef outer = NSImage::initWithSize({1, 1});

@@ -3,6 +3,8 @@
 #include <array>
 
 #include "platform/Desktop.h"
+#include "platform/foundation/FileSystem.h"
+#include "platform/foundation/NSBundle.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
@@ -25,6 +27,48 @@ Pixel sourceOver(const Pixel& source, const Pixel& below) {
     return result;
 }
 
+std::size_t offset(const Bitmap& bitmap, int x, int y) {
+    const auto row = static_cast<std::size_t>(y) * static_cast<std::size_t>(bitmap.width);
+    return (row + static_cast<std::size_t>(x)) * 4;
+}
+
+/// Each pixel four times.
+Bitmap doubled(const Bitmap& bitmap) {
+    Bitmap result = Bitmap::blank(2 * bitmap.width, 2 * bitmap.height);
+    for (int y = 0; y < result.height; ++y) {
+        for (int x = 0; x < result.width; ++x) {
+            const auto* from = &bitmap.pixels[offset(bitmap, x / 2, y / 2)];
+            std::copy(from, from + 4, &result.pixels[offset(result, x, y)]);
+        }
+    }
+    return result;
+}
+
+/// Its upper left corner at that place.
+void composite(const Bitmap& source, Bitmap& target, int left, int top,
+               NSCompositingOperation operation) {
+    for (int y = 0; y < source.height; ++y) {
+        for (int x = 0; x < source.width; ++x) {
+            const int tx = left + x;
+            const int ty = top + y;
+            if (tx < 0 || ty < 0 || tx >= target.width || ty >= target.height) continue;
+            const auto* from = &source.pixels[offset(source, x, y)];
+            auto* to = &target.pixels[offset(target, tx, ty)];
+            Pixel pixel{from[0], from[1], from[2], from[3]};
+            if (operation == NSCompositeSourceOver) {
+                pixel = sourceOver(pixel, {to[0], to[1], to[2], to[3]});
+            }
+            std::copy(pixel.begin(), pixel.end(), to);
+        }
+    }
+}
+
+NSImageRef imageFromFile(const std::string& name) {
+    const auto path = NSBundle::bundleForClass().pathForImageResource(name);
+    const auto bytes = path ? NSBundle::resourceFiles().contentsOfFile(*path) : std::nullopt;
+    return bytes ? NSImage::initWithData(*bytes) : nullptr;
+}
+
 }  // namespace
 
 Class& NSImage::classObject() {
@@ -35,6 +79,19 @@ Class& NSImage::classObject() {
 NSImageRef NSImage::initWithData(std::string_view bytes) {
     std::optional<Bitmap> bitmap = desktop().decodeImage(bytes);
     return bitmap ? std::make_shared<NSImage>(std::move(*bitmap)) : nullptr;
+}
+
+NSImageRef NSImage::initWithResource(const std::string& name) {
+    NSImageRef image = imageFromFile(name);
+    if (image) image->addRepresentation(imageFromFile(name + "@2x"));
+    return image;
+}
+
+void NSImage::addRepresentation(const NSImageRef& doubled) {
+    if (!doubled) return;
+    const Bitmap& bitmap = doubled->bitmap();
+    if (bitmap.width != 2 * bitmap_.width || bitmap.height != 2 * bitmap_.height) return;
+    doubled_ = bitmap;
 }
 
 NSImageRef NSImage::initWithSize(NSSize size) {
@@ -56,26 +113,14 @@ void NSImage::unlockFocus() {
 
 void NSImage::compositeToPoint_operation(NSPoint point, NSCompositingOperation operation) const {
     if (focused->empty()) return;
-    Bitmap& target = focused->back()->bitmap_;
+    NSImage& target = *focused->back();
+    if (doubled_ && !target.doubled_) target.doubled_ = doubled(target.bitmap_);
     const int left = static_cast<int>(point.x);
-    const int top = target.height - static_cast<int>(point.y) - bitmap_.height;
-    for (int y = 0; y < bitmap_.height; ++y) {
-        for (int x = 0; x < bitmap_.width; ++x) {
-            const int tx = left + x;
-            const int ty = top + y;
-            if (tx < 0 || ty < 0 || tx >= target.width || ty >= target.height) continue;
-            const auto at = [](const Bitmap& b, int px, int py) {
-                const auto row = static_cast<std::size_t>(py) * static_cast<std::size_t>(b.width);
-                return (row + static_cast<std::size_t>(px)) * 4;
-            };
-            const auto* from = &bitmap_.pixels[at(bitmap_, x, y)];
-            auto* to = &target.pixels[at(target, tx, ty)];
-            Pixel pixel{from[0], from[1], from[2], from[3]};
-            if (operation == NSCompositeSourceOver) {
-                pixel = sourceOver(pixel, {to[0], to[1], to[2], to[3]});
-            }
-            std::copy(pixel.begin(), pixel.end(), to);
-        }
+    const int top = target.bitmap_.height - static_cast<int>(point.y) - bitmap_.height;
+    composite(bitmap_, target.bitmap_, left, top, operation);
+    if (target.doubled_) {
+        composite(doubled_ ? *doubled_ : doubled(bitmap_), *target.doubled_, 2 * left, 2 * top,
+                  operation);
     }
 }
 

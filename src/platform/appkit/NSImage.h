@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/appkit/Bitmap.h"
@@ -12,7 +14,8 @@ namespace velmora {
 /// The platform's numbers of the two compositing operations in use.
 enum NSCompositingOperation { NSCompositeCopy = 1, NSCompositeSourceOver = 2 };
 
-/// A picture, from a file's bytes or drawn off the screen.
+/// A picture, from a file's bytes or drawn off the screen: a pixel for each point and, maybe, the
+/// same with twice the pixels across and down, for displays that have them.
 class NSImage final : public NSObject {
 public:
     static Class& classObject();
@@ -22,11 +25,19 @@ public:
 
     /// Decodes the bytes of a picture file; null when they are none.
     static std::shared_ptr<NSImage> initWithData(std::string_view bytes);
+    /// The picture among our resources, from the files NAME.png and, if there, NAME@2x.png; null
+    /// without the first.
+    static std::shared_ptr<NSImage> initWithResource(const std::string& name);
     /// A transparent picture of that size.
     static std::shared_ptr<NSImage> initWithSize(NSSize size);
 
     NSSize size() const;
     const Bitmap& bitmap() const { return bitmap_; }
+    /// With twice the pixels, or null.
+    const Bitmap* doubledBitmap() const { return doubled_ ? &*doubled_ : nullptr; }
+
+    /// Adds the one with twice the pixels; null, or another size, changes nothing.
+    void addRepresentation(const std::shared_ptr<NSImage>& doubled);
 
     /// From here to unlockFocus, compositeToPoint draws into this image.
     void lockFocus();
@@ -38,6 +49,7 @@ public:
 
 private:
     Bitmap bitmap_;
+    std::optional<Bitmap> doubled_;
 };
 
 using NSImageRef = std::shared_ptr<NSImage>;

@@ -16,10 +16,16 @@ QtCursor::~QtCursor() {
 void QtCursor::show(const NSCursor* cursor) {
     hide();
     if (!cursor || !cursor->image()) return;
-    shown_ = pixmapFromBitmap(cursor->image()->bitmap());
+    const qreal ratio = qGuiApp->devicePixelRatio();
+    shown_ = pixmapFromImage(*cursor->image(), ratio);
     if (shown_.isNull()) return;
-    QGuiApplication::setOverrideCursor(QCursor(shown_, static_cast<int>(cursor->hotSpot().x),
-                                               static_cast<int>(cursor->hotSpot().y)));
+    // This platform takes the picture's pixels, and the hot spot, for those of the screen.
+    const bool inPixels = QGuiApplication::platformName() == QLatin1String("xcb");
+    const QPoint hotSpot = (QPointF(static_cast<double>(cursor->hotSpot().x),
+                                    static_cast<double>(cursor->hotSpot().y)) *
+                            (inPixels ? ratio : 1))
+                               .toPoint();
+    QGuiApplication::setOverrideCursor(QCursor(shown_, hotSpot.x(), hotSpot.y()));
 }
 
 void QtCursor::hide() {

@@ -34,8 +34,21 @@ QPixmap pixmapFromBitmap(const Bitmap& bitmap) {
     return QPixmap::fromImage(image);
 }
 
-QIcon iconFromBitmap(const Bitmap& bitmap) {
-    return QIcon(pixmapFromBitmap(bitmap));
+QPixmap pixmapFromImage(const NSImage& image, qreal devicePixelRatio) {
+    const Bitmap* doubled = devicePixelRatio > 1 ? image.doubledBitmap() : nullptr;
+    const QSize size = QSize(image.bitmap().width, image.bitmap().height) * devicePixelRatio;
+    QPixmap pixmap = pixmapFromBitmap(doubled ? *doubled : image.bitmap());
+    if (pixmap.size() != size && !size.isEmpty()) {
+        pixmap = pixmap.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    pixmap.setDevicePixelRatio(devicePixelRatio);
+    return pixmap;
+}
+
+QIcon iconFromImage(const NSImage& image) {
+    QIcon icon(pixmapFromImage(image, 1));
+    if (image.doubledBitmap()) icon.addPixmap(pixmapFromImage(image, 2));
+    return icon;
 }
 
 }  // namespace velmora

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/appkit/Bitmap.h"
+#include "platform/appkit/NSImage.h"
 
 namespace velmora {
 
@@ -13,6 +14,9 @@ namespace velmora {
 std::optional<Bitmap> decodeImage(std::string_view bytes);
 
 QPixmap pixmapFromBitmap(const Bitmap& bitmap);
-QIcon iconFromBitmap(const Bitmap& bitmap);
+/// For a display with so many pixels a point.
+QPixmap pixmapFromImage(const NSImage& image, qreal devicePixelRatio);
+/// With all pixels that the image has.
+QIcon iconFromImage(const NSImage& image);
 
 }  // namespace velmora

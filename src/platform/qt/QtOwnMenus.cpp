@@ -46,7 +46,7 @@ void show(const NSMenuItem& item, OwnAction& action) {
     if (action.shortcut() != shortcut) action.setShortcut(shortcut);
     if (action.shown.lock() != item.image()) {
         action.shown = item.image();
-        action.setIcon(item.image() ? iconFromBitmap(item.image()->bitmap()) : QIcon());
+        action.setIcon(item.image() ? iconFromImage(*item.image()) : QIcon());
     }
 }
 
