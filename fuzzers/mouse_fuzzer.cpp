@@ -157,6 +157,7 @@ private:
         session_.input().pause(std::chrono::seconds(1));
         then([this] {
             require(!process_.desktop().showsCursor());
+            require(!process_.desktop().drawnWindow());
             require(session_.user().location() == session_.user().hand());
             require(!NSRunLoop::currentRunLoop().nextFireDate(NSDefaultRunLoopMode));
         });

@@ -123,7 +123,6 @@ std::string describeEvent(const NSEvent& event) {
     const auto button = [&](const char* what) {
         return nameOfMouseButton(event.buttonNumber()) + what;
     };
-    std::ostringstream text;
     switch (event.type()) {
         case NSLeftMouseDown:
         case NSRightMouseDown:
@@ -138,9 +137,11 @@ std::string describeEvent(const NSEvent& event) {
         case NSKeyDown: return "key down " + nameOfKey(event.fields().charactersIgnoringModifiers);
         case NSKeyUp: return "key up " + nameOfKey(event.fields().charactersIgnoringModifiers);
         case NSFlagsChanged: return "flags " + namesOfModifiers(event.modifierFlags());
-        case NSScrollWheel:
+        case NSScrollWheel: {
+            std::ostringstream text;
             text << "scroll " << event.fields().deltaX << ' ' << event.fields().deltaY;
             return text.str();
+        }
         default: return "event " + std::to_string(event.type());
     }
 }
