@@ -64,22 +64,21 @@ bool X11RawMotion::select() {
     return !owned(xcb_request_check(server, request));
 }
 
-std::optional<QPoint> X11RawMotion::pointer() {
+X11RawMotion::Answer X11RawMotion::pointer() {
     const auto request = xcb_query_pointer(connection_.get(), root_);
     const auto reply = owned(xcb_query_pointer_reply(connection_.get(), request, nullptr));
     if (!reply) return {};
-    return QPoint(reply->root_x, reply->root_y);
+    return {QPoint(reply->root_x, reply->root_y), request.sequence};
 }
 
 std::optional<QPoint> X11RawMotion::begin() {
-    const std::optional<QPoint> place = pointer();
-    while (owned(xcb_poll_for_queued_event(connection_.get()))) {
-    }
+    const auto [place, answered] = pointer();
+    first_ = answered;
     return place;
 }
 
 std::optional<QPointF> X11RawMotion::take() {
-    const std::optional<QPoint> place = pointer();
+    const std::optional<QPoint> place = pointer().place;
     if (!place) return {};
     QPointF motion;
     QPointF last;
@@ -89,6 +88,8 @@ std::optional<QPointF> X11RawMotion::take() {
             raw->event_type != XCB_INPUT_RAW_MOTION) {
             continue;
         }
+        // An event has the number of the last request that the server had seen before it.
+        if (raw->full_sequence < first_) continue;
         last = motionOf(*raw);
         motion += last;
     }

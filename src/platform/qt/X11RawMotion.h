@@ -31,13 +31,21 @@ private:
     struct Disconnect {
         void operator()(xcb_connection_t* connection) const;
     };
+    struct Answer {
+        std::optional<QPoint> place;
+        /// The request's number on the connection.
+        std::uint32_t number = 0;
+    };
     bool select();
-    /// Waits for the server's answer, so that all events from before it are there.
-    std::optional<QPoint> pointer();
+    /// Waits for the server's answer, so that all events from before it are there; some from after
+    /// it may be there too.
+    Answer pointer();
 
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
     std::uint32_t root_ = 0;
     std::uint8_t extension_ = 0;
+    /// Motion counts from this request on.
+    std::uint32_t first_ = 0;
 };
 
 }  // namespace velmora
