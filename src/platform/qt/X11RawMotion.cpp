@@ -52,8 +52,8 @@ bool X11RawMotion::select() {
     const auto* extension = xcb_get_extension_data(server, &xcb_input_id);
     if (!extension || !extension->present) return false;
     extension_ = extension->major_opcode;
-    const auto version = owned(
-        xcb_input_xi_query_version_reply(server, xcb_input_xi_query_version(server, 2, 2), nullptr));
+    const auto version = owned(xcb_input_xi_query_version_reply(
+        server, xcb_input_xi_query_version(server, 2, 2), nullptr));
     if (!version || version->major_version < 2) return false;
     root_ = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
     const struct {

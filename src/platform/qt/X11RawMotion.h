@@ -17,7 +17,8 @@ public:
     X11RawMotion();
     ~X11RawMotion();
 
-    /// Whether the server tells. On any other display, and where it knows no raw motion, it does not.
+    /// Whether the server tells. On any other display, and where it knows no raw motion, it does
+    /// not.
     bool isOn() const { return connection_ != nullptr; }
 
     /// Where the pointer is; motion counts from here on.
