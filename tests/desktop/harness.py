@@ -113,7 +113,7 @@ class Screen:
     With a display's name it uses that one as it is, and its window manager.
     """
 
-    def __init__(self, display=None, window_manager=True):
+    def __init__(self, display=None, window_manager=True, compositor=False):
         self.directory = pathlib.Path(tempfile.mkdtemp(prefix="velmora-desktop-"))
         _directories.append(self.directory)
         self._own = []
@@ -127,6 +127,8 @@ class Screen:
                 self.x.switch_acceleration_off()
             if self.is_private and window_manager:
                 self._start_window_manager()
+            if self.is_private and compositor:
+                self.start_compositor()
         except BaseException:
             self.close()
             raise
@@ -155,6 +157,7 @@ class Screen:
                              f"{SCREEN.width}x{SCREEN.height}x24", "-nolisten", "tcp", "-noreset"],
                             os.environ, stdout=log, stderr=log, pass_fds=[writer])
         self._own.append(server)
+        self.server_pid = server.pid
         os.close(writer)
         with os.fdopen(reader) as stream:
             number = stream.readline().strip()
@@ -172,6 +175,16 @@ class Screen:
                                     environment, stdout=log, stderr=log))
         wait_for(lambda: self.x.property(self.x.root, "_NET_SUPPORTING_WM_CHECK"),
                  "the window manager")
+
+    def start_compositor(self):
+        """From here on windows can be translucent, until the process that is returned ends."""
+        with open(self.directory / "compositor.log", "wb") as log:
+            process = _start(["xcompmgr"], self.environment(self.directory / "compositor"),
+                             stdout=log, stderr=log)
+        self._own.append(process)
+        wait_for(lambda: self.x.has_owner("_NET_WM_CM_S0"),
+                 "the compositing manager")
+        return process
 
     def watch(self):
         return xclient.WindowWatch(self.name)

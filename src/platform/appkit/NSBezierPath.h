@@ -19,6 +19,8 @@ struct StrokeStyle {
     /// Lengths on and off in turn; empty for a solid line.
     std::vector<float> dash;
     float dashPhase = 0;
+
+    bool operator==(const StrokeStyle&) const = default;
 };
 
 struct PathElement {

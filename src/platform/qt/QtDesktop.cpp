@@ -41,6 +41,16 @@ public:
     void endModal() override {}
 };
 
+/// The same of a drawn window.
+class NoDrawnWindow final : public DrawnWindowPeer {
+public:
+    void setFrame(NSRect /*frame*/) override {}
+    void setAlphaValue(float /*alpha*/) override {}
+    void orderFront() override {}
+    void orderOut() override {}
+    void show(DisplayList /*list*/) override {}
+};
+
 bool isSet(const char* variable) {
     const char* value = std::getenv(variable);
     return value && *value && std::strcmp(value, "0") != 0;
@@ -191,7 +201,8 @@ std::unique_ptr<PanelPeer> QtDesktop::makePanel(NSPanel& panel) {
 }
 
 std::unique_ptr<DrawnWindowPeer> QtDesktop::makeDrawnWindow(NSDrawnWindow& window) {
-    return std::make_unique<QtDrawnWindow>(window.level() > 0);
+    if (!session_) return std::make_unique<NoDrawnWindow>();
+    return std::make_unique<QtDrawnWindow>(session_->windows, window.level() > 0);
 }
 
 // The pointer

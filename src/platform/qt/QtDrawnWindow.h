@@ -1,24 +1,26 @@
 #pragma once
 
 #include <QPointer>
-#include <QWidget>
 
 #include "platform/appkit/NSDrawnWindow.h"
-#include "platform/qt/X11Windows.h"
-
-class QPainter;
+#include "platform/qt/QtOwnWindow.h"
 
 namespace velmora {
 
+class QtDrawnCanvas;
+class QtWindows;
+
 /// The window of a drawn window of ours: none of the host's windows, without input, never focused,
 /// and unknown to the window manager. Without a compositing manager it has the shape of what is
-/// drawn. Where windows cannot be placed it lies in the host's own active window.
-class QtDrawnWindow final : public DrawnWindowPeer {
+/// drawn. Where windows cannot be placed it is drawn over the host's own active window.
+class QtDrawnWindow final : public DrawnWindowPeer, public QtOwnWindow {
 public:
-    explicit QtDrawnWindow(bool staysOnTop);
+    QtDrawnWindow(QtWindows& windows, bool staysOnTop);
     ~QtDrawnWindow() override;
     QtDrawnWindow(const QtDrawnWindow&) = delete;
     QtDrawnWindow& operator=(const QtDrawnWindow&) = delete;
+
+    void close() override;
 
     void setFrame(NSRect frame) override;
     void setAlphaValue(float alpha) override;
@@ -27,18 +29,18 @@ public:
     void show(DisplayList list) override;
 
 private:
-    class Canvas;
-    /// Null without an application.
-    Canvas* canvas();
+    /// The right one for how the desktop is now; null where nothing can be shown.
+    void makeCanvas();
     void place();
+    void draw();
 
+    QtWindows* windows_;
     bool staysOnTop_;
-    X11Windows server_;
     NSRect frame_;
     float alpha_ = 1;
     DisplayList list_;
     /// Owned; gone before this when the host's window around it is.
-    QPointer<Canvas> canvas_;
+    QPointer<QtDrawnCanvas> canvas_;
 };
 
 }  // namespace velmora

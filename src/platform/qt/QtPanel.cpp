@@ -87,12 +87,12 @@ private:
 };
 
 QtPanel::QtPanel(QtWindows& windows, NSPanel& panel) : windows_(&windows), panel_(panel) {
-    windows.addPanel(*this);
+    windows.addOwn(*this);
     makeDialog();
 }
 
 QtPanel::~QtPanel() {
-    if (windows_) windows_->removePanel(*this);
+    if (windows_) windows_->removeOwn(*this);
     for (const auto& field : fields_) field->setShowText(nullptr);
     if (!dialog_) return;
     dialog_->forgetPanel();

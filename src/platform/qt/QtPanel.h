@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/appkit/NSPanel.h"
+#include "platform/qt/QtOwnWindow.h"
 #include "platform/qt/QtWindow.h"
 
 class QEventLoop;
@@ -17,16 +18,14 @@ class QtWindows;
 
 /// The window of a panel of ours, in the host's own style. It is none of the host's windows: it has
 /// no part in their order and in which of them is key, and closing it never ends the host.
-class QtPanel final : public PanelPeer {
+class QtPanel final : public PanelPeer, public QtOwnWindow {
 public:
     QtPanel(QtWindows& windows, NSPanel& panel);
     ~QtPanel() override;
     QtPanel(const QtPanel&) = delete;
     QtPanel& operator=(const QtPanel&) = delete;
 
-    /// The application object is about to go, and the dialog with it. What is asked from here on
-    /// does nothing.
-    void close();
+    void close() override;
 
     /// Until the panel has been shown once, its decorations are taken to be those of the window
     /// over which it opens.

@@ -8,7 +8,7 @@
 
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtModality.h"
-#include "platform/qt/QtPanel.h"
+#include "platform/qt/QtOwnWindow.h"
 #include "platform/qt/QtWindow.h"
 
 namespace velmora {
@@ -60,7 +60,7 @@ QtWindows::QtWindows() {
 }
 
 QtWindows::~QtWindows() {
-    for (QtPanel* panel : std::exchange(panels_, {})) panel->close();
+    for (QtOwnWindow* window : std::exchange(own_, {})) window->close();
 }
 
 std::vector<std::shared_ptr<QtWindow>> QtWindows::visibleWindows() {

@@ -17,7 +17,7 @@ class QWindow;
 
 namespace velmora {
 
-class QtPanel;
+class QtOwnWindow;
 class QtWindow;
 
 /// The windows of the host: which there are, in which order they lie, and which takes the keys.
@@ -56,9 +56,12 @@ public:
     static void markAsOwn(QWidget& window);
     static bool isOwn(const QWidget& window);
 
-    /// The panels of ours, which are closed when the windows go.
-    void addPanel(QtPanel& panel) { panels_.push_back(&panel); }
-    void removePanel(QtPanel& panel) { std::erase(panels_, &panel); }
+    /// The windows of ours, which are closed when the windows go.
+    void addOwn(QtOwnWindow& window) { own_.push_back(&window); }
+    void removeOwn(QtOwnWindow& window) { std::erase(own_, &window); }
+
+    /// Whether windows can be translucent, as far as the X server says it.
+    bool hasCompositor() { return x11_.hasCompositor(); }
 
 private:
     void settle();
@@ -73,7 +76,7 @@ private:
     std::vector<QPointer<QWidget>> activated_;
     std::weak_ptr<QtWindow> awaited_;
     std::vector<std::function<void()>> waiting_;
-    std::vector<QtPanel*> panels_;
+    std::vector<QtOwnWindow*> own_;
     int lastNumber_ = 0;
 };
 

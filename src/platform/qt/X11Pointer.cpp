@@ -2,23 +2,14 @@
 
 #include <xcb/xinput.h>
 
-#include <qpa/qplatformnativeinterface.h>
-#include <QGuiApplication>
 #include <cstdlib>
 #include <memory>
+
+#include "platform/qt/X11Connection.h"
 
 namespace velmora {
 
 namespace {
-
-/// The host's own connection: it leads to the right server, and by the time of an answer all events
-/// from before it have been read. Null on another display.
-xcb_connection_t* hostConnection() {
-    if (QGuiApplication::platformName() != QLatin1String("xcb")) return nullptr;
-    QPlatformNativeInterface* native = QGuiApplication::platformNativeInterface();
-    if (!native) return nullptr;
-    return static_cast<xcb_connection_t*>(native->nativeResourceForIntegration("connection"));
-}
 
 template <class Reply>
 std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
@@ -41,7 +32,7 @@ Qt::MouseButton buttonOfNumber(unsigned number) {
 
 std::optional<Qt::MouseButtons> X11Pointer::pressedButtons() {
     xcb_connection_t* server = hostConnection();
-    if (!server || xcb_connection_has_error(server) != 0) return std::nullopt;
+    if (!server) return std::nullopt;
     if (!pointer_) {
         const auto request = xcb_input_xi_get_client_pointer(server, XCB_NONE);
         const auto reply = owned(xcb_input_xi_get_client_pointer_reply(server, request, nullptr));

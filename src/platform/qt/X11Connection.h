@@ -1,0 +1,12 @@
+#pragma once
+
+struct xcb_connection_t;
+
+namespace velmora {
+
+/// The host's own connection: it leads to the right server, its requests keep the order of the
+/// toolkit's, and by the time of an answer all events from before it have been read. Null on
+/// another display, and when it is broken.
+xcb_connection_t* hostConnection();
+
+}  // namespace velmora
