@@ -64,42 +64,49 @@ QRect StrokeLayer::touched(const QRectF& line) const {
 }
 
 QRect StrokeLayer::drawWhole() {
-    const QPainterPath path = qtPath(stroke_.path);
-    drawn_ = stroke_.path.count;
-    bounds_ = path.isEmpty() ? QRect() : touched(path.boundingRect());
-    NSColor opaque = stroke_.color;
-    opaque.alpha = 1;
+    // The toolkit's own dashes are not the same in every square of the picture.
+    QPainterPath dashes;
+    for (; drawn_ < stroke_.path.count; ++drawn_) {
+        for (const QLineF& piece : nextPieces()) {
+            if (dashes.isEmpty() || dashes.currentPosition() != piece.p1()) {
+                dashes.moveTo(piece.p1());
+            }
+            dashes.lineTo(piece.p2());
+        }
+    }
+    bounds_ = dashes.isEmpty() ? QRect() : touched(dashes.boundingRect());
     image_.draw(bounds_, [&](QPainter& painter) {
         painter.setRenderHint(QPainter::Antialiasing, edges_ == Edges::smooth);
         painter.setTransform(toPicture_, true);
-        painter.strokePath(path, qtPen(stroke_.style, opaque));
+        painter.strokePath(dashes, solidPen());
     });
     return bounds_;
 }
 
+std::vector<QLineF> StrokeLayer::nextPieces() {
+    const PathElement& element = stroke_.path.begin()[drawn_];
+    const QPointF point(static_cast<double>(element.point.x), static_cast<double>(element.point.y));
+    if (element.kind == NSLineToBezierPathElement && drawn_ != 0) return line_.lineTo(point);
+    line_.moveTo(point);
+    return {};
+}
+
+QPen StrokeLayer::solidPen() const {
+    StrokeStyle solid = stroke_.style;
+    solid.dash.clear();
+    NSColor opaque = stroke_.color;
+    opaque.alpha = 1;
+    return qtPen(solid, opaque);
+}
+
 QRect StrokeLayer::drawRest() {
     QRect changed;
-    for (; drawn_ < stroke_.path.count; ++drawn_) {
-        const PathElement& element = stroke_.path.begin()[drawn_];
-        const QPointF point(static_cast<double>(element.point.x),
-                            static_cast<double>(element.point.y));
-        if (element.kind == NSMoveToBezierPathElement || drawn_ == 0) {
-            line_.moveTo(point);
-        } else {
-            changed |= drawPieces(line_.lineTo(point));
-        }
-    }
+    for (; drawn_ < stroke_.path.count; ++drawn_) changed |= drawPieces(nextPieces());
     bounds_ |= changed;
     return changed;
 }
 
 QRect StrokeLayer::drawPieces(const std::vector<QLineF>& pieces) {
-    StrokeStyle solid = stroke_.style;
-    solid.dash.clear();
-    NSColor opaque = stroke_.color;
-    opaque.alpha = 1;
-    const QPen pen = qtPen(solid, opaque);
-
     QRect changed;
     for (auto piece = pieces.begin(); piece != pieces.end();) {
         // As many as a small rectangle holds; those that follow each other are near each other.
@@ -116,7 +123,7 @@ QRect StrokeLayer::drawPieces(const std::vector<QLineF>& pieces) {
         painter.setRenderHint(QPainter::Antialiasing, edges_ == Edges::smooth);
         painter.translate(-area.topLeft());
         painter.setTransform(toPicture_, true);
-        painter.setPen(pen);
+        painter.setPen(solidPen());
         painter.drawLines(&*first, static_cast<int>(piece - first));
         painter.end();
         // Pieces meet in their round ends, where smooth edges would be drawn twice.

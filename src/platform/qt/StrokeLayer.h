@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPen>
 #include <QTransform>
 
 #include "platform/appkit/NSGraphicsContext.h"
@@ -31,6 +32,10 @@ public:
 private:
     bool goesOn(const StrokeOperation& stroke, const QTransform& toPicture) const;
     bool isRound() const;
+    /// What the next element of the path adds. It is counted as drawn by the caller.
+    std::vector<QLineF> nextPieces();
+    /// The pen of a dash.
+    QPen solidPen() const;
     QRect drawWhole();
     QRect drawRest();
     QRect drawPieces(const std::vector<QLineF>& pieces);
