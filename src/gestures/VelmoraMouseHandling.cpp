@@ -58,6 +58,38 @@ namespace {
 
 }  // namespace
 
+/// While a capture or a tracking runs. However it is left, by an exception of the host's code too,
+/// nothing stays pinned, pushed or drawn.
+class VelmoraMouseHandling::Loop {
+public:
+    explicit Loop(VelmoraMouseHandling& handling) : handling_(handling) { handling_.busy_ = true; }
+
+    ~Loop() {
+        try {
+            if (handling_.gestureLoopActive_) handling_.abortGesture();
+            if (handling_.trackingLoopActive_) handling_.endTracking();
+            if (told_) told_->setAcceptsMouseMovedEvents(false);
+        } catch (...) {
+            // The one that is under way tells what has happened.
+        }
+        handling_.busy_ = false;
+    }
+
+    Loop(const Loop&) = delete;
+    Loop& operator=(const Loop&) = delete;
+
+    /// Until the end of the loop, the window is told of the mouse's motion.
+    void tellOfMotion(const NSWindowRef& window) {
+        if (!window || window->acceptsMouseMovedEvents()) return;
+        window->setAcceptsMouseMovedEvents(true);
+        told_ = window;
+    }
+
+private:
+    VelmoraMouseHandling& handling_;
+    NSWindowRef told_;
+};
+
 void VelmoraMouseHandling::activate() {
     VelmoraMouseHandler = std::static_pointer_cast<VelmoraMouseHandling>(shared_from_this());
     Class& application = NSApplication::classObject();
@@ -74,28 +106,29 @@ void VelmoraMouseHandling::activate() {
 NSEventRef VelmoraMouseHandling::doGesture_triggerEvent(const NSEventRef& event,
                                                         const NSEventRef& trigger) {
     if (busy_) return trigger;
-    busy_ = true;
     const auto entry = static_cast<std::size_t>(*VelmoraIndex);
     const bool modifiersOnly =
         entry < VelmoraMouseButton->size() && VelmoraMouseButton[entry] == -1;
     const NSEventRef started = event;
     velmoraGesturesCursor_ = VelmoraImageFactory::cursor();
-    startGesture();
     NSEventRef next;
-    while (gestureLoopActive_) {
-        next = NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(
-            NSAnyEventMask, desktop().now() + timeFromInterval(samplingInterval),
-            NSDefaultRunLoopMode, true);
-        // When a sample has ended the capture within this wait, the event is no part of it: it
-        // only goes to the host, as the result.
-        if (!next || !gestureLoopActive_) continue;
-        if (modifiersOnly) {
-            handleWithModifiersOnly(next, started);
-        } else {
-            handleWithButton(next);
+    {
+        const Loop loop(*this);
+        startGesture();
+        while (gestureLoopActive_) {
+            next = NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(
+                NSAnyEventMask, desktop().now() + timeFromInterval(samplingInterval),
+                NSDefaultRunLoopMode, true);
+            // When a sample has ended the capture within this wait, the event is no part of it: it
+            // only goes to the host, as the result.
+            if (!next || !gestureLoopActive_) continue;
+            if (modifiersOnly) {
+                handleWithModifiersOnly(next, started);
+            } else {
+                handleWithButton(next);
+            }
         }
     }
-    busy_ = false;
     if (!hadGesture_) passEventOn(started);
     return next;
 }
@@ -263,11 +296,10 @@ NSWindowRef VelmoraMouseHandling::chooseScrollWindow() {
 
 NSEventRef VelmoraMouseHandling::startTracking_triggerEvent(const NSEventRef& /*event*/,
                                                             const NSEventRef& /*trigger*/) {
-    busy_ = true;
+    Loop loop(*this);
     const NSWindowRef window = chooseScrollWindow();
     scrollWindow_ = window;
-    const bool switchedOn = window && !window->acceptsMouseMovedEvents();
-    if (switchedOn) window->setAcceptsMouseMovedEvents(true);
+    loop.tellOfMotion(window);
     startTracking();
     NSEventRef next;
     while (trackingLoopActive_) {
@@ -277,8 +309,6 @@ NSEventRef VelmoraMouseHandling::startTracking_triggerEvent(const NSEventRef& /*
         // When the tracking was ended within this wait, the event is no part of it.
         if (next && trackingLoopActive_) handleTracking(next);
     }
-    if (switchedOn) window->setAcceptsMouseMovedEvents(false);
-    busy_ = false;
     return next;
 }
 
@@ -291,11 +321,7 @@ void VelmoraMouseHandling::handleTracking(const NSEventRef& next) {
         case NSKeyDown:
         case NSKeyUp:
         case NSOtherMouseDown:
-        case NSOtherMouseUp:
-            // Motion from before it may have come without an event of its own.
-            addToTracking();
-            endTracking();
-            break;
+        case NSOtherMouseUp: endTracking(); break;
         case NSMouseMoved:
         case NSLeftMouseDragged:
         case NSRightMouseDragged:

@@ -61,6 +61,8 @@ public:
     void gestureTimerFired(const NSTimerRef& timer);
 
 private:
+    class Loop;
+
     /// Acts on one event of the loop.
     void handleWithButton(const NSEventRef& next);
     void handleWithModifiersOnly(const NSEventRef& next, const NSEventRef& started);

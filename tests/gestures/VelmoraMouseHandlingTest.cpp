@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -130,6 +131,28 @@ TEST(VelmoraMouseHandlingTest, APressInsideACaptureIsTheHosts) {
     // Of the timers, only those of the trace go on, until it has faded.
     host.advance(110);
     EXPECT_FALSE(NSRunLoop::currentRunLoop().nextFireDate(NSDefaultRunLoopMode).has_value());
+}
+
+TEST(VelmoraMouseHandlingTest, AnExceptionOfTheHostsLeavesNothingBehind) {
+    for (const int button : {1, 2}) {
+        Host host("{ isEnabled0 = YES; mouseButton0 = 1; isEnabled2 = YES; mouseButton2 = 2; }");
+        host.press(button);
+        host.moveBy(60, 0, 20);
+        host.then([&] {
+            EXPECT_TRUE(host.desktop().showsCursor());
+            EXPECT_TRUE(NSApp().isFetching());
+            throw std::runtime_error("of the host's");
+        });
+        EXPECT_THROW(host.run(), std::runtime_error);
+        host.release(button);
+        host.moveTo(100, 100);
+        host.run();
+        EXPECT_FALSE(host.desktop().showsCursor());
+        EXPECT_FALSE(NSApp().isFetching());
+        EXPECT_EQ(host.desktop().mouseLocation().x, 100);
+        // The next stroke is one again.
+        EXPECT_EQ(host.gestureOf({{400, 400}, {460, 400}}), "r");
+    }
 }
 
 TEST(VelmoraMouseHandlingTest, AnIndexOutsideTheEntriesIsNoModifierEntry) {

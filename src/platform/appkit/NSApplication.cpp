@@ -28,6 +28,18 @@ constexpr bool matches(std::uint32_t mask, std::uint32_t type) {
     return mask == NSAnyEventMask || (type < 32 && ((mask >> type) & 1U) != 0);
 }
 
+/// Counts a wait for as long as it lasts; a host's exception may end it too.
+class Fetching {
+public:
+    explicit Fetching(int& count) : count_(count) { ++count_; }
+    ~Fetching() { --count_; }
+    Fetching(const Fetching&) = delete;
+    Fetching& operator=(const Fetching&) = delete;
+
+private:
+    int& count_;
+};
+
 }  // namespace
 
 Class& NSApplication::classObject() {
@@ -71,9 +83,8 @@ NSEventRef NSApplication::nextEventImplementation(std::uint32_t mask, Time until
         if (NSEventRef event = takeMatching(mask, dequeue)) return event;
         if (now >= until) return nullptr;
         const std::optional<Time> timer = loop.nextFireDate(mode);
-        ++fetching_;
+        const Fetching fetching(fetching_);
         desk.wait(timer ? std::min(*timer, until) : until);
-        --fetching_;
     }
 }
 
@@ -151,6 +162,10 @@ void NSApplication::stopModalWithCode(int code) {
 
 void NSApplication::postEvent(NSEventRef event) {
     queue_.push_back(std::move(event));
+}
+
+void NSApplication::postEventFirst(NSEventRef event) {
+    queue_.push_front(std::move(event));
 }
 
 void NSApplication::deliverEvents() {

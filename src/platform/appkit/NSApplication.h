@@ -72,6 +72,9 @@ public:
     /// Puts an event at the end of the queue.
     void postEvent(NSEventRef event);
 
+    /// Puts it before all that wait, as having come before them.
+    void postEventFirst(NSEventRef event);
+
     /// For work that was put off while the event was dispatched.
     void setCurrentEvent(NSEventRef event) { currentEvent_ = std::move(event); }
 

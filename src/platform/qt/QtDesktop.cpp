@@ -37,6 +37,7 @@ public:
     void makeKeyWindow() override {}
     void orderOut() override {}
     bool isVisible() override { return false; }
+    void contentChanged() override {}
     void runModal() override {}
     void endModal() override {}
 };
@@ -124,10 +125,11 @@ Time QtDesktop::now() const {
 void QtDesktop::wait(Time deadline) {
     if (!session_) return;
     session_->hook.wait(deadline);
-    if (session_ && !NSApp().hasEvents() && session_->pointer.hasMoved()) {
+    // Also before what ends the tracking: it may have come together with the last motion.
+    if (session_ && session_->pointer.hasMoved()) {
         NSEvent::Fields motion;
         motion.type = NSMouseMoved;
-        NSApp().postEvent(std::make_shared<NSEvent>(std::move(motion)));
+        NSApp().postEventFirst(std::make_shared<NSEvent>(std::move(motion)));
     }
 }
 
