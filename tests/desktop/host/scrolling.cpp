@@ -9,6 +9,9 @@
 //   later delete   or deletes the window, and opens another one
 //   cursor         "cursor N": the number of cursors in force above those of the widgets
 //   grab           "grab NAME": what holds the mouse; "none"
+//   watch          from here on "scrolled Y NANOSECONDS" whenever the area has scrolled down, with
+//                  the time of the steady clock
+//   throw          lets the next scrolling of the area throw an exception
 //   quit
 
 #include <QApplication>
@@ -24,6 +27,9 @@
 #include <QTableWidget>
 #include <QTimer>
 #include <QWheelEvent>
+#include <chrono>
+#include <stdexcept>
+#include <utility>
 
 #include "Console.h"
 
@@ -86,6 +92,19 @@ public:
         sayPlace("plain", *plain_);
     }
 
+    void watchArea() {
+        connect(areaBar(), &QScrollBar::valueChanged, this, [](int value) {
+            const auto now = std::chrono::steady_clock::now().time_since_epoch();
+            say(QString("scrolled %1 %2").arg(value).arg(std::chrono::nanoseconds(now).count()));
+        });
+    }
+
+    void throwOnce() {
+        connect(areaBar(), &QScrollBar::valueChanged, this, [thrown = false]() mutable {
+            if (!std::exchange(thrown, true)) throw std::runtime_error("out of a slot");
+        });
+    }
+
     void scrollTo(int percent) {
         for (QAbstractScrollArea* area : areas_) {
             for (QScrollBar* bar : {area->horizontalScrollBar(), area->verticalScrollBar()}) {
@@ -96,6 +115,8 @@ public:
     }
 
 private:
+    QScrollBar* areaBar() const { return areas_[2]->verticalScrollBar(); }
+
     static void sayPlace(const QString& name, const QWidget& widget) {
         const QPoint middle = widget.mapToGlobal(widget.rect().center());
         say(QString("place %1 %2 %3").arg(name).arg(middle.x()).arg(middle.y()));
@@ -172,6 +193,8 @@ private:
         if (command == "places") window_->sayPlaces();
         if (command == "reset") window_->scrollTo(0);
         if (command == "middle") window_->scrollTo(50);
+        if (command == "watch") window_->watchArea();
+        if (command == "throw") window_->throwOnce();
     }
 
     void later(const QString& what) {
