@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/appkit/NSCursor.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/headless/HeadlessSession.h"
@@ -208,6 +209,8 @@ void HeadlessDesktop::associateMouseAndPointer(bool connected) {
 
 void HeadlessDesktop::showCursor(const NSCursor* cursor) {
     showsCursor_ = cursor != nullptr;
+    cursor_.reset();
+    if (cursor) cursor_ = std::static_pointer_cast<const NSCursor>(cursor->shared_from_this());
     record(Transcript::Kind::cursor, cursor ? "shown" : "given back");
 }
 

@@ -96,12 +96,17 @@ public:
         return drawnWindows_.empty() ? nullptr : drawnWindows_.back();
     }
 
+    /// The windows of ours that are only drawn and visible, the frontmost last.
+    const std::vector<HeadlessDrawnWindow*>& drawnWindows() const { return drawnWindows_; }
+
     /// What becomes of the processes that are started from here on.
     void setProcessEnd(const ProcessEnd& end) { processEnd_ = end; }
 
     bool isActive() const { return active_; }
     void setActive(bool active) { active_ = active; }
     bool showsCursor() const { return showsCursor_; }
+    /// The cursor that is shown in place of the host's own, or null.
+    std::shared_ptr<const NSCursor> shownCursor() const { return cursor_.lock(); }
     void setTraceEnabled(bool enabled) { traceEnabled_ = enabled; }
 
     void record(Transcript::Kind kind, std::string text);
@@ -132,12 +137,12 @@ private:
     /// Those that are visible, the one that takes the keys last.
     std::vector<HeadlessPanel*> panels_;
     std::vector<HeadlessPanel*> modal_;
-    /// Those that are visible, the frontmost last.
     std::vector<HeadlessDrawnWindow*> drawnWindows_;
     ProcessEnd processEnd_;
     int nextWindowNumber_ = 1;
     bool active_ = false;
     bool showsCursor_ = false;
+    std::weak_ptr<const NSCursor> cursor_;
     bool traceEnabled_ = true;
 };
 

@@ -39,6 +39,7 @@ void ScenarioPlayer::playPart(Statements::const_iterator first, Statements::cons
     InputQueue::Sources outer = input.exchangeSources({});
     interject(first, last);
     process().run();
+    if (last != first) watch((last - 1)->line + 1);
     input.exchangeSources(std::move(outer));
 }
 
@@ -50,7 +51,12 @@ void ScenarioPlayer::interject(Statements::const_iterator first, Statements::con
     });
 }
 
+void ScenarioPlayer::watch(int line) {
+    if (watcher_ && session_.current()) watcher_(host(), line);
+}
+
 void ScenarioPlayer::perform(const Statement& statement) {
+    watch(statement.line);
     const Statement* outer = std::exchange(statement_, &statement);
     session_.transcript().add(session_.clock().now(), Transcript::Kind::user,
                               session_.current() ? process().name() : std::string(),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -23,6 +24,11 @@ public:
         std::string text;
     };
 
+    /// Is called for the desktop that statements are about, with the line of the next one, before
+    /// that is performed, and after the last.
+    using Watcher = std::function<void(HeadlessDesktop&, int line)>;
+    void setWatcher(Watcher watcher) { watcher_ = std::move(watcher); }
+
     /// To be called once.
     const std::vector<Fault>& play(const Scenario& scenario);
 
@@ -35,6 +41,7 @@ private:
     /// Has these performed one by one before what else is to come.
     void interject(Statements::const_iterator first, Statements::const_iterator last);
     void perform(const Statement& statement);
+    void watch(int line);
 
     void act(const LaunchStep& step);
     void act(const QuitStep& step);
@@ -76,6 +83,7 @@ private:
     void failed(const std::string& wanted, const std::string& got);
 
     HeadlessSession session_;
+    Watcher watcher_;
     std::vector<Fault> faults_;
     /// The statement that is being performed.
     const Statement* statement_ = nullptr;

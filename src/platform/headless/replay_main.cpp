@@ -1,13 +1,21 @@
 // velmora-replay: plays scenarios and prints what happened.
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <iterator>
+#include <optional>
+#include <sstream>
+#include <utility>
 
+#include "platform/headless/PngCodec.h"
 #include "platform/headless/ScenarioParser.h"
 #include "platform/headless/ScenarioPlayer.h"
+#include "platform/headless/ScreenPicture.h"
 
 namespace {
 
@@ -31,7 +39,43 @@ std::string resourceDirectory() {
     return {};
 }
 
-ExitStatus play(const std::string& file, const std::string& resources, bool quiet) {
+struct Options {
+    bool quiet = false;
+    /// Where pictures of the screen go; "" for nowhere.
+    std::string pictures;
+    std::vector<std::string> files;
+};
+
+/// Writes a picture of the screen each time that it shows something new of ours. Its name tells the
+/// line of the scenario that came next, and the time.
+class PictureWriter {
+public:
+    PictureWriter(const std::string& folder, const std::string& scenario)
+        : prefix_(fs::path(folder) / fs::path(scenario).stem()) {}
+
+    bool failed() const { return failed_; }
+
+    void write(HeadlessDesktop& desktop, int line) {
+        const auto picture = screen_.takeIfNew(desktop);
+        if (!picture) return;
+        const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(desktop.now());
+        std::ostringstream name;
+        name << prefix_.string() << "-line" << std::setfill('0') << std::setw(4) << line << '-'
+             << std::setw(6) << ms.count() << "ms.png";
+        std::ofstream stream(name.str(), std::ios::binary);
+        stream << encodePng(*picture) << std::flush;
+        desktop.record(Transcript::Kind::note, "picture " + name.str());
+        if (stream || std::exchange(failed_, true)) return;
+        std::cerr << name.str() << ": cannot be written\n";
+    }
+
+private:
+    fs::path prefix_;
+    ScreenPicture screen_;
+    bool failed_ = false;
+};
+
+ExitStatus play(const std::string& file, const std::string& resources, const Options& options) {
     std::ifstream stream(file, std::ios::binary);
     const std::string source{std::istreambuf_iterator<char>(stream), {}};
     if (!stream) {
@@ -44,40 +88,60 @@ ExitStatus play(const std::string& file, const std::string& resources, bool quie
         return nothingToPlay;
     }
     ScenarioPlayer player(resources);
+    PictureWriter pictures(options.pictures, file);
+    if (!options.pictures.empty()) {
+        player.setWatcher(
+            [&](HeadlessDesktop& desktop, int line) { pictures.write(desktop, line); });
+    }
     const auto& faults = player.play(std::get<Scenario>(parsed));
-    if (!quiet) {
+    if (!options.quiet) {
         std::cout << file << '\n';
         player.transcript().print(std::cout);
     }
     for (const ScenarioPlayer::Fault& fault : faults) {
         std::cerr << file << ':' << fault.line << ": " << fault.text << '\n';
     }
-    return faults.empty() ? everythingHeld : somethingFailed;
+    return faults.empty() && !pictures.failed() ? everythingHeld : somethingFailed;
+}
+
+/// Nothing when they cannot be understood.
+std::optional<Options> optionsFrom(int argc, char** argv) {
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--quiet") {
+            options.quiet = true;
+        } else if (argument == "--png" && i + 1 < argc) {
+            options.pictures = argv[++i];
+        } else if (argument.starts_with("--")) {
+            return std::nullopt;
+        } else {
+            options.files.push_back(argument);
+        }
+    }
+    if (options.files.empty()) return std::nullopt;
+    return options;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    bool quiet = false;
-    std::vector<std::string> files;
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
-        if (argument == "--quiet") {
-            quiet = true;
-        } else {
-            files.push_back(argument);
-        }
-    }
-    if (files.empty() || files.front() == "--help") {
-        std::cerr << "usage: velmora-replay [--quiet] FILE...\n"
+    const std::optional<Options> options = optionsFrom(argc, argv);
+    if (!options) {
+        std::cerr << "usage: velmora-replay [--quiet] [--png FOLDER] FILE...\n"
                      "Plays each scenario and prints what happened. Ends with 0 when everything\n"
-                     "held, 1 when an expectation failed, 2 when a file was no scenario.\n";
+                     "held, 1 when an expectation failed, 2 when a file was no scenario. With\n"
+                     "--png it leaves a picture of the screen each time that it has changed.\n";
         return nothingToPlay;
+    }
+    if (!options->pictures.empty()) {
+        std::error_code error;
+        fs::create_directories(options->pictures, error);
     }
     const std::string resources = resourceDirectory();
     int status = everythingHeld;
-    for (const std::string& file : files) {
-        status = std::max<int>(status, play(file, resources, quiet));
+    for (const std::string& file : options->files) {
+        status = std::max<int>(status, play(file, resources, *options));
     }
     return status;
 }

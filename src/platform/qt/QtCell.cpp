@@ -1,0 +1,55 @@
+#include "platform/qt/QtCell.h"
+
+#include <QPainter>
+
+#include "platform/appkit/NSCell.h"
+#include "platform/qt/QtDrawing.h"
+#include "platform/qt/QtGuard.h"
+
+namespace velmora {
+
+namespace {
+
+/// Lines to where the path is already: their caps alone are seen, and Qt's paths leave them out.
+void drawDots(const StrokeOperation& stroke, QPainter& painter) {
+    if (stroke.style.cap == NSButtLineCapStyle) return;
+    painter.setPen(qtPen(stroke.style, stroke.color));
+    const PathElement* before = nullptr;
+    for (const PathElement& element : stroke.path) {
+        if (before && element.kind == NSLineToBezierPathElement && before->point == element.point) {
+            painter.drawPoint(QPointF(static_cast<double>(element.point.x),
+                                      static_cast<double>(element.point.y)));
+        }
+        before = &element;
+    }
+}
+
+void play(const StrokeOperation& stroke, QPainter& painter) {
+    painter.save();
+    painter.setTransform(qtTransform(stroke.transform), true);
+    painter.strokePath(qtPath(stroke.path), qtPen(stroke.style, stroke.color));
+    drawDots(stroke, painter);
+    painter.restore();
+}
+
+}  // namespace
+
+void drawCell(NSCell& cell, const QRectF& rect, YAxis axis, QPainter& painter) {
+    guarded("Drawing a cell", [&] {
+        const NSRect frame{{},
+                           {static_cast<float>(rect.width()), static_cast<float>(rect.height())}};
+        const DisplayList drawn =
+            NSGraphicsContext::record([&] { cell.drawInteriorWithFrame_inView(frame, nullptr); });
+        painter.save();
+        painter.setClipRect(rect, Qt::IntersectClip);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(axis == YAxis::up ? rect.bottomLeft() : rect.topLeft());
+        if (axis == YAxis::up) painter.scale(1, -1);
+        for (const auto& operation : drawn) {
+            std::visit([&](const auto& one) { play(one, painter); }, operation);
+        }
+        painter.restore();
+    });
+}
+
+}  // namespace velmora
