@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "definitions/ProductAddresses.h"
 #include "definitions/VelmoraSettingsDirectory.h"
-#include "host/ProductAddresses.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSBundle.h"

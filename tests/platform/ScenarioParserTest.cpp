@@ -75,7 +75,7 @@ TEST(ScenarioParserTest, WhatIsMalformedIsToldByLineAndReason) {
         {inHost("expect beeps 0\n"), "4: a number of beeps must be between 1 and 1000"},
         {inHost("expect beeps 1.5\n"), "4: a number of beeps must be a whole number"},
         {inHost("expect item \"a\" green\n"),
-         "4: of an item can be expected: enabled, disabled, missing"},
+         "4: there can be expected: enabled, disabled, missing"},
         {"expect file \"a\" equals\n", "1: expected a property list in lines that begin with |"},
         {"expect file \"a\" equals\n| { a = \n", "1: what follows is no property list"},
         {"| text\n", "1: a line of text belongs to no file"},

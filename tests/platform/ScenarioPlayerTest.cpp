@@ -2,9 +2,13 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 
 #include "platform/headless/ScenarioParser.h"
+#include "support/TemporaryFolder.h"
 
 namespace velmora {
 namespace {
@@ -30,11 +34,11 @@ launch Editor
 
 /// The faults of a scenario that begins with that editor, each as its line (counted after the
 /// editor) and its text; or why it is malformed.
-std::vector<std::string> faultsOf(const std::string& lines) {
+std::vector<std::string> faultsOf(const std::string& lines, const std::string& resources = {}) {
     constexpr int linesBefore = 13;
     const auto parsed = parseScenario(editor + lines);
     if (const auto* error = std::get_if<ScenarioError>(&parsed)) return {error->reason};
-    ScenarioPlayer player("");
+    ScenarioPlayer player(resources);
     std::vector<std::string> faults;
     for (const auto& fault : player.play(std::get<Scenario>(parsed))) {
         faults.push_back(std::to_string(fault.line - linesBefore) + ": " + fault.text);
@@ -190,6 +194,44 @@ TEST(ScenarioPlayerTest, TheTranscriptTellsTheStepsAndWhatCameOfThem) {
                                      "       5 ms  Editor  event key down s\n"
                                      "       5 ms  Editor  ran File/Save/All\n"
                                      "       5 ms  Editor  event key up s\n"));
+}
+
+/// Resources in which the mnemonic panel has two more rows, with a button each.
+void writePanelWithButtons(const std::string& folder) {
+    std::filesystem::create_directories(folder + "/interface");
+    std::filesystem::copy(VELMORA_SOURCE_DIR "/resources/images", folder + "/images");
+    std::ifstream original(VELMORA_SOURCE_DIR "/resources/interface/Velmora.plist");
+    std::string text((std::istreambuf_iterator<char>(original)), {});
+    const auto insertAfter = [&text](const std::string& place, const std::string& what) {
+        ASSERT_NE(text.find(place), std::string::npos);
+        text.insert(text.find(place) + place.size(), what);
+    };
+    insertAfter("{ label = \"Mnemonic:\"; }, mnemonicsTF )", ", ( help ), ( icon )");
+    insertAfter("objects = {",
+                "help = { class = NSButton; title = \"Help\"; action = \"gotoKorvane:\"; };"
+                "icon = { class = VelmoraAnimatedIcon; title = \"Home\"; imageOnly = YES;"
+                " imageSize = 64; };");
+    std::ofstream(folder + "/interface/Velmora.plist") << text;
+}
+
+TEST(ScenarioPlayerTest, TheButtonsOfAPanelAreSeenAndClicked) {
+    const TemporaryFolder folder;
+    writePanelWithButtons(folder.path());
+    EXPECT_THAT(faultsOf("click button \"Home\"\n"
+                         "choose \"File/Velmora/Run Mnemonic…\"\n"
+                         "expect button \"Home\" enabled\n"
+                         "expect button \"Help\" missing\n"
+                         "click button \"Home\"\n"
+                         "click button \"Help\"\n"
+                         "expect opened \"https://velmora.example/\" \"https://korvane.example/\"\n"
+                         "expect panel \"Run Mnemonic\"\n"
+                         "close panel\n"
+                         "expect button \"Home\" missing\n",
+                         folder.path()),
+                ElementsAre("1: there is no button Home",
+                            "4: expect button \"Help\" missing\n"
+                            "    wanted: missing\n"
+                            "    got:    enabled"));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <vector>
 
+#include "platform/appkit/NSButton.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSMenu.h"
 #include "platform/appkit/NSPanel.h"
@@ -16,6 +17,8 @@
 namespace velmora {
 
 namespace {
+
+constexpr double largestImage = 1024;
 
 const std::string* stringFor(const NSDictionary& dictionary, std::string_view key) {
     const PropertyList* value = dictionary.objectForKey(key);
@@ -72,7 +75,16 @@ bool InterfaceFile::load(const Id& owner, Error& error) {
     for (const auto& [name, description] : objects->dictionary()->entries()) {
         if (!makeObject(name, error)) return false;
     }
-    return connectOutlets(error);
+    if (!connectOutlets(error)) return false;
+    awake();
+    return true;
+}
+
+void InterfaceFile::awake() {
+    static const Selector awakeFromNib = Selector::named("awakeFromNib");
+    for (const auto& [name, object] : objects_) {
+        if (object->respondsToSelector(awakeFromNib)) message<void()>(*object, awakeFromNib);
+    }
 }
 
 bool InterfaceFile::makeObject(const std::string& name, Error& error) {
@@ -94,10 +106,45 @@ bool InterfaceFile::makeObject(const std::string& name, Error& error) {
     } else if (className == "NSTextField") {
         made = std::make_shared<NSTextField>();
     } else {
-        fail(error, place + ".class", "unknown class '" + className + "'");
+        made = makeButton(*description, place, error);
     }
     objects_[name] = made;
     return made != nullptr;
+}
+
+std::optional<Selector> InterfaceFile::actionFor(const NSDictionary& description,
+                                                 const std::string& place, Error& error) {
+    const Selector action = Selector::named(textFor(description, "action"));
+    if (!action || owner_->respondsToSelector(action)) return action;
+    fail(error, place + ".action", "the owner has no '" + action.name() + "'");
+    return std::nullopt;
+}
+
+NSButtonRef InterfaceFile::makeButton(const NSDictionary& description, const std::string& place,
+                                      Error& error) {
+    const std::string className = textFor(description, "class");
+    Class* named = Class::named(className);
+    const auto button = std::dynamic_pointer_cast<NSButton>(named ? named->alloc() : nullptr);
+    if (!button) {
+        fail(error, place + ".class", "unknown class '" + className + "'");
+        return nullptr;
+    }
+    const std::optional<Selector> action = actionFor(description, place, error);
+    if (!action) return nullptr;
+    button->setTitle(localize_(textFor(description, "title")));
+    button->setAction(*action);
+    button->setTarget(owner_);
+    const PropertyList* imageOnly = description.objectForKey("imageOnly");
+    if (imageOnly && imageOnly->boolValue().value_or(false)) button->setImagePosition(NSImageOnly);
+    if (const PropertyList* size = description.objectForKey("imageSize")) {
+        const std::optional<double> points = size->doubleValue();
+        if (!points || !(*points >= 1 && *points <= largestImage)) {
+            fail(error, place + ".imageSize", "no number from 1 to 1024");
+            return nullptr;
+        }
+        button->setImageSize({static_cast<float>(*points), static_cast<float>(*points)});
+    }
+    return button;
 }
 
 NSPanelRef InterfaceFile::makePanel(const NSDictionary& description, const std::string& place,
@@ -128,12 +175,15 @@ NSPanelRef InterfaceFile::makePanel(const NSDictionary& description, const std::
                 return nullptr;
             }
             if (!makeObject(*cell.string(), error)) return nullptr;
-            const auto field = std::dynamic_pointer_cast<NSTextField>(objects_[*cell.string()]);
-            if (!field) {
-                fail(error, rowPlace, "'" + *cell.string() + "' is no field");
+            const Id& object = objects_[*cell.string()];
+            if (auto field = std::dynamic_pointer_cast<NSTextField>(object)) {
+                made.back().emplace_back(std::move(field));
+            } else if (auto control = std::dynamic_pointer_cast<NSControl>(object)) {
+                made.back().emplace_back(std::move(control));
+            } else {
+                fail(error, rowPlace, "'" + *cell.string() + "' is no field and no button");
                 return nullptr;
             }
-            made.back().emplace_back(field);
         }
     }
     return std::make_shared<NSPanel>(localize_(textFor(description, "title")), std::move(made));
@@ -171,13 +221,10 @@ NSMenuItemRef InterfaceFile::makeItem(const NSDictionary& description, const std
         fail(error, place + ".title", "no text");
         return nullptr;
     }
-    const Selector action = Selector::named(textFor(description, "action"));
-    if (action && !owner_->respondsToSelector(action)) {
-        fail(error, place + ".action", "the owner has no '" + action.name() + "'");
-        return nullptr;
-    }
+    const std::optional<Selector> action = actionFor(description, place, error);
+    if (!action) return nullptr;
     NSMenuItemRef item = NSMenuItem::initWithTitle_action_keyEquivalent(
-        localize_(*title), action, textFor(description, "keyEquivalent"));
+        localize_(*title), *action, textFor(description, "keyEquivalent"));
     item->setTarget(owner_);
     if (!item->keyEquivalent().empty()) {
         const std::optional<std::uint32_t> mask = modifierMask(textFor(description, "modifiers"));

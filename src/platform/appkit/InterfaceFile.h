@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/foundation/PropertyList.h"
@@ -10,6 +11,7 @@
 
 namespace velmora {
 
+class NSButton;
 class NSMenu;
 class NSMenuItem;
 class NSPanel;
@@ -21,10 +23,12 @@ class NSPanel;
 ///
 /// NSMenu has a title and items, each { title; action; keyEquivalent; modifiers; submenu = NAME; }
 /// or { separator = YES; }; the modifiers are "command", "control", "option", "shift" with blanks
-/// between them. NSPanel has a title and rows, each an array of cells: the NAME of a field
-/// or { label = "…"; }. NSTextField has nothing to say.
-/// Titles are keys of the text tables. Actions go to the owner. An outlet is set by the owner's
-/// method set<Outlet>: (`void(const Id&)`).
+/// between them. NSPanel has a title and rows, each an array of cells: the NAME of a field or
+/// a button, or { label = "…"; }. NSTextField has nothing to say. NSButton, and any class that
+/// derives from it, may have a title, an action, and imageOnly = YES where the title is only a
+/// name. Titles are keys of the text tables. Actions go to the owner. An outlet is set by the
+/// owner's method set<Outlet>: (`void(const Id&)`). At the end each object that responds to it gets
+/// `awakeFromNib` (`void()`).
 class InterfaceFile {
 public:
     /// `place` names what is wrong by its keys, as in objects.vmMenu.items[2].action.
@@ -45,9 +49,15 @@ private:
                                      Error& error);
     std::shared_ptr<NSMenuItem> makeItem(const NSDictionary& description, const std::string& place,
                                          Error& error);
+    std::shared_ptr<NSButton> makeButton(const NSDictionary& description, const std::string& place,
+                                         Error& error);
+    /// The action that the description names, if any; nothing when the owner does not have it.
+    std::optional<Selector> actionFor(const NSDictionary& description, const std::string& place,
+                                      Error& error);
     std::shared_ptr<NSPanel> makePanel(const NSDictionary& description, const std::string& place,
                                        Error& error);
     bool connectOutlets(Error& error);
+    void awake();
 
     NSDictionary contents_;
     Localize localize_;

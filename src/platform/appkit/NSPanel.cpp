@@ -10,6 +10,17 @@ Class& NSPanel::classObject() {
     return *object;
 }
 
+NSPanel::NSPanel(std::string title, std::vector<Row> rows)
+    : title_(std::move(title)), content_(std::make_shared<NSContentView>(*this, std::move(rows))) {}
+
+NSPanel::~NSPanel() {
+    content_->close();
+}
+
+void NSPanel::contentChanged() {
+    if (peer_) peer_->contentChanged();
+}
+
 PanelPeer& NSPanel::peer() {
     if (!peer_) peer_ = desktop().makePanel(*this);
     return *peer_;

@@ -2,10 +2,9 @@
 
 #include <memory>
 #include <string>
-#include <variant>
 #include <vector>
 
-#include "platform/appkit/NSTextField.h"
+#include "platform/appkit/NSContentView.h"
 #include "platform/appkit/NSWindow.h"
 
 namespace velmora {
@@ -28,30 +27,35 @@ public:
     virtual void orderOut() = 0;
     virtual bool isVisible() = 0;
 
+    /// Controls were added to the panel's content view, or removed from it.
+    virtual void contentChanged() = 0;
+
     /// Lets the host go on, with the panel as the only window that takes input, until endModal is
     /// called, the user closes the panel, or the application quits.
     virtual void runModal() = 0;
     virtual void endModal() = 0;
 };
 
-/// A window of our own: rows of labels and fields under a title.
+/// A window of our own: rows of labels, fields and controls under a title.
 class NSPanel final : public NSWindow {
 public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
 
-    /// A text that is only shown.
-    struct Label {
-        std::string text;
-    };
-    using Cell = std::variant<Label, std::shared_ptr<NSTextField>>;
-    using Row = std::vector<Cell>;
+    using Label = NSContentView::Label;
+    using Cell = NSContentView::Cell;
+    using Row = NSContentView::Row;
 
-    NSPanel(std::string title, std::vector<Row> rows)
-        : title_(std::move(title)), rows_(std::move(rows)) {}
+    NSPanel(std::string title, std::vector<Row> rows);
+    /// Its controls are removed.
+    ~NSPanel() override;
 
     const std::string& title() const { return title_; }
-    const std::vector<Row>& rows() const { return rows_; }
+    const std::vector<Row>& rows() const { return content_->rows(); }
+    std::vector<NSControlRef> controls() const { return content_->subviews(); }
+    std::shared_ptr<NSView> contentView() override { return content_; }
+    /// To its content view.
+    void addSubview(const NSControlRef& control) { content_->addSubview(control); }
 
     // The panel's window is made by the desktop when the first of these is called.
     NSRect frame() override;
@@ -63,15 +67,17 @@ public:
     bool isVisible();
 
     // It is none of the windows that a gesture can start over.
-    std::shared_ptr<NSView> contentView() override { return nullptr; }
     std::vector<std::shared_ptr<NSDrawer>> drawers() override { return {}; }
     int windowNumber() override { return 0; }
 
     PanelPeer& peer();
 
 private:
+    friend class NSContentView;
+    void contentChanged();
+
     std::string title_;
-    std::vector<Row> rows_;
+    std::shared_ptr<NSContentView> content_;
     std::unique_ptr<PanelPeer> peer_;
 };
 

@@ -88,18 +88,11 @@ FileExpectation parseFile(ScenarioText& text, ScenarioLine& line) {
     return expected;
 }
 
-ItemExpectation parseItem(ScenarioLine& line) {
-    using Check = ItemExpectation::Check;
-    ItemExpectation expected;
-    expected.path = line.word("a menu path");
-    if (line.take("missing")) {
-        expected.check = Check::missing;
-    } else if (line.take("disabled")) {
-        expected.check = Check::disabled;
-    } else if (!line.take("enabled")) {
-        line.fail("of an item can be expected: enabled, disabled, missing");
-    }
-    return expected;
+Presence parsePresence(ScenarioLine& line) {
+    if (line.take("missing")) return Presence::missing;
+    if (line.take("disabled")) return Presence::disabled;
+    if (!line.take("enabled")) line.fail("there can be expected: enabled, disabled, missing");
+    return Presence::enabled;
 }
 
 /// Expectations that compare a file with a table; they read the table's block.
@@ -153,7 +146,13 @@ ParsedExpectation parseExpectation(ScenarioText& text, ScenarioLine& line) {
         expected.titles = line.quotedTexts();
         parsed.what = std::move(expected);
     } else if (line.take("item")) {
-        parsed.what = parseItem(line);
+        ItemExpectation expected{{}, line.word("a menu path")};
+        expected.presence = parsePresence(line);
+        parsed.what = std::move(expected);
+    } else if (line.take("button")) {
+        ButtonExpectation expected{{}, line.word("a button's title")};
+        expected.presence = parsePresence(line);
+        parsed.what = std::move(expected);
     } else if (line.take("no key window")) {
         parsed.what = KeyWindowExpectation{};
     } else if (line.take("key window")) {

@@ -29,7 +29,7 @@ Selector commandOf(const NSEvent& key) {
 
 HeadlessPanel::HeadlessPanel(HeadlessDesktop& desktop, NSPanel& panel)
     : desktop_(desktop), panel_(panel) {
-    frame_.size = {width, heightWithoutRows + rowHeight * static_cast<float>(panel.rows().size())};
+    contentChanged();
 }
 
 HeadlessPanel::~HeadlessPanel() {
@@ -48,8 +48,21 @@ void HeadlessPanel::makeKeyAndOrderFront() {
         std::ostringstream text;
         text << '"' << title() << "\" at " << frame_.origin.x << ' ' << frame_.origin.y;
         desktop_.record(Transcript::Kind::panel, text.str());
+        drawControls();
     }
     desktop_.showPanel(*this);
+}
+
+void HeadlessPanel::contentChanged() {
+    const auto rows = static_cast<float>(panel_.rows().size());
+    frame_.size = {width, heightWithoutRows + rowHeight * rows};
+    if (visible_) drawControls();
+}
+
+void HeadlessPanel::drawControls() {
+    for (const NSControlRef& control : panel_.controls()) {
+        control->drawRect({{0, 0}, {width, rowHeight}});
+    }
 }
 
 void HeadlessPanel::makeKeyWindow() {
@@ -82,6 +95,14 @@ NSTextField* HeadlessPanel::field() const {
                 return field->get();
             }
         }
+    }
+    return nullptr;
+}
+
+NSButtonRef HeadlessPanel::buttonTitled(const std::string& title) const {
+    for (const NSControlRef& control : panel_.controls()) {
+        auto button = std::dynamic_pointer_cast<NSButton>(control);
+        if (button && button->title() == title) return button;
     }
     return nullptr;
 }

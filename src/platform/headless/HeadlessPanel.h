@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/appkit/NSButton.h"
 #include "platform/appkit/NSPanel.h"
 
 namespace velmora {
@@ -11,7 +12,7 @@ class HeadlessDesktop;
 class NSEvent;
 
 /// The window of a panel: 300 points wide, and 40 high with 24 more for each row. The panel owns
-/// it; the desktop must outlive it.
+/// it; the desktop must outlive it. Its controls are drawn when it comes up, and when one is added.
 class HeadlessPanel final : public PanelPeer {
 public:
     HeadlessPanel(HeadlessDesktop& desktop, NSPanel& panel);
@@ -28,6 +29,7 @@ public:
     void makeKeyWindow() override;
     void orderOut() override;
     bool isVisible() override { return visible_; }
+    void contentChanged() override;
     /// Fetches and dispatches events as long as it lasts.
     void runModal() override;
     void endModal() override { ended_ = true; }
@@ -37,12 +39,17 @@ public:
     const std::string& title() const { return panel_.title(); }
     /// The first field has the keys; without one, null.
     NSTextField* field() const;
+    /// The first button of that title, shown or not; without one, null.
+    NSButtonRef buttonTitled(const std::string& title) const;
     /// A key that the user presses while the panel is key. An Escape that nobody wants closes it.
     void keyDown(const NSEvent& event);
     /// What the button in its title bar does.
     void userCloses();
 
 private:
+    /// As a window does when it comes up.
+    void drawControls();
+
     HeadlessDesktop& desktop_;
     NSPanel& panel_;
     NSRect frame_;

@@ -76,6 +76,11 @@ struct FocusTextStep {
 /// Closes the panel of ours that takes the keys, as its title bar's button does.
 struct ClosePanelStep {};
 
+/// Clicks a button in the panel of ours that takes the keys.
+struct ClickButtonStep {
+    std::string title;
+};
+
 struct ScrollStep {
     float deltaX = 0;
     float deltaY = 0;
@@ -154,9 +159,11 @@ struct MenuExpectation {
     std::vector<std::string> titles;
 };
 
+/// Whether the user can choose it.
+enum class Presence { enabled, disabled, missing };
+
 struct ItemExpectation {
-    enum class Check { enabled, disabled, missing };
-    Check check = Check::enabled;
+    Presence presence = Presence::enabled;
     std::string path;
 };
 
@@ -168,6 +175,12 @@ struct KeyWindowExpectation {
 struct PanelExpectation {
     std::optional<std::string> title;
     std::optional<NSPoint> origin;
+};
+
+/// A button in the panel of ours that takes the keys.
+struct ButtonExpectation {
+    Presence presence = Presence::enabled;
+    std::string title;
 };
 
 /// The window of ours that is only drawn, the trace of a stroke; none without a frame.
@@ -201,11 +214,12 @@ struct Statement {
     /// The statement as it was written.
     std::string text;
     std::variant<LaunchStep, QuitStep, InStep, ActivationStep, ButtonStep, ModifierStep, MoveStep,
-                 KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ScrollStep, WaitStep, ChooseStep,
-                 FileStep, MenuStep, WindowStep, ProcessStep, HappenedExpectation, OrderExpectation,
-                 FileExpectation, MenuExpectation, ItemExpectation, KeyWindowExpectation,
-                 PanelExpectation, TraceWindowExpectation, TextExpectation, ScrollExpectation,
-                 CursorExpectation, TimeExpectation>
+                 KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ClickButtonStep, ScrollStep,
+                 WaitStep, ChooseStep, FileStep, MenuStep, WindowStep, ProcessStep,
+                 HappenedExpectation, OrderExpectation, FileExpectation, MenuExpectation,
+                 ItemExpectation, KeyWindowExpectation, PanelExpectation, ButtonExpectation,
+                 TraceWindowExpectation, TextExpectation, ScrollExpectation, CursorExpectation,
+                 TimeExpectation>
         what;
 };
 

@@ -118,16 +118,28 @@ void ScenarioPlayer::act(const MenuExpectation& expected) {
     if (titles != expected.titles) failed(list(expected.titles), list(titles));
 }
 
-void ScenarioPlayer::act(const ItemExpectation& expected) {
-    using Check = ItemExpectation::Check;
-    const NSMenuItemRef item = itemAt(expected.path);
-    const Check got = !item ? Check::missing : item->isEnabled() ? Check::enabled : Check::disabled;
-    const auto name = [](Check check) {
-        return check == Check::enabled    ? "enabled"
-               : check == Check::disabled ? "disabled"
-                                          : "missing";
+void ScenarioPlayer::expectPresence(Presence wanted, Presence got) {
+    const auto name = [](Presence presence) {
+        return presence == Presence::enabled    ? "enabled"
+               : presence == Presence::disabled ? "disabled"
+                                                : "missing";
     };
-    if (got != expected.check) failed(name(expected.check), name(got));
+    if (got != wanted) failed(name(wanted), name(got));
+}
+
+void ScenarioPlayer::act(const ItemExpectation& expected) {
+    const NSMenuItemRef item = itemAt(expected.path);
+    expectPresence(expected.presence, !item               ? Presence::missing
+                                      : item->isEnabled() ? Presence::enabled
+                                                          : Presence::disabled);
+}
+
+void ScenarioPlayer::act(const ButtonExpectation& expected) {
+    const HeadlessPanel* panel = host().keyPanel();
+    const NSButtonRef button = panel ? panel->buttonTitled(expected.title) : nullptr;
+    expectPresence(expected.presence, !button               ? Presence::missing
+                                      : button->isEnabled() ? Presence::enabled
+                                                            : Presence::disabled);
 }
 
 void ScenarioPlayer::act(const KeyWindowExpectation& expected) {

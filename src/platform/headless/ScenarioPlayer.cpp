@@ -173,6 +173,18 @@ void ScenarioPlayer::act(const ClosePanelStep& /*step*/) {
     }
 }
 
+void ScenarioPlayer::act(const ClickButtonStep& step) {
+    const HeadlessPanel* panel = host().keyPanel();
+    const NSButtonRef button = panel ? panel->buttonTitled(step.title) : nullptr;
+    if (!button) {
+        fail("there is no button " + step.title);
+    } else if (!button->isEnabled()) {
+        fail(step.title + " is disabled");
+    } else {
+        button->performClick(nullptr);
+    }
+}
+
 void ScenarioPlayer::act(const ScrollStep& step) {
     session_.user().scroll(step.deltaX, step.deltaY);
 }

@@ -54,6 +54,7 @@ private:
     void act(const TypeStep& step);
     void act(const FocusTextStep& step);
     void act(const ClosePanelStep& step);
+    void act(const ClickButtonStep& step);
     void act(const ScrollStep& step);
     void act(const WaitStep& step);
     void act(const ChooseStep& step);
@@ -68,6 +69,7 @@ private:
     void act(const ItemExpectation& expected);
     void act(const KeyWindowExpectation& expected);
     void act(const PanelExpectation& expected);
+    void act(const ButtonExpectation& expected);
     void act(const TraceWindowExpectation& expected);
     void act(const TextExpectation& expected);
     void act(const ScrollExpectation& expected);
@@ -79,6 +81,7 @@ private:
     std::string pathOf(const std::string& fileName) const;
     NSMenuItemRef itemAt(const std::string& path);
     NSMenuRef menuAt(const std::string& path);
+    void expectPresence(Presence wanted, Presence got);
     void fail(const std::string& text);
     void failed(const std::string& wanted, const std::string& got);
 

@@ -35,6 +35,8 @@ bool parseTypingStep(ScenarioLine& line, std::vector<Statement>& statements) {
         statement.what = parseType(line);
     } else if (line.take("focus text")) {
         statement.what = FocusTextStep{line.word("a text view")};
+    } else if (line.take("click button")) {
+        statement.what = ClickButtonStep{line.word("a button's title")};
     } else if (!line.take("close panel")) {
         return false;
     }

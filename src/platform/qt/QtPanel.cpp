@@ -8,7 +8,9 @@
 #include <QLabel>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <algorithm>
 
+#include "platform/qt/QtButton.h"
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtWindows.h"
@@ -95,6 +97,9 @@ QtPanel::~QtPanel() {
     if (windows_) windows_->removeOwn(*this);
     for (const auto& field : fields_) field->setShowText(nullptr);
     if (!dialog_) return;
+    for (const auto& button : buttons_) {
+        if (button) button->letGo();
+    }
     dialog_->forgetPanel();
     dialog_->hide();
     // Something in it may be in the middle of telling us.
@@ -122,11 +127,36 @@ void QtPanel::makeDialog() {
     dialog_->setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                             Qt::WindowCloseButtonHint);
     dialog_->setWindowTitle(QString::fromStdString(panel_.title()));
-    auto* grid = new QGridLayout(dialog_);
-    for (std::size_t i = 0; i < panel_.rows().size(); ++i) {
-        addRow(*grid, panel_.rows()[i], static_cast<int>(i));
+    new QGridLayout(dialog_);
+    shownRows_ = 0;
+    buttons_.clear();
+    addRows();
+}
+
+void QtPanel::addRows() {
+    auto& grid = static_cast<QGridLayout&>(*dialog_->layout());
+    for (; shownRows_ < panel_.rows().size(); ++shownRows_) {
+        addRow(grid, panel_.rows()[shownRows_], static_cast<int>(shownRows_));
     }
     dialog_->adjustSize();
+}
+
+void QtPanel::contentChanged() {
+    if (!dialog_) return;
+    const std::vector<NSControlRef> shown = panel_.controls();
+    std::erase_if(buttons_, [&](const QPointer<QtButton>& button) {
+        if (button && std::find(shown.begin(), shown.end(), button->button()) != shown.end()) {
+            return false;
+        }
+        if (button) {
+            button->letGo();
+            button->hide();
+            // It may be in the middle of its click.
+            button->deleteLater();
+        }
+        return true;
+    });
+    addRows();
 }
 
 void QtPanel::addRow(QGridLayout& grid, const NSPanel::Row& cells, int row) {
@@ -141,11 +171,24 @@ void QtPanel::addRow(QGridLayout& grid, const NSPanel::Row& cells, int row) {
             grid.addWidget(label, row, column++);
             continue;
         }
+        if (const auto* control = std::get_if<NSControlRef>(&cell)) {
+            if (QWidget* widget = makeControl(*control)) grid.addWidget(widget, row, column++);
+            continue;
+        }
         const auto& field = std::get<std::shared_ptr<NSTextField>>(cell);
         QLineEdit* edit = makeField(field, label ? label->text() : dialog_->windowTitle());
         if (label) label->setBuddy(edit);
         grid.addWidget(edit, row, column++);
     }
+}
+
+QWidget* QtPanel::makeControl(const NSControlRef& control) {
+    auto button = std::dynamic_pointer_cast<NSButton>(control);
+    if (!button) return nullptr;
+    const auto takesInput = [dialog = dialog_.data()] { return dialog->takesInput(); };
+    auto* widget = new QtButton(std::move(button), takesInput, dialog_);
+    buttons_.emplace_back(widget);
+    return widget;
 }
 
 QLineEdit* QtPanel::makeField(const std::shared_ptr<NSTextField>& field, const QString& label) {

@@ -14,6 +14,7 @@ class QGridLayout;
 
 namespace velmora {
 
+class QtButton;
 class QtWindows;
 
 /// The window of a panel of ours, in the host's own style. It is none of the host's windows: it has
@@ -39,6 +40,7 @@ public:
     void makeKeyWindow() override;
     void orderOut() override;
     bool isVisible() override { return wanted_; }
+    void contentChanged() override;
     void runModal() override;
     void endModal() override;
 
@@ -48,7 +50,10 @@ private:
     /// Anew, too, when the host has deleted it. False when there can be none any more.
     bool hasDialog();
     void makeDialog();
+    /// Those of the panel that are not shown yet.
+    void addRows();
     void addRow(QGridLayout& grid, const NSPanel::Row& cells, int row);
+    QWidget* makeControl(const NSControlRef& control);
     QLineEdit* makeField(const std::shared_ptr<NSTextField>& field, const QString& label);
     void show(Qt::WindowModality modality);
     void dismissed();
@@ -60,6 +65,8 @@ private:
     QPointer<Dialog> dialog_;
     std::vector<std::shared_ptr<NSTextField>> fields_;
     QPointer<QLineEdit> firstField_;
+    std::vector<QPointer<QtButton>> buttons_;
+    std::size_t shownRows_ = 0;
     /// What the window manager adds around the dialog, once that is known.
     QMargins margins_;
     /// The host's window that had the keys before.

@@ -1,0 +1,56 @@
+#include "platform/appkit/NSContentView.h"
+
+#include "platform/appkit/NSPanel.h"
+
+namespace velmora {
+
+NSContentView::NSContentView(NSPanel& panel, std::vector<Row> rows)
+    : panel_(&panel), rows_(std::move(rows)) {
+    for (const NSControlRef& control : subviews()) control->superview_ = this;
+}
+
+std::vector<NSControlRef> NSContentView::subviews() const {
+    std::vector<NSControlRef> found;
+    for (const Row& row : rows_) {
+        for (const Cell& cell : row) {
+            if (const auto* control = std::get_if<NSControlRef>(&cell)) found.push_back(*control);
+        }
+    }
+    return found;
+}
+
+void NSContentView::addSubview(const NSControlRef& control) {
+    control->removeFromSuperviewWithoutNeedingDisplay();
+    control->superview_ = this;
+    rows_.push_back({control});
+    changed();
+}
+
+void NSContentView::remove(NSControl& control) {
+    const auto kept = std::static_pointer_cast<NSControl>(control.shared_from_this());
+    control.superview_ = nullptr;
+    for (Row& row : rows_) {
+        std::erase_if(row, [&](const Cell& cell) {
+            const auto* held = std::get_if<NSControlRef>(&cell);
+            return held && *held == kept;
+        });
+    }
+    changed();
+}
+
+void NSContentView::changed() {
+    if (panel_) panel_->contentChanged();
+}
+
+void NSContentView::close() {
+    panel_ = nullptr;
+    for (const NSControlRef& control : subviews()) {
+        control->removeFromSuperviewWithoutNeedingDisplay();
+    }
+}
+
+std::shared_ptr<NSWindow> NSContentView::window() {
+    return panel_ ? std::static_pointer_cast<NSWindow>(panel_->shared_from_this()) : nullptr;
+}
+
+}  // namespace velmora

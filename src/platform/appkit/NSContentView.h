@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/appkit/NSControl.h"
+#include "platform/appkit/NSTextField.h"
+
+namespace velmora {
+
+class NSPanel;
+
+/// What a panel shows: rows of labels, fields and controls. The panel owns it.
+class NSContentView final : public NSView {
+public:
+    /// A text that is only shown.
+    struct Label {
+        std::string text;
+    };
+    using Cell = std::variant<Label, std::shared_ptr<NSTextField>, NSControlRef>;
+    using Row = std::vector<Cell>;
+
+    NSContentView(NSPanel& panel, std::vector<Row> rows);
+
+    /// The place of a row does not change; one whose only control was removed is empty.
+    const std::vector<Row>& rows() const { return rows_; }
+    std::vector<NSControlRef> subviews() const;
+
+    /// Adds a row with the control at the end; takes it out of where it was before.
+    void addSubview(const NSControlRef& control);
+
+    // It is none of the views that a gesture can start over.
+    NSViewRef hitTest(NSPoint /*point*/) override { return nullptr; }
+    std::shared_ptr<NSMenu> menuForEvent(const NSEventRef& /*event*/) override { return nullptr; }
+    /// Null once the panel is gone.
+    std::shared_ptr<NSWindow> window() override;
+
+private:
+    friend class NSControl;
+    friend class NSPanel;
+    void remove(NSControl& control);
+    void changed();
+    /// The panel is going: all controls are removed.
+    void close();
+
+    NSPanel* panel_;
+    std::vector<Row> rows_;
+};
+
+}  // namespace velmora
