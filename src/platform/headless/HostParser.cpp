@@ -85,7 +85,8 @@ DrawerDescription parseDrawer(ScenarioText& text, ScenarioLine& line) {
     DrawerDescription drawer;
     drawer.frame = line.frame();
     text.block(line, [&](ScenarioLine& inner) {
-        if (!parseView(text, inner, drawer.views)) inner.fail("a drawer holds: view, text view, scroll view");
+        if (!parseView(text, inner, drawer.views))
+            inner.fail("a drawer holds: view, text view, scroll view");
     });
     return drawer;
 }
