@@ -20,6 +20,7 @@ constexpr NSPoint hotSpot{7, 7};
 
 ProcessWide<std::optional<std::string>> iconBytes;
 ProcessWide<std::optional<std::string>> cursorBytes;
+ProcessWide<std::optional<std::string>> doubledIconBytes;
 ProcessWide<std::optional<std::string>> doubledCursorBytes;
 ProcessWide<double> cursorHue;
 
@@ -53,6 +54,15 @@ std::optional<std::string> imageResource(const std::string& name) {
 const std::optional<std::string>& cached(std::optional<std::string>& bytes, const char* name) {
     if (!bytes) bytes = imageResource(name);
     return bytes;
+}
+
+/// With the finer picture beside it, in the same hue.
+NSImageRef withDoubled(NSImageRef image, const std::optional<std::string>& bytes, double hue) {
+    if (!image || !bytes) return image;
+    if (auto doubled = VelmoraImageFactory::pngData_withHue(*bytes, hue)) {
+        image->addRepresentation(std::move(*doubled));
+    }
+    return image;
 }
 
 NSCursorRef cached(NSCursorRef& cursor, const char* overlay) {
@@ -182,15 +192,13 @@ const std::optional<std::string>& VelmoraImageFactory::cursorData() {
 }
 
 NSImageRef VelmoraImageFactory::iconWithHue(double hue) {
-    return imageFromData_withHue(iconData(), hue);
+    return withDoubled(imageFromData_withHue(iconData(), hue), cached(*doubledIconBytes, "vm@2x"),
+                       hue);
 }
 
 NSImageRef VelmoraImageFactory::cursorWithHue(double hue) {
-    const NSImageRef image = imageFromData_withHue(cursorData(), hue);
-    if (image) {
-        image->addRepresentation(imageFromData_withHue(cached(*doubledCursorBytes, "vmc@2x"), hue));
-    }
-    return image;
+    return withDoubled(imageFromData_withHue(cursorData(), hue),
+                       cached(*doubledCursorBytes, "vmc@2x"), hue);
 }
 
 void VelmoraImageFactory::setHue(double hue) {

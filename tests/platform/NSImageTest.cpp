@@ -85,13 +85,13 @@ TEST(NSImageTest, FinerPixelsAreDrawnWhereOneOfTheTwoHasThem) {
     const NSImageRef target = filled(2, 2, blue);
     const NSImageRef point = filled(1, 1, red);
     // Only the size with twice the pixels is taken.
-    point->addRepresentation(filled(3, 2, red));
+    point->addRepresentation(encodePng(filled(3, 2, red)->bitmap()));
     EXPECT_EQ(point->doubledBitmap(), nullptr);
     target->lockFocus();
     point->compositeToPoint_operation({1, 0}, NSCompositeSourceOver);
     EXPECT_EQ(target->doubledBitmap(), nullptr);
     const Pixel green{0, 255, 0, 255};
-    point->addRepresentation(filled(2, 2, green));
+    point->addRepresentation(encodePng(filled(2, 2, green)->bitmap()));
     point->compositeToPoint_operation({0, 1}, NSCompositeSourceOver);
     filled(1, 1, clear)->compositeToPoint_operation({0, 0}, NSCompositeCopy);
     target->unlockFocus();

@@ -1,6 +1,7 @@
 #include "platform/appkit/NSImage.h"
 
 #include <array>
+#include <utility>
 
 #include "platform/Desktop.h"
 #include "platform/foundation/FileSystem.h"
@@ -63,10 +64,9 @@ void composite(const Bitmap& source, Bitmap& target, int left, int top,
     }
 }
 
-NSImageRef imageFromFile(const std::string& name) {
+std::optional<std::string> resource(const std::string& name) {
     const auto path = NSBundle::bundleForClass().pathForImageResource(name);
-    const auto bytes = path ? NSBundle::resourceFiles().contentsOfFile(*path) : std::nullopt;
-    return bytes ? NSImage::initWithData(*bytes) : nullptr;
+    return path ? NSBundle::resourceFiles().contentsOfFile(*path) : std::nullopt;
 }
 
 }  // namespace
@@ -82,16 +82,21 @@ NSImageRef NSImage::initWithData(std::string_view bytes) {
 }
 
 NSImageRef NSImage::initWithResource(const std::string& name) {
-    NSImageRef image = imageFromFile(name);
-    if (image) image->addRepresentation(imageFromFile(name + "@2x"));
+    const auto bytes = resource(name);
+    NSImageRef image = bytes ? initWithData(*bytes) : nullptr;
+    if (image) image->addRepresentation(resource(name + "@2x").value_or(std::string()));
     return image;
 }
 
-void NSImage::addRepresentation(const NSImageRef& doubled) {
-    if (!doubled) return;
-    const Bitmap& bitmap = doubled->bitmap();
-    if (bitmap.width != 2 * bitmap_.width || bitmap.height != 2 * bitmap_.height) return;
-    doubled_ = bitmap;
+const Bitmap* NSImage::doubledBitmap() const {
+    if (!doubledBytes_.empty()) {
+        const std::string bytes = std::exchange(doubledBytes_, {});
+        std::optional<Bitmap> bitmap = desktop().decodeImage(bytes);
+        const bool fits =
+            bitmap && bitmap->width == 2 * bitmap_.width && bitmap->height == 2 * bitmap_.height;
+        if (fits) doubled_ = std::move(bitmap);
+    }
+    return doubled_ ? &*doubled_ : nullptr;
 }
 
 NSImageRef NSImage::initWithSize(NSSize size) {
@@ -114,13 +119,13 @@ void NSImage::unlockFocus() {
 void NSImage::compositeToPoint_operation(NSPoint point, NSCompositingOperation operation) const {
     if (focused->empty()) return;
     NSImage& target = *focused->back();
-    if (doubled_ && !target.doubled_) target.doubled_ = doubled(target.bitmap_);
+    const Bitmap* own = doubledBitmap();
+    if (own && !target.doubledBitmap()) target.doubled_ = doubled(target.bitmap_);
     const int left = static_cast<int>(point.x);
     const int top = target.bitmap_.height - static_cast<int>(point.y) - bitmap_.height;
     composite(bitmap_, target.bitmap_, left, top, operation);
-    if (target.doubled_) {
-        composite(doubled_ ? *doubled_ : doubled(bitmap_), *target.doubled_, 2 * left, 2 * top,
-                  operation);
+    if (target.doubledBitmap()) {
+        composite(own ? *own : doubled(bitmap_), *target.doubled_, 2 * left, 2 * top, operation);
     }
 }
 

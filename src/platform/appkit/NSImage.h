@@ -34,10 +34,11 @@ public:
     NSSize size() const;
     const Bitmap& bitmap() const { return bitmap_; }
     /// With twice the pixels, or null.
-    const Bitmap* doubledBitmap() const { return doubled_ ? &*doubled_ : nullptr; }
+    const Bitmap* doubledBitmap() const;
 
-    /// Adds the one with twice the pixels; null, or another size, changes nothing.
-    void addRepresentation(const std::shared_ptr<NSImage>& doubled);
+    /// Adds the one with twice the pixels, from a file's bytes, which are decoded when somebody
+    /// wants it; other bytes, or another size, are as good as none.
+    void addRepresentation(std::string bytes) { doubledBytes_ = std::move(bytes); }
 
     /// From here to unlockFocus, compositeToPoint draws into this image.
     void lockFocus();
@@ -49,7 +50,8 @@ public:
 
 private:
     Bitmap bitmap_;
-    std::optional<Bitmap> doubled_;
+    mutable std::optional<Bitmap> doubled_;
+    mutable std::string doubledBytes_;
 };
 
 using NSImageRef = std::shared_ptr<NSImage>;

@@ -1,5 +1,6 @@
 #include "platform/qt/QtImages.h"
 
+#include <QGuiApplication>
 #include <QImage>
 #include <cstring>
 
@@ -47,7 +48,9 @@ QPixmap pixmapFromImage(const NSImage& image, qreal devicePixelRatio) {
 
 QIcon iconFromImage(const NSImage& image) {
     QIcon icon(pixmapFromImage(image, 1));
-    if (image.doubledBitmap()) icon.addPixmap(pixmapFromImage(image, 2));
+    if (qGuiApp->devicePixelRatio() > 1 && image.doubledBitmap()) {
+        icon.addPixmap(pixmapFromImage(image, 2));
+    }
     return icon;
 }
 

@@ -16,7 +16,7 @@ std::optional<Bitmap> decodeImage(std::string_view bytes);
 QPixmap pixmapFromBitmap(const Bitmap& bitmap);
 /// For a display with so many pixels a point.
 QPixmap pixmapFromImage(const NSImage& image, qreal devicePixelRatio);
-/// With all pixels that the image has.
+/// With as many pixels as the image has and a display can show.
 QIcon iconFromImage(const NSImage& image);
 
 }  // namespace velmora
