@@ -22,6 +22,10 @@ Class& VelmoraMnemonics::classObject() {
     return *object;
 }
 
+Class* VelmoraMnemonics::uiClass() {
+    return Class::named("VelmoraMnemonicsUI");
+}
+
 VelmoraSettingRef VelmoraMnemonics::findTrigger(const std::optional<std::string>& trigger) {
     selectedMenuItem_ = nullptr;
     return VelmoraCommon::findTrigger(trigger);

@@ -18,6 +18,7 @@ public:
     Class& isa() const override { return classObject(); }
 
     std::string componentName() override { return "Mnemonics"; }
+    Class* uiClass() override;
 
     /// Forgets the item chosen before, whatever is found.
     VelmoraSettingRef findTrigger(const std::optional<std::string>& trigger) override;

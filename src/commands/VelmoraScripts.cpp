@@ -73,6 +73,10 @@ Class& VelmoraScripts::classObject() {
     return *object;
 }
 
+Class* VelmoraScripts::uiClass() {
+    return Class::named("VelmoraScriptsUI");
+}
+
 void VelmoraScripts::runWithSetting(const VelmoraSettingRef& definition) {
     NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
         startDelay, shared_from_this(), Selector::named("runDelayed:"), definition, false);

@@ -15,6 +15,7 @@ public:
     Class& isa() const override { return classObject(); }
 
     std::string componentName() override { return "Scripts"; }
+    Class* uiClass() override;
 
     /// Runs the script a moment later, when the menu has closed.
     void runWithSetting(const VelmoraSettingRef& definition) override;

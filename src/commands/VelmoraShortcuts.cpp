@@ -79,6 +79,15 @@ Class& VelmoraShortcuts::classObject() {
     return *object;
 }
 
+Class* VelmoraShortcuts::uiClass() {
+    return Class::named("VelmoraShortcutsUI");
+}
+
+void VelmoraShortcuts::showPanel() {
+    updateMenu();
+    VelmoraCommon::showPanel();
+}
+
 void VelmoraShortcuts::init() {
     VelmoraCommon::init();
     shortcutsToSet_.reserve(16);

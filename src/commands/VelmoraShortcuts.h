@@ -22,6 +22,9 @@ public:
 
     void init() override;
     std::string componentName() override { return "Shortcuts"; }
+    Class* uiClass() override;
+    /// Has the menus filled first, so that the panel offers what is in them.
+    void showPanel() override;
 
     /// Makes every definition pending and writes those whose items are there.
     void activateSettings() override;

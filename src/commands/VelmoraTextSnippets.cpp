@@ -43,6 +43,10 @@ Class& VelmoraTextSnippets::classObject() {
     return *object;
 }
 
+Class* VelmoraTextSnippets::uiClass() {
+    return Class::named("VelmoraTextSnippetsUI");
+}
+
 void VelmoraTextSnippets::initForMenu(const NSMenuRef& menu) {
     VelmoraCommon::init();
     myMenu_ = menu;

@@ -18,6 +18,7 @@ public:
     void initForMenu(const NSMenuRef& menu);
 
     std::string componentName() override { return "TextSnippets"; }
+    Class* uiClass() override;
 
     /// Lists the definitions in the menu.
     void activateSettings() override;

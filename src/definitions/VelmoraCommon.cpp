@@ -50,6 +50,11 @@ std::string VelmoraCommon::componentName() {
     return {};
 }
 
+Class* VelmoraCommon::uiClass() {
+    NSLog("Subclass must implement 'uiClass' method");
+    return Class::named("VelmoraCommonUI");
+}
+
 std::string VelmoraCommon::globalSettingsFileName() {
     return settingsDirectory() + "/Velmora" + componentName() + ".plist";
 }
@@ -96,7 +101,31 @@ bool VelmoraCommon::mixinGlobals() {
 }
 
 void VelmoraCommon::checkGlobals() {
-    if (mixinGlobals()) globalsChanged();
+    if (!mixinGlobals()) return;
+    globalsChanged();
+    if (ui_) message<void()>(*ui_, Selector::named("updateDisplay"));
+}
+
+void VelmoraCommon::showPanel() {
+    if (!ui_) {
+        Class* controller = uiClass();
+        ui_ = controller ? controller->alloc() : nullptr;
+        if (!ui_) return;
+        using Init =
+            void(const std::shared_ptr<VelmoraSettings>&, const std::shared_ptr<VelmoraCommon>&);
+        message<Init>(*ui_, Selector::named("initWithSettings:delegate:"), settings_,
+                      std::static_pointer_cast<VelmoraCommon>(shared_from_this()));
+        settings_->createBackup();
+    }
+    message<void()>(*ui_, Selector::named("show"));
+}
+
+void VelmoraCommon::panelWillClose() {
+    if (!ui_) return;
+    // The call comes from the controller's own window.
+    NSRunLoop::currentRunLoop().keepUntilNextPass(std::move(ui_));
+    ui_ = nullptr;
+    settings_->revert();
 }
 
 VelmoraSettingRef VelmoraCommon::findTrigger(const std::optional<std::string>& trigger) {

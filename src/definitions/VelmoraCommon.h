@@ -18,6 +18,9 @@ namespace velmora {
 ///
 /// The application's own file holds all its records; the shared file holds the global ones of all
 /// applications and is merged at start and whenever the application becomes active.
+///
+/// While the component's management panel is open its controller is `ui`; the list then has a
+/// backup, which comes back unless the panel is closed by OK.
 class VelmoraCommon : public NSObject {
 public:
     static Class& classObject();
@@ -29,6 +32,11 @@ public:
     /// The name of which both file names are made.
     virtual std::string componentName();
 
+    /// The class of the panel's controller. It answers `initWithSettings:delegate:`
+    /// (`void(const std::shared_ptr<VelmoraSettings>&, const std::shared_ptr<VelmoraCommon>&)`),
+    /// `show` and `updateDisplay` (`void()`).
+    virtual Class* uiClass();
+
     std::string globalSettingsFileName();
     std::string appSpecificSettingsFileName();
 
@@ -36,11 +44,18 @@ public:
     /// holds leave the list, new ones join its end. True when records joined.
     bool mixinGlobals();
 
-    /// mixinGlobals, then globalsChanged when records joined.
+    /// mixinGlobals; when records joined, globalsChanged, and an open panel shows them.
     void checkGlobals();
 
     /// The first definition with exactly that trigger, or null; null for no or an empty trigger.
     virtual VelmoraSettingRef findTrigger(const std::optional<std::string>& trigger);
+
+    /// Opens the panel with a backup of the list, or brings an open one to the front.
+    virtual void showPanel();
+    /// The panel's controller, or null.
+    const Id& ui() const { return ui_; }
+    /// The panel's window closes: the controller goes, the list returns to a backup that is left.
+    void panelWillClose();
 
     /// Saves, drops the list's backup and activates the definitions.
     void storeAndActivateSettings();
@@ -85,6 +100,7 @@ protected:
 private:
     std::optional<NSDate> timeStamp_;
     std::shared_ptr<VelmoraSettings> settings_;
+    Id ui_;
     bool updatingMenu_ = false;
     std::string path_;
 };

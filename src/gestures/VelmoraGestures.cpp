@@ -43,18 +43,29 @@ Class& VelmoraGestures::classObject() {
     return *object;
 }
 
+Class* VelmoraGestures::uiClass() {
+    return Class::named("VelmoraGesturesUI");
+}
+
 std::shared_ptr<VelmoraGestures> VelmoraGestures::activeInstance() {
     return *active;
 }
 
 void VelmoraGestures::init() {
     VelmoraCommon::init();
+    training_ = false;
     active = std::static_pointer_cast<VelmoraGestures>(shared_from_this());
 }
 
 void VelmoraGestures::processGesture_makeKey(const std::string& gesture, bool makeKey) {
     if (gesture.empty()) return;
     if (NSTraceEnabled()) NSTrace("gesture \"" + gesture + "\"");
+    if (training_) {
+        if (ui()) {
+            message<void(const std::string&)>(*ui(), Selector::named("processGesture:"), gesture);
+        }
+        return;
+    }
     // A lazily filled menu may have the host do anything, so the list is walked by index.
     for (int i = 0; i < settings()->count(); ++i) {
         const VelmoraSettingRef definition = settings()->objectAtIndex(i);

@@ -20,6 +20,10 @@ public:
 
     void init() override;
     std::string componentName() override { return "Gestures"; }
+    Class* uiClass() override;
+
+    /// While it is set, finished gestures go to the panel instead of running anything.
+    void setTraining(bool training) { training_ = training; }
 
     /// Runs the first definition of the gesture whose item is there and enabled; beeps without one.
     /// With makeKey the window under the gesture's start becomes key before an item of the
@@ -36,6 +40,8 @@ public:
 private:
     bool runMenuItem(const VelmoraSetting& definition, bool makeKey);
     bool runContextMenuItem(const VelmoraSetting& definition);
+
+    bool training_ = false;
 };
 
 }  // namespace velmora

@@ -5,7 +5,8 @@
 namespace velmora {
 
 /// The menu hook: exchanged with `performActionForItemAtIndex:`, so that every command that is run
-/// passes it. Runs the item by the platform's own implementation.
+/// passes it. Offers the item to an open gestures panel; when that does not take it, runs it by the
+/// platform's own implementation.
 void velmoraPerformActionForItemAtIndex(NSMenu& menu, int index);
 
 }  // namespace velmora
