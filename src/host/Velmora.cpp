@@ -35,6 +35,22 @@ int makePlaceInMenu(NSMenu& menu) {
     return std::max(0, std::min(menu.numberOfItems(), 4) - 1);
 }
 
+constexpr int versionMajor = 1;
+constexpr int versionMinor = 4;
+
+std::string version() {
+    const std::string minor = std::to_string(versionMinor);
+    return std::to_string(versionMajor) + "." + (minor.size() < 2 ? "0" : "") + minor;
+}
+
+/// The version in the place that the text leaves for it.
+std::string versionLine(std::string text) {
+    constexpr std::string_view placeholder = "x.yy";
+    const std::size_t place = text.find(placeholder);
+    if (place == std::string::npos) return "Version " + version();
+    return text.replace(place, placeholder.size(), version());
+}
+
 }  // namespace
 
 Class& Velmora::classObject() {
@@ -49,6 +65,17 @@ Class& Velmora::classObject() {
              .method<&Velmora::setScriptsMenu>("setScriptsMenu:")
              .method<&Velmora::setMnemonicsTF>("setMnemonicsTF:")
              .method<&Velmora::showMnemonicPanel>("showMnemonicPanel:")
+             .method<&Velmora::setVmAboutPanel>("setVmAboutPanel:")
+             .method<&Velmora::setVersionTF>("setVersionTF:")
+             .method<&Velmora::manageGestures>("manageGestures:")
+             .method<&Velmora::manageMnemonics>("manageMnemonics:")
+             .method<&Velmora::manageShortcuts>("manageShortcuts:")
+             .method<&Velmora::manageTextSnippets>("manageTextSnippets:")
+             .method<&Velmora::manageScripts>("manageScripts:")
+             .method<&Velmora::runPreferences>("runPreferences:")
+             .method<&Velmora::defineMnemonics>("defineMnemonics:")
+             .method<&Velmora::runAbout>("runAbout:")
+             .method<&Velmora::windowWillClose>("windowWillClose:")
              .method<&Velmora::showHelp>("showHelp:")
              .method<&Velmora::gotoHome>("gotoHome:")
              .method<&Velmora::gotoKorvane>("gotoKorvane:");
@@ -172,6 +199,43 @@ void Velmora::setMnemonicsTF(const Id& field) {
     mnemonicsTF_ = std::dynamic_pointer_cast<NSTextField>(field);
 }
 
+void Velmora::setVmAboutPanel(const Id& panel) {
+    vmAboutPanel_ = std::dynamic_pointer_cast<NSPanel>(panel);
+}
+
+void Velmora::setVersionTF(const Id& field) {
+    versionTF_ = std::dynamic_pointer_cast<NSTextField>(field);
+}
+
+void Velmora::manageGestures(const Id& /*sender*/) {
+    gestures_->showPanel();
+}
+
+void Velmora::manageMnemonics(const Id& /*sender*/) {
+    mnemonics_->showPanel();
+}
+
+void Velmora::manageShortcuts(const Id& /*sender*/) {
+    shortcuts_->showPanel();
+}
+
+void Velmora::manageTextSnippets(const Id& /*sender*/) {
+    textSnippets_->showPanel();
+}
+
+void Velmora::manageScripts(const Id& /*sender*/) {
+    scripts_->showPanel();
+}
+
+void Velmora::runPreferences(const Id& /*sender*/) {
+    defaults_->showPanel();
+}
+
+void Velmora::defineMnemonics(const Id& /*sender*/) {
+    NSApp().stopModal();
+    manageMnemonics(shared_from_this());
+}
+
 void Velmora::showMnemonicPanel(const Id& /*sender*/) {
     if (!mnemonicPanel_ || !mnemonicsTF_ || mnemonicPanel_->isVisible()) return;
     const NSEventRef event = NSApp().currentEvent();
@@ -190,6 +254,21 @@ void Velmora::showMnemonicPanel(const Id& /*sender*/) {
     const int code = NSApp().runModalForWindow(*mnemonicPanel_);
     mnemonicPanel_->orderOut();
     if (code == 1) mnemonics_->executeMnemonic();
+}
+
+void Velmora::runAbout(const Id& /*sender*/) {
+    if (!vmAboutPanel_) {
+        NSBundle::bundleForClass().loadNibNamed_owner("AboutPanel", shared_from_this());
+        if (versionTF_) versionTF_->setStringValue(versionLine(versionTF_->stringValue()));
+    }
+    if (vmAboutPanel_) vmAboutPanel_->makeKeyAndOrderFront();
+}
+
+void Velmora::windowWillClose(const NSNotification& notification) {
+    if (!vmAboutPanel_ || notification.object != vmAboutPanel_.get()) return;
+    // The panel itself is telling this.
+    NSRunLoop::currentRunLoop().keepUntilNextPass(std::move(vmAboutPanel_));
+    vmAboutPanel_ = nullptr;
 }
 
 void Velmora::showHelp(const Id& /*sender*/) {

@@ -47,6 +47,21 @@ public:
     /// Puts the "Velmora" item into a further window's menu bar.
     void applicationDidShowMainMenu(const NSNotification& notification);
 
+    // Open the components' panels and that of the preferences.
+    void manageGestures(const Id& sender);
+    void manageMnemonics(const Id& sender);
+    void manageShortcuts(const Id& sender);
+    void manageTextSnippets(const Id& sender);
+    void manageScripts(const Id& sender);
+    void runPreferences(const Id& sender);
+    /// Ends the mnemonic panel and opens the panel in which mnemonics are defined.
+    void defineMnemonics(const Id& sender);
+
+    /// Opens the About panel, or brings an open one to the front.
+    void runAbout(const Id& sender);
+    /// The About panel closes: the next one is made anew.
+    void windowWillClose(const NSNotification& notification);
+
     void showHelp(const Id& sender);
     void gotoHome(const Id& sender);
     void gotoKorvane(const Id& sender);
@@ -57,6 +72,8 @@ private:
     void setTextSnippetsMenu(const Id& menu);
     void setScriptsMenu(const Id& menu);
     void setMnemonicsTF(const Id& field);
+    void setVmAboutPanel(const Id& panel);
+    void setVersionTF(const Id& field);
     std::vector<VelmoraCommon*> components() const;
     void createComponents();
     NSMenuItemRef installInMainMenu(NSMenu& mainMenu);
@@ -73,6 +90,9 @@ private:
     std::shared_ptr<VelmoraTextSnippets> textSnippets_;
     std::shared_ptr<VelmoraScripts> scripts_;
     std::shared_ptr<VelmoraDefaults> defaults_;
+    /// Null while it is not open.
+    NSPanelRef vmAboutPanel_;
+    std::shared_ptr<NSTextField> versionTF_;
 };
 
 }  // namespace velmora

@@ -136,7 +136,20 @@ void VelmoraDefaults::writeDefaults() {
 }
 
 void VelmoraDefaults::checkDefaults() {
-    if (readDefaults()) updateDefaults();
+    if (!readDefaults()) return;
+    updateDefaults();
+    if (ui_) message<void()>(*ui_, Selector::named("setValuesToUI"));
+}
+
+void VelmoraDefaults::showPanel() {
+    if (!ui_) {
+        // By its name: the controller is built on this class.
+        Class* controller = Class::named("VelmoraDefaultsUI");
+        ui_ = controller ? controller->alloc() : nullptr;
+        if (!ui_) return;
+        message<void(VelmoraDefaults&)>(*ui_, Selector::named("initWithDefaults:"), *this);
+    }
+    message<void()>(*ui_, Selector::named("show"));
 }
 
 void VelmoraDefaults::saveAndUpdateDefaults() {

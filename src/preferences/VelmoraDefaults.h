@@ -39,12 +39,15 @@ public:
     bool readDefaults();
     /// Writes all fields. The outcome is not checked.
     void writeDefaults();
-    /// readDefaults, and when it did, updateDefaults.
+    /// readDefaults, and when it did, updateDefaults; an open panel then shows the new values.
     void checkDefaults();
     void saveAndUpdateDefaults();
     /// Rebuilds the activation tables and passes the hue on.
     void updateDefaults();
     std::string globalDefaultsFileName();
+
+    /// Opens the preferences panel, whose controller is made on the first call and kept.
+    void showPanel();
 
     /// Compact masks: 1 Shift, 2 Control, 4 Option, 8 Command, 16 Function.
     std::uint32_t modifierForIndex(int index) const;
@@ -89,6 +92,7 @@ private:
     bool drawsFeedback_ = true;
     double flavor_ = 0.0;
     std::optional<NSDate> timeStamp_;
+    Id ui_;
     std::vector<std::weak_ptr<NSMenuItem>> vmMenu_;
 };
 
