@@ -105,7 +105,7 @@ const char* nameOf(char32_t character) {
 }  // namespace
 
 Class& VelmoraShortcutFormatter::classObject() {
-    static auto* object = new Class("VelmoraShortcutFormatter", &NSObject::classObject());
+    static auto* object = new Class("VelmoraShortcutFormatter", &NSFormatter::classObject());
     return *object;
 }
 

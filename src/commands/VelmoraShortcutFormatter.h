@@ -3,8 +3,7 @@
 #include <array>
 #include <string>
 
-#include "platform/foundation/PropertyList.h"
-#include "platform/runtime/NSObject.h"
+#include "platform/appkit/NSFormatter.h"
 
 namespace velmora {
 
@@ -12,13 +11,13 @@ namespace velmora {
 extern const std::array<const char*, 72> velmoraSpecialKeys;
 
 /// Shows a trigger string as a person reads it: the signs of the modifiers, then the key's name.
-class VelmoraShortcutFormatter final : public NSObject {
+class VelmoraShortcutFormatter final : public NSFormatter {
 public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
 
     /// "" for no value, for one that is no string, and for a trigger without a key.
-    std::string stringForObjectValue(const PropertyList* value) const;
+    std::string stringForObjectValue(const PropertyList* value) const override;
 };
 
 }  // namespace velmora

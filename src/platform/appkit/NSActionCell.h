@@ -19,13 +19,9 @@ public:
     Selector action() const { return action_; }
     void setAction(Selector action) { action_ = action; }
 
-    bool isEnabled() const { return enabled_; }
-    void setEnabled(bool enabled) { enabled_ = enabled; }
-
 private:
     std::weak_ptr<NSObject> target_;
     Selector action_;
-    bool enabled_ = true;
 };
 
 }  // namespace velmora

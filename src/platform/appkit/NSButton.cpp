@@ -15,24 +15,9 @@ Class& NSButton::classObject() {
     return *object;
 }
 
-void NSButton::setTitle(std::string title) {
-    buttonCell().setTitle(std::move(title));
-    setNeedsDisplay();
-}
-
-void NSButton::setImage(NSImageRef image) {
-    buttonCell().setImage(std::move(image));
-    setNeedsDisplay();
-}
-
-void NSButton::setImageSize(NSSize size) {
-    buttonCell().setImageSize(size);
-    setNeedsDisplay();
-}
-
-void NSButton::setImagePosition(NSCellImagePosition position) {
-    buttonCell().setImagePosition(position);
-    setNeedsDisplay();
+void NSButton::performClick(const Id& sender) {
+    if (isEnabled()) buttonCell().setNextState();
+    NSControl::performClick(sender);
 }
 
 }  // namespace velmora

@@ -12,6 +12,8 @@ struct NSColor {
     static NSColor clearColor() { return {0, 0, 0, 0}; }
     static NSColor whiteColor() { return {1, 1, 1, 1}; }
     static NSColor blackColor() { return {0, 0, 0, 1}; }
+    static NSColor redColor() { return {1, 0, 0, 1}; }
+    static NSColor lightGrayColor() { return {2.0F / 3, 2.0F / 3, 2.0F / 3, 1}; }
     static NSColor colorWithCalibratedRed_green_blue_alpha(float red, float green, float blue,
                                                            float alpha) {
         return {red, green, blue, alpha};

@@ -1,8 +1,21 @@
 #include "platform/appkit/NSContentView.h"
 
+#include <algorithm>
+
 #include "platform/appkit/NSPanel.h"
 
 namespace velmora {
+
+namespace {
+
+/// The control that has this place, or null for a label.
+NSControlRef controlOf(const NSContentView::Cell& cell) {
+    if (const auto* row = std::get_if<NSContentView::MatrixRow>(&cell)) return row->matrix;
+    const auto* control = std::get_if<NSControlRef>(&cell);
+    return control ? *control : nullptr;
+}
+
+}  // namespace
 
 NSContentView::NSContentView(NSPanel& panel, std::vector<Row> rows)
     : panel_(&panel), rows_(std::move(rows)) {
@@ -13,10 +26,20 @@ std::vector<NSControlRef> NSContentView::subviews() const {
     std::vector<NSControlRef> found;
     for (const Row& row : rows_) {
         for (const Cell& cell : row) {
-            if (const auto* control = std::get_if<NSControlRef>(&cell)) found.push_back(*control);
+            const NSControlRef control = controlOf(cell);
+            const bool isNew =
+                control && std::find(found.begin(), found.end(), control) == found.end();
+            if (isNew) found.push_back(control);
         }
     }
     return found;
+}
+
+NSControlRef NSContentView::viewWithTag(int tag) const {
+    for (const NSControlRef& control : subviews()) {
+        if (control->tag() == tag) return control;
+    }
+    return nullptr;
 }
 
 void NSContentView::addSubview(const NSControlRef& control) {
@@ -30,10 +53,7 @@ void NSContentView::remove(NSControl& control) {
     const auto kept = std::static_pointer_cast<NSControl>(control.shared_from_this());
     control.superview_ = nullptr;
     for (Row& row : rows_) {
-        std::erase_if(row, [&](const Cell& cell) {
-            const auto* held = std::get_if<NSControlRef>(&cell);
-            return held && *held == kept;
-        });
+        std::erase_if(row, [&](const Cell& cell) { return controlOf(cell) == kept; });
     }
     changed();
 }

@@ -6,27 +6,38 @@
 #include <vector>
 
 #include "platform/appkit/NSControl.h"
+#include "platform/appkit/NSMatrix.h"
 #include "platform/appkit/NSTextField.h"
 
 namespace velmora {
 
 class NSPanel;
 
-/// What a panel shows: rows of labels, fields and controls. The panel owns it.
+/// What a panel shows: rows of labels and controls. The panel owns it.
 class NSContentView final : public NSView {
 public:
     /// A text that is only shown.
     struct Label {
         std::string text;
     };
-    using Cell = std::variant<Label, std::shared_ptr<NSTextField>, NSControlRef>;
+    /// One row of a matrix, each of its cells in a place of its own, so that the matrix lines up
+    /// with what else is in the panel's rows.
+    struct MatrixRow {
+        MatrixRow(NSMatrixRef shown, int index) : matrix(std::move(shown)), row(index) {}
+        NSMatrixRef matrix;
+        int row;
+    };
+    using Cell = std::variant<Label, NSControlRef, MatrixRow>;
     using Row = std::vector<Cell>;
 
     NSContentView(NSPanel& panel, std::vector<Row> rows);
 
     /// The place of a row does not change; one whose only control was removed is empty.
     const std::vector<Row>& rows() const { return rows_; }
+    /// A matrix whose rows are shown one by one comes once.
     std::vector<NSControlRef> subviews() const;
+    /// The first control with the tag, or null.
+    NSControlRef viewWithTag(int tag) const;
 
     /// Adds a row with the control at the end; takes it out of where it was before.
     void addSubview(const NSControlRef& control);

@@ -6,14 +6,49 @@
 
 namespace velmora {
 
+namespace {
+
+[[maybe_unused]] const Class& registered = NSControl::classObject();
+
+}  // namespace
+
 Class& NSControl::classObject() {
-    static auto* object = new Class("NSControl", &NSView::classObject());
+    static auto* object = &(new Class("NSControl", &NSView::classObject()))->makes<NSControl>();
     return *object;
 }
 
-void NSControl::setEnabled(bool enabled) {
-    cell_->setEnabled(enabled);
+NSControl::NSControl(NSCellRef cell) : cell_(std::move(cell)) {
+    cell_->setControlView(this);
+}
+
+NSControl::~NSControl() {
+    if (cell_->controlView() == this) cell_->setControlView(nullptr);
+}
+
+void NSControl::setCell(const NSCellRef& cell) {
+    if (!cell) return;
+    if (cell_->controlView() == this) cell_->setControlView(nullptr);
+    cell_ = cell;
+    cell_->setControlView(this);
     setNeedsDisplay();
+}
+
+Id NSControl::target() const {
+    const auto* cell = dynamic_cast<const NSActionCell*>(cell_.get());
+    return cell ? cell->target() : nullptr;
+}
+
+void NSControl::setTarget(const Id& target) {
+    if (auto* cell = dynamic_cast<NSActionCell*>(cell_.get())) cell->setTarget(target);
+}
+
+Selector NSControl::action() const {
+    const auto* cell = dynamic_cast<const NSActionCell*>(cell_.get());
+    return cell ? cell->action() : Selector();
+}
+
+void NSControl::setAction(Selector action) {
+    if (auto* cell = dynamic_cast<NSActionCell*>(cell_.get())) cell->setAction(action);
 }
 
 bool NSControl::sendAction_to(Selector action, const Id& target) {
@@ -21,7 +56,7 @@ bool NSControl::sendAction_to(Selector action, const Id& target) {
 }
 
 void NSControl::performClick(const Id& /*sender*/) {
-    if (isEnabled()) sendAction_to(action(), target());
+    if (isEnabled()) sendAction();
 }
 
 void NSControl::drawRect(NSRect /*rect*/) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/appkit/NSActionCell.h"
 #include "platform/appkit/NSView.h"
@@ -28,24 +29,43 @@ public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
 
-    explicit NSControl(std::shared_ptr<NSActionCell> cell) : cell_(std::move(cell)) {}
+    /// One that only shows its cell, with nothing in it yet.
+    NSControl() : NSControl(std::make_shared<NSActionCell>()) {}
+    explicit NSControl(NSCellRef cell);
+    ~NSControl() override;
 
-    const std::shared_ptr<NSActionCell>& cell() const { return cell_; }
+    const NSCellRef& cell() const { return cell_; }
+    /// The cell shows the control from here on. A control whose class says what its cell is keeps
+    /// to that.
+    void setCell(const NSCellRef& cell);
 
-    // Of its cell
+    /// What the control is called in its interface file; "" for none. The user does not see it.
+    const std::string& name() const { return name_; }
+    void setName(std::string name) { name_ = std::move(name); }
 
-    Id target() const { return cell_->target(); }
-    void setTarget(const Id& target) { cell_->setTarget(target); }
-    Selector action() const { return cell_->action(); }
-    void setAction(Selector action) { cell_->setAction(action); }
+    int tag() const { return tag_; }
+    void setTag(int tag) { tag_ = tag; }
+
+    // Of its cell. One that nobody can act on has no target and no action.
+
+    Id target() const;
+    void setTarget(const Id& target);
+    Selector action() const;
+    void setAction(Selector action);
     bool isEnabled() const { return cell_->isEnabled(); }
-    void setEnabled(bool enabled);
+    void setEnabled(bool enabled) { cell_->setEnabled(enabled); }
+    const std::string& stringValue() const { return cell_->stringValue(); }
+    virtual void setStringValue(const std::string& text) { cell_->setStringValue(text); }
+    virtual int intValue() const { return cell_->intValue(); }
+    virtual void setIntValue(int value) { cell_->setIntValue(value); }
+    virtual double doubleValue() const { return cell_->doubleValue(); }
+    virtual void setDoubleValue(double value) { cell_->setObjectValue(PropertyList(value)); }
 
     /// False when the target (the application, where that is null) does not respond.
     bool sendAction_to(Selector action, const Id& target);
 
     /// Does what a click by the user does; while it is not enabled, nothing.
-    void performClick(const Id& sender);
+    virtual void performClick(const Id& sender);
 
     /// The desktop asks for it when the rectangle of the control is to be drawn. What overrides it
     /// calls it, for the control's own look.
@@ -53,6 +73,9 @@ public:
 
     /// Takes the control out of its panel. It may be freed by that.
     virtual void removeFromSuperviewWithoutNeedingDisplay();
+
+    /// A cell of the control has changed.
+    virtual void updateCell() { setNeedsDisplay(); }
 
     // It is none of the views that a gesture can start over.
     NSViewRef hitTest(NSPoint /*point*/) override { return nullptr; }
@@ -68,14 +91,18 @@ public:
 
 protected:
     void setNeedsDisplay();
+    /// Sends the control's action to its target, if it has one.
+    void sendAction() { sendAction_to(action(), target()); }
 
 private:
     friend class NSContentView;
 
-    std::shared_ptr<NSActionCell> cell_;
+    NSCellRef cell_;
+    std::string name_;
     /// The one that holds this control; it outlives its place in it.
     NSContentView* superview_ = nullptr;
     ControlPeer* peer_ = nullptr;
+    int tag_ = 0;
 };
 
 using NSControlRef = std::shared_ptr<NSControl>;

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/appkit/NSContentDrawer.h"
 #include "platform/appkit/NSContentView.h"
 #include "platform/appkit/NSWindow.h"
 
@@ -30,13 +31,28 @@ public:
     /// Controls were added to the panel's content view, or removed from it.
     virtual void contentChanged() = 0;
 
+    // A desktop that does without these shows the panel all the same.
+
+    /// The place that the panel had before; what of it is off the screen is brought back.
+    virtual void setFrame(NSRect frame) { setFrameOrigin(frame.origin); }
+    virtual void titleChanged() {}
+    /// The panel has a drawer that is to be open or closed.
+    virtual void drawerChanged() {}
+    /// Another control of the panel is to have the keyboard.
+    virtual void firstResponderChanged() {}
+    /// As makeKeyAndOrderFront, but the panel belongs to the other one, which takes no input
+    /// meanwhile.
+    virtual void beginSheet(NSPanel& /*parent*/) { makeKeyAndOrderFront(); }
+
     /// Lets the host go on, with the panel as the only window that takes input, until endModal is
     /// called, the user closes the panel, or the application quits.
     virtual void runModal() = 0;
     virtual void endModal() = 0;
 };
 
-/// A window of our own: rows of labels, fields and controls under a title.
+/// A window of our own: rows of labels and controls under a title, and maybe a drawer. Its delegate
+/// may answer `windowWillClose:` (`void(const NSNotification&)`, the panel is the object), which
+/// comes once the panel no longer shows; the panel may be let go by it.
 class NSPanel final : public NSWindow {
 public:
     static Class& classObject();
@@ -44,6 +60,7 @@ public:
 
     using Label = NSContentView::Label;
     using Cell = NSContentView::Cell;
+    using MatrixRow = NSContentView::MatrixRow;
     using Row = NSContentView::Row;
 
     NSPanel(std::string title, std::vector<Row> rows);
@@ -51,9 +68,20 @@ public:
     ~NSPanel() override;
 
     const std::string& title() const { return title_; }
+    void setTitle(std::string title);
+    /// Not kept alive.
+    Id delegate() const { return delegate_.lock(); }
+    void setDelegate(const Id& delegate) { delegate_ = delegate; }
     const std::vector<Row>& rows() const { return content_->rows(); }
     std::vector<NSControlRef> controls() const { return content_->subviews(); }
     std::shared_ptr<NSView> contentView() override { return content_; }
+    /// The first control with the tag, or null.
+    NSControlRef viewWithTag(int tag) const { return content_->viewWithTag(tag); }
+    /// The control of that name, the drawer's included; null without one.
+    NSControlRef controlNamed(const std::string& name) const;
+    /// Null without one.
+    const NSContentDrawerRef& drawer() const { return drawer_; }
+    void setDrawer(const NSContentDrawerRef& drawer);
     /// To its content view.
     void addSubview(const NSControlRef& control) { content_->addSubview(control); }
 
@@ -66,17 +94,52 @@ public:
     void makeKeyWindow() override;
     bool isVisible();
 
+    /// Hides the panel and tells the delegate; nothing while it does not show.
+    void performClose(const Id& sender);
+    void close();
+
+    /// The panel is brought to where it was when it last closed under that name, in whichever
+    /// process, and its place is kept under it from here on.
+    void setFrameAutosaveName(const std::string& name);
+    /// The file in which the frames are kept, one for the whole process; without it none is.
+    static void setFrameFile(const std::string& path);
+
+    /// The control that has the keyboard; null while nobody has said.
+    NSResponderRef firstResponder() override { return firstResponder_.lock(); }
+    /// Only for controls of the panel that take the keyboard, and null.
+    bool makeFirstResponder(const NSResponderRef& responder) override;
+
+    /// The alert that is open over the panel and blocks it, or null.
+    const std::shared_ptr<NSObject>& attachedSheet() const { return attachedSheet_; }
+    void setAttachedSheet(std::shared_ptr<NSObject> sheet) { attachedSheet_ = std::move(sheet); }
+
     // It is none of the windows that a gesture can start over.
     std::vector<std::shared_ptr<NSDrawer>> drawers() override { return {}; }
     int windowNumber() override { return 0; }
 
+    // For desktops
+
     PanelPeer& peer();
+    /// The user has closed the panel, which no longer shows. The panel and its peer may be gone
+    /// when this returns.
+    void userClosed();
+    /// The user has given the keyboard to the control.
+    void userFocused(const NSControlRef& control) { firstResponder_ = control; }
+    /// The panel is about to be hidden: what is kept of its frame is brought up to date.
+    void saveFrame();
+    void drawerChanged();
 
 private:
     friend class NSContentView;
     void contentChanged();
+    bool holds(const NSControl& control) const;
 
     std::string title_;
+    std::string frameAutosaveName_;
+    std::weak_ptr<NSObject> delegate_;
+    std::weak_ptr<NSControl> firstResponder_;
+    NSContentDrawerRef drawer_;
+    std::shared_ptr<NSObject> attachedSheet_;
     std::shared_ptr<NSContentView> content_;
     std::unique_ptr<PanelPeer> peer_;
 };

@@ -9,36 +9,41 @@ namespace {
 
 constexpr std::string_view textDidChange = "NSControlTextDidChangeNotification";
 
+[[maybe_unused]] const Class& registered = NSTextField::classObject();
+
 }  // namespace
 
-Class& NSTextView::classObject() {
-    static auto* object = new Class("NSTextView", &NSObject::classObject());
-    return *object;
-}
-
 Class& NSTextField::classObject() {
-    static auto* object = new Class("NSTextField", &NSObject::classObject());
+    static auto* object =
+        &(new Class("NSTextField", &NSControl::classObject()))->makes<NSTextField>();
     return *object;
 }
 
 void NSTextField::setStringValue(const std::string& text) {
-    stringValue_ = text;
+    edited_ = false;
+    cell()->setStringValue(text);
     if (editor_) editor_->setString(text);
     if (showText_) showText_(text);
+}
+
+void NSTextField::setEditable(bool editable) {
+    editable_ = editable;
+    setNeedsDisplay();
 }
 
 NSTextView& NSTextField::editor() {
     if (!editor_) {
         editor_ = std::make_shared<NSTextView>();
-        editor_->setString(stringValue_);
+        editor_->setString(stringValue());
     }
     return *editor_;
 }
 
 void NSTextField::userChangedText(const std::string& text) {
-    if (text == stringValue_) return;
+    if (!editable_ || text == stringValue()) return;
+    edited_ = true;
     editor().setString(text);
-    stringValue_ = text;
+    cell()->setStringValue(text);
     static const Selector selector = Selector::named("controlTextDidChange:");
     const Id delegate = delegate_.lock();
     if (delegate && delegate->respondsToSelector(selector)) {
@@ -54,6 +59,11 @@ bool NSTextField::userCommanded(Selector command) {
     editor();
     return message<bool(NSTextField&, const Id&, Selector)>(*delegate, selector, *this, editor_,
                                                             command);
+}
+
+void NSTextField::userEndedEditing() {
+    if (!std::exchange(edited_, false)) return;
+    sendAction();
 }
 
 }  // namespace velmora

@@ -89,12 +89,9 @@ void HeadlessPanel::runModal() {
 }
 
 NSTextField* HeadlessPanel::field() const {
-    for (const NSPanel::Row& row : panel_.rows()) {
-        for (const NSPanel::Cell& cell : row) {
-            if (const auto* field = std::get_if<std::shared_ptr<NSTextField>>(&cell)) {
-                return field->get();
-            }
-        }
+    for (const NSControlRef& control : panel_.controls()) {
+        auto* field = dynamic_cast<NSTextField*>(control.get());
+        if (field && field->isEditable()) return field;
     }
     return nullptr;
 }
@@ -120,7 +117,9 @@ void HeadlessPanel::keyDown(const NSEvent& event) {
 
 void HeadlessPanel::userCloses() {
     ended_ = true;
+    if (visible_) panel_.saveFrame();
     orderOut();
+    panel_.userClosed();
 }
 
 }  // namespace velmora

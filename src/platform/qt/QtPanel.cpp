@@ -171,11 +171,13 @@ void QtPanel::addRow(QGridLayout& grid, const NSPanel::Row& cells, int row) {
             grid.addWidget(label, row, column++);
             continue;
         }
-        if (const auto* control = std::get_if<NSControlRef>(&cell)) {
+        const auto* control = std::get_if<NSControlRef>(&cell);
+        if (!control) continue;
+        const auto field = std::dynamic_pointer_cast<NSTextField>(*control);
+        if (!field) {
             if (QWidget* widget = makeControl(*control)) grid.addWidget(widget, row, column++);
             continue;
         }
-        const auto& field = std::get<std::shared_ptr<NSTextField>>(cell);
         QLineEdit* edit = makeField(field, label ? label->text() : dialog_->windowTitle());
         if (label) label->setBuddy(edit);
         grid.addWidget(edit, row, column++);
@@ -324,6 +326,8 @@ void QtPanel::endModal() {
 void QtPanel::dismissed() {
     wanted_ = false;
     endModal();
+    // By what this tells, the panel and this may go.
+    panel_.userClosed();
 }
 
 }  // namespace velmora

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "platform/foundation/PropertyList.h"
+#include "platform/runtime/NSObject.h"
+
+namespace velmora {
+
+/// Turns a cell's value into what the cell shows.
+class NSFormatter : public NSObject {
+public:
+    static Class& classObject();
+    Class& isa() const override { return classObject(); }
+
+    /// `value` is null for none.
+    virtual std::string stringForObjectValue(const PropertyList* value) const = 0;
+};
+
+using NSFormatterRef = std::shared_ptr<const NSFormatter>;
+
+}  // namespace velmora
