@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/foundation/PropertyListFile.h"
+#include "platform/headless/PanelStepParser.h"
 #include "platform/headless/ScenarioTables.h"
 
 namespace velmora {
@@ -127,6 +128,8 @@ ParsedExpectation parseExpectation(ScenarioText& text, ScenarioLine& line) {
         expected.frame = line.frame();
         if (line.take("alpha")) expected.alpha = line.number("an opacity", 0, 1);
         parsed.what = expected;
+    } else if (auto inPanel = parsePanelExpectation(line)) {
+        parsed.what = std::move(*inPanel);
     } else if (parseHappened(line, parsed)) {
         // Read to its end.
     } else if (line.take("in order")) {

@@ -62,7 +62,7 @@ void HeadlessDesktop::record(Transcript::Kind kind, std::string text) {
 }
 
 void HeadlessDesktop::dispatchEvent(const NSEventRef& event) {
-    if (givenToPanel(*event)) return;
+    if (givenToPanel(event)) return;
     if (session_.transcript().isOn()) record(kindOf(*event), describeEvent(*event));
     if (event->type() != NSKeyDown || runKeyEquivalent(*event)) return;
     const auto window = keyWindow_.lock();
@@ -70,11 +70,11 @@ void HeadlessDesktop::dispatchEvent(const NSEventRef& event) {
     if (focused) focused->keyDown(*event);
 }
 
-bool HeadlessDesktop::givenToPanel(const NSEvent& event) {
-    const bool isKey = event.type() == NSKeyDown || event.type() == NSKeyUp;
+bool HeadlessDesktop::givenToPanel(const NSEventRef& event) {
+    const bool isKey = event->type() == NSKeyDown || event->type() == NSKeyUp;
     HeadlessPanel* panel = keyPanel();
     if (!panel || (modal_.empty() && !isKey)) return false;
-    if (event.type() == NSKeyDown) panel->keyDown(event);
+    if (event->type() == NSKeyDown) panel->keyDown(event);
     return true;
 }
 

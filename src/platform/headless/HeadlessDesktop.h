@@ -124,7 +124,7 @@ public:
 private:
     void commandRan(NSMenuItem& item);
     bool runKeyEquivalent(const NSEvent& event);
-    bool givenToPanel(const NSEvent& event);
+    bool givenToPanel(const NSEventRef& event);
 
     HeadlessSession& session_;
     std::string processName_;

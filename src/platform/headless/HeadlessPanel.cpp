@@ -56,6 +56,7 @@ void HeadlessPanel::makeKeyAndOrderFront() {
 void HeadlessPanel::contentChanged() {
     const auto rows = static_cast<float>(panel_.rows().size());
     frame_.size = {width, heightWithoutRows + rowHeight * rows};
+    watchTables();
     if (visible_) drawControls();
 }
 
@@ -88,12 +89,30 @@ void HeadlessPanel::runModal() {
     desktop_.endModal(*this);
 }
 
-NSTextField* HeadlessPanel::field() const {
+void HeadlessPanel::watchTables() {
+    tables_.clear();
     for (const NSControlRef& control : panel_.controls()) {
-        auto* field = dynamic_cast<NSTextField*>(control.get());
-        if (field && field->isEditable()) return field;
+        if (auto table = std::dynamic_pointer_cast<NSTableView>(control)) {
+            tables_.push_back(std::make_unique<HeadlessTable>(std::move(table)));
+        }
     }
-    return nullptr;
+}
+
+NSControlRef HeadlessPanel::focused() const {
+    if (auto control = std::dynamic_pointer_cast<NSControl>(panel_.firstResponder())) {
+        return control;
+    }
+    const std::vector<NSControlRef> controls = panel_.controls();
+    for (const NSControlRef& control : controls) {
+        if (dynamic_cast<NSTextField*>(control.get()) && control->acceptsFirstResponder()) {
+            return control;
+        }
+    }
+    return tables_.empty() ? nullptr : tables_.front()->table();
+}
+
+NSTextField* HeadlessPanel::field() const {
+    return dynamic_cast<NSTextField*>(focused().get());
 }
 
 NSButtonRef HeadlessPanel::buttonTitled(const std::string& title) const {
@@ -104,14 +123,39 @@ NSButtonRef HeadlessPanel::buttonTitled(const std::string& title) const {
     return nullptr;
 }
 
-void HeadlessPanel::keyDown(const NSEvent& event) {
-    NSTextField* field = this->field();
-    if (const Selector command = commandOf(event)) {
-        if (field && field->userCommanded(command)) return;
-        if (command.name() == "cancel:") userCloses();
+bool HeadlessPanel::clickButtonWithKey(const std::string& key) {
+    for (const NSControlRef& control : panel_.controls()) {
+        const auto button = std::dynamic_pointer_cast<NSButton>(control);
+        if (!button || button->keyEquivalent() != key || !button->isEnabled()) continue;
+        button->performClick(nullptr);
+        return true;
+    }
+    return false;
+}
+
+void HeadlessPanel::keyDown(const NSEventRef& event) {
+    const NSControlRef focused = this->focused();
+    const auto field = std::dynamic_pointer_cast<NSTextField>(focused);
+    const auto area = std::dynamic_pointer_cast<NSTextView>(focused);
+    const auto table = std::dynamic_pointer_cast<NSTableView>(focused);
+    const Selector command = commandOf(*event);
+    const bool isEscape = command && command.name() == "cancel:";
+    if (field && command) {
+        if (field->userCommanded(command)) return;
+        if (!isEscape) field->userEndedEditing();
+    }
+    if (isEscape) {
+        if (!clickButtonWithKey("\x1B")) userCloses();
+    } else if (table && !command) {
+        table->userPressedKey(event);
+    } else if (area && area->isEditable()) {
+        std::string text = area->string();
+        if (typeIntoText(text, *event)) area->userChangedText(text);
+    } else if (command) {
+        if (command.name() == "insertNewline:") clickButtonWithKey("\r");
     } else if (field) {
         std::string text = field->stringValue();
-        if (typeIntoText(text, event)) field->userChangedText(text);
+        if (typeIntoText(text, *event)) field->userChangedText(text);
     }
 }
 

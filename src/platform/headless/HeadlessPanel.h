@@ -2,14 +2,15 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/appkit/NSButton.h"
 #include "platform/appkit/NSPanel.h"
+#include "platform/headless/HeadlessTable.h"
 
 namespace velmora {
 
 class HeadlessDesktop;
-class NSEvent;
 
 /// The window of a panel: 300 points wide, and 40 high with 24 more for each row. The panel owns
 /// it; the desktop must outlive it. Its controls are drawn when it comes up, and when one is added.
@@ -36,22 +37,29 @@ public:
 
     // For the desktop and whoever plays the user
 
+    NSPanel& panel() { return panel_; }
     const std::string& title() const { return panel_.title(); }
-    /// The first field has the keys; without one, null.
+    /// The field that has the keys, or the first one; without one, null.
     NSTextField* field() const;
     /// The first button of that title, shown or not; without one, null.
     NSButtonRef buttonTitled(const std::string& title) const;
     /// A key that the user presses while the panel is key. An Escape that nobody wants closes it.
-    void keyDown(const NSEvent& event);
+    void keyDown(const NSEventRef& event);
     /// What the button in its title bar does.
     void userCloses();
 
 private:
+    /// What the user has given the keys to, else the first field, else the first table; maybe null.
+    NSControlRef focused() const;
+    /// False without a button that the key clicks.
+    bool clickButtonWithKey(const std::string& key);
+    void watchTables();
     /// As a window does when it comes up.
     void drawControls();
 
     HeadlessDesktop& desktop_;
     NSPanel& panel_;
+    std::vector<std::unique_ptr<HeadlessTable>> tables_;
     NSRect frame_;
     bool visible_ = false;
     bool ended_ = false;

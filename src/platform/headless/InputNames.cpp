@@ -31,7 +31,7 @@ struct NamedKey {
     std::uint32_t flags;
 };
 // The keys without a character of their own send one of the platform's private ones, from U+F700.
-constexpr std::array<NamedKey, 25> namedKeys = {{
+constexpr std::array<NamedKey, 26> namedKeys = {{
     {"space", " ", 0},
     {"return", "\r", 0},
     {"tab", "\t", 0},
@@ -53,6 +53,7 @@ constexpr std::array<NamedKey, 25> namedKeys = {{
     {"f10", "\uF70D", NSFunctionKeyMask},
     {"f11", "\uF70E", NSFunctionKeyMask},
     {"f12", "\uF70F", NSFunctionKeyMask},
+    {"forwarddelete", "\uF728", NSFunctionKeyMask},
     {"home", "\uF729", NSFunctionKeyMask},
     {"end", "\uF72B", NSFunctionKeyMask},
     {"pageup", "\uF72C", NSFunctionKeyMask},

@@ -26,8 +26,8 @@ struct Key {
     std::uint32_t flags = 0;
 };
 
-/// The key of that name: one character, or space, return, tab, escape, delete, left, right, up,
-/// down, home, end, pageup, pagedown or f1 to f12.
+/// The key of that name: one character, or space, return, tab, escape, delete, forwarddelete, left,
+/// right, up, down, home, end, pageup, pagedown or f1 to f12.
 std::optional<Key> keyNamed(std::string_view name);
 
 /// An event in words: "right down", "key down a", "flags control+shift", "moved".

@@ -7,6 +7,7 @@
 #include <variant>
 #include <vector>
 
+#include "platform/appkit/NSColor.h"
 #include "platform/foundation/FileSystem.h"
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/Time.h"
@@ -79,6 +80,32 @@ struct ClosePanelStep {};
 /// Clicks a button in the panel of ours that takes the keys.
 struct ClickButtonStep {
     std::string title;
+};
+
+/// What the user does in the panel of ours that takes the keys.
+struct PanelStep {
+    enum class Act {
+        selectRows,  ///< these rows of the table, and no others
+        clickCell,   ///< of the table: the row and the column of that name
+        doubleClickCell,
+        chooseInCell,  ///< the item of that path, in the cell's menu
+        typeInCell,    ///< the text takes the place of the cell's
+        dragRows,      ///< to before the row of that number, or onto it
+        pressInTable,  ///< the mouse button of that number
+        clickMatrix,   ///< the cell with that tag, in the matrix of that name
+        moveSlider,
+        typeInControl,  ///< the text takes the place of the field's or the text area's
+        focus,
+        movePanel
+    };
+    Act act = Act::selectRows;
+    std::string name;
+    std::string text;
+    std::vector<int> rows;
+    int number = 0;
+    double value = 0;
+    NSPoint point;
+    bool onto = false;
 };
 
 struct ScrollStep {
@@ -183,6 +210,24 @@ struct ButtonExpectation {
     std::string title;
 };
 
+/// What is to be seen in the panel of ours that takes the keys.
+struct PanelStateExpectation {
+    enum class Check {
+        rows,  ///< of the table: the texts of each row's cells, with "|" between them
+        selectedRows,
+        columns,     ///< their titles
+        control,     ///< the control of that name: its text or number, or on or off
+        matrixCell,  ///< the cell with that tag in the matrix of that name: the same
+        color,       ///< of its text
+        drawer       ///< open or closed
+    };
+    Check check = Check::rows;
+    std::string name;
+    int number = 0;
+    NSColor color;
+    std::vector<std::string> wanted;
+};
+
 /// The window of ours that is only drawn, the trace of a stroke; none without a frame.
 struct TraceWindowExpectation {
     std::optional<NSRect> frame;
@@ -214,12 +259,12 @@ struct Statement {
     /// The statement as it was written.
     std::string text;
     std::variant<LaunchStep, QuitStep, InStep, ActivationStep, ButtonStep, ModifierStep, MoveStep,
-                 KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ClickButtonStep, ScrollStep,
-                 WaitStep, ChooseStep, FileStep, MenuStep, WindowStep, ProcessStep,
+                 KeyStep, TypeStep, FocusTextStep, ClosePanelStep, ClickButtonStep, PanelStep,
+                 ScrollStep, WaitStep, ChooseStep, FileStep, MenuStep, WindowStep, ProcessStep,
                  HappenedExpectation, OrderExpectation, FileExpectation, MenuExpectation,
-                 ItemExpectation, KeyWindowExpectation, PanelExpectation, ButtonExpectation,
-                 TraceWindowExpectation, TextExpectation, ScrollExpectation, CursorExpectation,
-                 TimeExpectation>
+                 ItemExpectation, KeyWindowExpectation, PanelExpectation, PanelStateExpectation,
+                 ButtonExpectation, TraceWindowExpectation, TextExpectation, ScrollExpectation,
+                 CursorExpectation, TimeExpectation>
         what;
 };
 

@@ -8,6 +8,7 @@
 #include "platform/foundation/PropertyListFile.h"
 #include "platform/headless/HeadlessScrollView.h"
 #include "platform/headless/HeadlessText.h"
+#include "platform/headless/PanelUser.h"
 #include "platform/headless/ScenarioPlayer.h"
 #include "platform/headless/ScenarioTables.h"
 
@@ -158,6 +159,13 @@ void ScenarioPlayer::act(const PanelExpectation& expected) {
     } else if (panel && expected.origin && panel->frame().origin != *expected.origin) {
         failed(coordinates(*expected.origin), coordinates(panel->frame().origin));
     }
+}
+
+void ScenarioPlayer::act(const PanelStateExpectation& expected) {
+    HeadlessPanel* panel = host().keyPanel();
+    if (!panel) return failed(list(expected.wanted), "no panel");
+    const std::vector<std::string> seen = PanelUser(panel->panel()).look(expected);
+    if (seen != expected.wanted) failed(list(expected.wanted), list(seen));
 }
 
 void ScenarioPlayer::act(const TraceWindowExpectation& expected) {

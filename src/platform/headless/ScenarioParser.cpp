@@ -6,6 +6,7 @@
 
 #include "platform/headless/ExpectationParser.h"
 #include "platform/headless/HostParser.h"
+#include "platform/headless/PanelStepParser.h"
 #include "platform/headless/ScenarioText.h"
 #include "platform/headless/StepParser.h"
 #include "platform/headless/TypingParser.h"
@@ -88,8 +89,8 @@ private:
             return;
         }
         const std::size_t before = statements.size();
-        if (!parseUserStep(line, statements) && !parseTypingStep(line, statements) &&
-            !parseHostStep(text_, line, statements)) {
+        if (!parsePanelStep(line, statements) && !parseUserStep(line, statements) &&
+            !parseTypingStep(line, statements) && !parseHostStep(text_, line, statements)) {
             line.fail("unknown statement: " + line.word("a statement"));
         }
         wantHost(line);

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "platform/appkit/NSApplication.h"
+#include "platform/headless/PanelUser.h"
 
 namespace velmora {
 
@@ -183,6 +184,13 @@ void ScenarioPlayer::act(const ClickButtonStep& step) {
     } else {
         button->performClick(nullptr);
     }
+}
+
+void ScenarioPlayer::act(const PanelStep& step) {
+    HeadlessPanel* panel = host().keyPanel();
+    if (!panel) return fail("no panel is shown");
+    const std::string fault = PanelUser(panel->panel()).act(step, session_.user().modifierFlags());
+    if (!fault.empty()) fail(fault);
 }
 
 void ScenarioPlayer::act(const ScrollStep& step) {

@@ -55,6 +55,7 @@ private:
     void act(const FocusTextStep& step);
     void act(const ClosePanelStep& step);
     void act(const ClickButtonStep& step);
+    void act(const PanelStep& step);
     void act(const ScrollStep& step);
     void act(const WaitStep& step);
     void act(const ChooseStep& step);
@@ -69,6 +70,7 @@ private:
     void act(const ItemExpectation& expected);
     void act(const KeyWindowExpectation& expected);
     void act(const PanelExpectation& expected);
+    void act(const PanelStateExpectation& expected);
     void act(const ButtonExpectation& expected);
     void act(const TraceWindowExpectation& expected);
     void act(const TextExpectation& expected);

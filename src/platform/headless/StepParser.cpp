@@ -4,6 +4,7 @@
 
 #include "platform/foundation/PropertyListFile.h"
 #include "platform/headless/HostParser.h"
+#include "platform/headless/PanelStepParser.h"
 #include "platform/headless/ScenarioTables.h"
 
 namespace velmora {
@@ -142,6 +143,15 @@ void parseDraw(ScenarioLine& line, std::vector<Statement>& statements) {
     if (!flags.empty()) add("let go" + keys, ModifierStep{flags, false});
 }
 
+/// "PATH", of the menu bar; in row N column "ID", of the menu in that cell.
+Statement parseChoose(ScenarioLine& line) {
+    std::string path = line.word("a menu path");
+    auto inCell = parsePlaceInPanel(line, PanelStep::Act::chooseInCell, std::nullopt);
+    if (!inCell) return lineStatement(line, ChooseStep{std::move(path)});
+    inCell->text = std::move(path);
+    return lineStatement(line, std::move(*inCell));
+}
+
 Statement parseKey(ScenarioLine& line) {
     KeyStep step;
     const std::string name = line.word("a key");
@@ -254,7 +264,7 @@ bool parseUserStep(ScenarioLine& line, std::vector<Statement>& statements) {
     } else if (line.take("wait")) {
         statements.push_back(lineStatement(line, WaitStep{line.duration()}));
     } else if (line.take("choose")) {
-        statements.push_back(lineStatement(line, ChooseStep{line.word("a menu path")}));
+        statements.push_back(parseChoose(line));
     } else if (line.take("activate")) {
         statements.push_back(lineStatement(line, ActivationStep{true}));
     } else if (line.take("resign")) {

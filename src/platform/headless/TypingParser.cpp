@@ -1,6 +1,7 @@
 #include "platform/headless/TypingParser.h"
 
 #include "platform/foundation/Characters.h"
+#include "platform/headless/PanelStepParser.h"
 
 namespace velmora {
 
@@ -13,11 +14,17 @@ Key keyOf(const std::string& character) {
     return {character, 0};
 }
 
-TypeStep parseType(ScenarioLine& line) {
+/// As keys, or in row N column "ID", or in the control of a name.
+decltype(Statement::what) parseType(ScenarioLine& line) {
     constexpr std::size_t longest = 10'000;
     if (!line.nextIsQuoted()) line.fail("expected a quoted text");
     const std::string text = line.word("a text");
     if (text.size() > longest) line.fail("nobody types that much");
+    if (auto inPanel =
+            parsePlaceInPanel(line, PanelStep::Act::typeInCell, PanelStep::Act::typeInControl)) {
+        inPanel->text = text;
+        return std::move(*inPanel);
+    }
     TypeStep step;
     for (std::string_view rest = text; !rest.empty();) {
         const std::string character(rest.substr(0, firstCharacterLength(rest)));
