@@ -108,6 +108,7 @@ void Velmora::init() {
     NSMenuItemRef item;
     const Id self = shared_from_this();
     const NSMenuRef mainMenu = NSApp().mainMenu();
+    NSPanel::setFrameFile(settingsDirectory() + "/VelmoraFrames.plist");
     if (NSBundle::bundleForClass().loadNibNamed_owner("Velmora", self) && vmMenu_ && mainMenu) {
         vmMenu_->setTitle(itemTitle);
         item = installInMainMenu(*mainMenu);

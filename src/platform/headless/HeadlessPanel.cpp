@@ -1,6 +1,7 @@
 #include "platform/headless/HeadlessPanel.h"
 
 #include <sstream>
+#include <utility>
 
 #include "platform/appkit/NSApplication.h"
 #include "platform/headless/HeadlessDesktop.h"
@@ -82,9 +83,11 @@ void HeadlessPanel::runModal() {
     ended_ = false;
     desktop_.beginModal(*this);
     while (!ended_) {
+        fetching_ = true;
         const NSEventRef event = NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(
             NSAnyEventMask, distantFuture, NSModalPanelRunLoopMode, true);
-        if (event) NSApp().sendEvent(event);
+        fetching_ = false;
+        if (event && event->type() != NSAppKitDefined) NSApp().sendEvent(event);
     }
     desktop_.endModal(*this);
 }
@@ -159,8 +162,17 @@ void HeadlessPanel::keyDown(const NSEventRef& event) {
     }
 }
 
-void HeadlessPanel::userCloses() {
+void HeadlessPanel::endModal() {
     ended_ = true;
+    if (!std::exchange(fetching_, false)) return;
+    // What ended it was no event, so that the fetch would go on.
+    NSEvent::Fields fields;
+    fields.type = NSAppKitDefined;
+    NSApp().postEventFirst(std::make_shared<NSEvent>(std::move(fields)));
+}
+
+void HeadlessPanel::userCloses() {
+    endModal();
     if (visible_) panel_.saveFrame();
     orderOut();
     panel_.userClosed();

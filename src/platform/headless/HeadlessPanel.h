@@ -33,7 +33,7 @@ public:
     void contentChanged() override;
     /// Fetches and dispatches events as long as it lasts.
     void runModal() override;
-    void endModal() override { ended_ = true; }
+    void endModal() override;
 
     // For the desktop and whoever plays the user
 
@@ -63,6 +63,8 @@ private:
     NSRect frame_;
     bool visible_ = false;
     bool ended_ = false;
+    /// The modal loop waits for an event.
+    bool fetching_ = false;
 };
 
 }  // namespace velmora
