@@ -196,8 +196,8 @@ TEST(ScenarioPlayerTest, TheTranscriptTellsTheStepsAndWhatCameOfThem) {
                                      "       5 ms  Editor  event key up s\n"));
 }
 
-/// Resources in which the mnemonic panel has two more rows, with a button each.
-void writePanelWithButtons(const std::string& folder) {
+/// Resources in which the mnemonic panel has these rows and objects too.
+void writePanel(const std::string& folder, const std::string& rows, const std::string& objects) {
     std::filesystem::create_directories(folder + "/interface");
     std::filesystem::copy(VELMORA_SOURCE_DIR "/resources/images", folder + "/images");
     std::ifstream original(VELMORA_SOURCE_DIR "/resources/interface/Velmora.plist");
@@ -206,17 +206,17 @@ void writePanelWithButtons(const std::string& folder) {
         ASSERT_NE(text.find(place), std::string::npos);
         text.insert(text.find(place) + place.size(), what);
     };
-    insertAfter("{ label = \"Mnemonic:\"; }, mnemonicsTF )", ", ( help ), ( icon )");
-    insertAfter("objects = {",
-                "help = { class = NSButton; title = \"Help\"; action = \"gotoKorvane:\"; };"
-                "icon = { class = VelmoraAnimatedIcon; title = \"Home\"; imageOnly = YES;"
-                " imageSize = 64; };");
+    insertAfter("{ label = \"Mnemonic:\"; }, mnemonicsTF )", rows);
+    insertAfter("objects = {", objects);
     std::ofstream(folder + "/interface/Velmora.plist") << text;
 }
 
 TEST(ScenarioPlayerTest, TheButtonsOfAPanelAreSeenAndClicked) {
     const TemporaryFolder folder;
-    writePanelWithButtons(folder.path());
+    writePanel(folder.path(), ", ( help ), ( icon )",
+               "help = { class = NSButton; title = \"Help\"; action = \"gotoKorvane:\"; };"
+               "icon = { class = VelmoraAnimatedIcon; title = \"Home\"; imageOnly = YES;"
+               " imageSize = 64; };");
     EXPECT_THAT(faultsOf("click button \"Home\"\n"
                          "choose \"File/Velmora/Run Mnemonic…\"\n"
                          "expect button \"Home\" enabled\n"
@@ -232,6 +232,55 @@ TEST(ScenarioPlayerTest, TheButtonsOfAPanelAreSeenAndClicked) {
                             "4: expect button \"Help\" missing\n"
                             "    wanted: missing\n"
                             "    got:    enabled"));
+}
+
+TEST(ScenarioPlayerTest, WhatIsInAPanelIsUsedAndLookedAt) {
+    const TemporaryFolder folder;
+    writePanel(folder.path(), ", ( boxes, titles ), ( slider, area, box ), ( table )",
+               "boxes = { class = NSMatrix; mode = checks; columns = 2; tags = (\"-1\", 5); };"
+               "titles = { class = NSMatrix; mode = texts; titles = (First); };"
+               "slider = { class = NSSlider; maxValue = 60; };"
+               "area = { class = NSTextView; };"
+               "box = { class = NSButton; type = switch; title = \"Box\"; };"
+               "column = { class = NSTableColumn; identifier = Path; title = \"Menu\"; };"
+               "table = { class = NSTableView; columns = (column); };");
+    EXPECT_THAT(
+        faultsOf("select row 1\n"
+                 "choose \"File/Velmora/Run Mnemonic…\"\n"
+                 "click cell -1 of boxes\n"
+                 "expect cell -1 of boxes on\n"
+                 "expect cell 5 of boxes on\n"
+                 "expect cell 0 of titles \"First\"\n"
+                 "expect color of cell 0 of titles black\n"
+                 "move slider slider to 20.5\n"
+                 "expect control slider \"20.5\"\n"
+                 "click button \"Box\"\n"
+                 "expect control box on\n"
+                 "type \"some\" in area\n"
+                 "key return\n"
+                 "type \"more\"\n"
+                 "expect control area \"some\\nmore\"\n"
+                 "type \"x\" in mnemonicsTF\n"
+                 "expect field \"x\"\n"
+                 "focus control slider\n"
+                 "expect columns \"Menu\"\n"
+                 "expect no rows\n"
+                 "select no row\n"
+                 "expect no selected row\n"
+                 "choose \"File/Save\" in row 0 column \"Path\"\n"
+                 "drag rows 0 1 to 4\n"
+                 "move panel to 3 4\n"
+                 "expect panel \"Run Mnemonic\" at 3 4\n"
+                 "expect drawer open\n",
+                 folder.path()),
+        ElementsAre("1: no panel is shown",
+                    "5: expect cell 5 of boxes on\n"
+                    "    wanted: \"on\"\n"
+                    "    got:    \"off\"",
+                    "18: slider takes no keys", "23: there is no row 0", "24: there is no row 0",
+                    "27: expect drawer open\n"
+                    "    wanted: \"open\"\n"
+                    "    got:    nothing"));
 }
 
 }  // namespace
