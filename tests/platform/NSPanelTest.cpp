@@ -180,6 +180,7 @@ TEST_F(NSPanelTest, ASheetBlocksItsPanelAndTellsItsDelegateOnce) {
     host_.run();
     EXPECT_EQ(owner_->answers, "Sure? 1 first\nSure? 0 third\n");
     sheet("fourth");
+    const NSPanelRef kept = owner_->panel;
     owner_->panel->performClose(nullptr);
     EXPECT_EQ(host_.desktop().keyPanel(), nullptr) << "the sheet goes with its panel";
     EXPECT_EQ(owner_->answers, "Sure? 1 first\nSure? 0 third\n");

@@ -86,6 +86,11 @@ TEST(ScenarioParserTest, WhatIsMalformedIsToldByLineAndReason) {
          "2: a slot has: shift, control, option, command, function"},
         {"preferences {\nsize 3\n}\n",
          "2: preferences are: slot, gesture size, gesture timeout, make key, feedback, flavor"},
+        {"select rows\n", "1: expected rows"},
+        {"click row 1 \"Path\"\n", "1: expected column and its identifier"},
+        {"drag rows 0 1\n", "1: expected to or onto a row"},
+        {"press in table left\n", "1: left is no extra mouse button"},
+        {"expect color of cell 0 of a green\n", "1: colours: black, red, \"light grey\""},
         {"writing \"a\" stops\n", "1: expected fails or works"},
         {std::string("da\0nce\n", 7), "1: unknown statement: da"},
     };

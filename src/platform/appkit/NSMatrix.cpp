@@ -37,7 +37,9 @@ NSMatrix::~NSMatrix() {
 
 NSCellRef NSMatrix::cellAtRow_column(int row, int column) const {
     const bool inside = row >= 0 && row < rows_ && column >= 0 && column < columns_;
-    return inside ? cells_[static_cast<std::size_t>(row * columns_ + column)] : nullptr;
+    if (!inside) return nullptr;
+    const int index = row * columns_ + column;
+    return cells_[static_cast<std::size_t>(index)];
 }
 
 NSCellRef NSMatrix::cellWithTag(int tag) const {

@@ -96,6 +96,7 @@ void NSPanel::close() {
 
 void NSPanel::userClosed() {
     const auto kept = shared_from_this();
+    attachedSheet_ = nullptr;
     static const Selector selector = Selector::named("windowWillClose:");
     const Id delegate = delegate_.lock();
     if (!delegate || !delegate->respondsToSelector(selector)) return;

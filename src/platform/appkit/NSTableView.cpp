@@ -104,7 +104,7 @@ ObjectValue NSTableView::objectValue(int column, int row) const {
 
 NSCellRef NSTableView::preparedCell(int column, int row) const {
     if (!hasCell(column, row)) return nullptr;
-    const NSCellRef cell = columns_[static_cast<std::size_t>(column)]->dataCell();
+    NSCellRef cell = columns_[static_cast<std::size_t>(column)]->dataCell();
     cell->setObjectValue(objectValue(column, row));
     return cell;
 }
