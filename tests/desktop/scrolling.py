@@ -311,14 +311,18 @@ class LongText(Featherpad):
 class ApplicationScrolling(Scrolling):
     """What an application shows tells by how much it has scrolled."""
 
+    def is_cursor_coloured(self):
+        """As ours are, and those of the applications here are not."""
+        return any(max(pixel[:3]) - min(pixel[:3]) > 40
+                   for row in self.x.cursor().pixels for pixel in row)
+
     def begin(self, way, place):
-        self.own_cursor = self.x.cursor().pixels
         super().begin(way, place)
-        wait_for(lambda: self.x.cursor().pixels != self.own_cursor, "the cursor of the scrolling")
+        wait_for(self.is_cursor_coloured, "the cursor of the scrolling")
 
     def end(self, way):
         super().end(way)
-        wait_for(lambda: self.x.cursor().pixels == self.own_cursor, "the host's own cursor")
+        wait_for(lambda: not self.is_cursor_coloured(), "the host's own cursor")
 
     def has_moved(self, area, before, across, down):
         """Whether what was seen in the area has gone left and up by so many pixels."""

@@ -222,7 +222,7 @@ void QtDesktop::associateMouseAndPointer(bool connected) {
     if (connected) {
         session_->pointer.release();
     } else {
-        session_->pointer.pin(session_->hook.pointerLocation().toPoint());
+        session_->pointer.pin(session_->hook.pointerLocation());
     }
 }
 

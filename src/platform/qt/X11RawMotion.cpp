@@ -77,25 +77,57 @@ std::optional<QPoint> X11RawMotion::begin() {
     return place;
 }
 
-std::optional<QPointF> X11RawMotion::take() {
-    const std::optional<QPoint> place = pointer().place;
+void X11RawMotion::moveTo(QPoint place) {
+    xcb_warp_pointer(connection_.get(), XCB_NONE, root_, 0, 0, 0, 0,
+                     static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()));
+    pointer();
+}
+
+std::optional<X11RawMotion::Reading> X11RawMotion::take() {
+    const auto [place, answered] = pointer();
     if (!place) return {};
-    QPointF motion;
+    readEvents();
+    Reading reading{*place, {}, false};
     QPointF last;
+    while (!events_.empty() && events_.front().number < answered) {
+        const Event event = events_.front();
+        events_.pop_front();
+        if (event.number < first_) continue;
+        last = event.motion;
+        reading.motion += last;
+        if (isAbsolute(event.device)) reading.isPlace = true;
+    }
+    // Programs that move the pointer do so by the server's own device, which tells either.
+    if (!last.isNull() && last == QPointF(*place)) reading.isPlace = true;
+    return reading;
+}
+
+void X11RawMotion::readEvents() {
     while (const auto event = owned(xcb_poll_for_queued_event(connection_.get()))) {
         const auto* raw = reinterpret_cast<const xcb_input_raw_motion_event_t*>(event.get());
         if ((event->response_type & 0x7FU) != XCB_GE_GENERIC || raw->extension != extension_ ||
             raw->event_type != XCB_INPUT_RAW_MOTION) {
             continue;
         }
-        // An event has the number of the last request that the server had seen before it.
-        if (raw->full_sequence < first_) continue;
-        last = motionOf(*raw);
-        motion += last;
+        events_.push_back({raw->full_sequence, raw->sourceid, motionOf(*raw)});
     }
-    // What stands exactly at the pointer's place, as a tablet's event does, is a place.
-    const bool isPlace = !last.isNull() && last == QPointF(*place);
-    return isPlace ? std::nullopt : std::optional(motion);
+}
+
+bool X11RawMotion::isAbsolute(std::uint16_t device) {
+    if (const auto known = absolute_.find(device); known != absolute_.end()) return known->second;
+    bool& absolute = absolute_[device];
+    const auto request = xcb_input_xi_query_device(connection_.get(), device);
+    const auto reply = owned(xcb_input_xi_query_device_reply(connection_.get(), request, nullptr));
+    if (!reply) return absolute;
+    auto info = xcb_input_xi_query_device_infos_iterator(reply.get());
+    if (info.rem == 0) return absolute;
+    auto part = xcb_input_xi_device_info_classes_iterator(info.data);
+    for (; part.rem > 0; xcb_input_device_class_next(&part)) {
+        if (part.data->type != XCB_INPUT_DEVICE_CLASS_TYPE_VALUATOR) continue;
+        const auto* axis = reinterpret_cast<const xcb_input_valuator_class_t*>(part.data);
+        if (axis->number == 0) absolute = axis->mode == XCB_INPUT_VALUATOR_MODE_ABSOLUTE;
+    }
+    return absolute;
 }
 
 }  // namespace velmora

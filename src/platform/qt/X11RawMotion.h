@@ -2,6 +2,9 @@
 
 #include <QPoint>
 #include <QPointF>
+#include <cstdint>
+#include <deque>
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -24,9 +27,19 @@ public:
     /// Where the pointer is; motion counts from here on.
     std::optional<QPoint> begin();
 
-    /// The motion since the last call, all that the server had before this call included. Nothing
-    /// when a device told places instead of motion.
-    std::optional<QPointF> take();
+    struct Reading {
+        QPoint pointer;
+        /// Since the last reading, or since the beginning.
+        QPointF motion;
+        /// A device has told places, as a tablet does: what has moved is the pointer, the motion
+        /// says nothing.
+        bool isPlace = false;
+    };
+    /// All that the server had before this call. Nothing when it does not answer any more.
+    std::optional<Reading> take();
+
+    /// Sets the pointer there.
+    void moveTo(QPoint place);
 
 private:
     struct Disconnect {
@@ -37,16 +50,26 @@ private:
         /// The request's number on the connection.
         std::uint32_t number = 0;
     };
+    struct Event {
+        /// Of the last request that the server had seen before it.
+        std::uint32_t number;
+        std::uint16_t device;
+        QPointF motion;
+    };
     bool select();
     /// Waits for the server's answer, so that all events from before it are there; some from after
     /// it may be there too.
     Answer pointer();
+    void readEvents();
+    bool isAbsolute(std::uint16_t device);
 
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
     std::uint32_t root_ = 0;
     std::uint8_t extension_ = 0;
     /// Motion counts from this request on.
     std::uint32_t first_ = 0;
+    std::deque<Event> events_;
+    std::map<std::uint16_t, bool> absolute_;
 };
 
 }  // namespace velmora
