@@ -10,6 +10,7 @@
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtWindows.h"
+#include "platform/qt/X11Connection.h"
 
 namespace velmora {
 
@@ -101,6 +102,7 @@ void QtDrawnCanvas::setAlpha(float alpha) {
     alpha_ = static_cast<double>(alpha);
     if (kind_ != Kind::inHost) {
         setWindowOpacity(alpha_);
+        flushHostConnection();
     } else if (isVisible()) {
         repaint(scaled(picture_.bounds(), 1 / devicePixelRatioF()));
     }

@@ -16,4 +16,8 @@ xcb_connection_t* hostConnection() {
     return server && xcb_connection_has_error(server) == 0 ? server : nullptr;
 }
 
+void flushHostConnection() {
+    if (xcb_connection_t* server = hostConnection()) xcb_flush(server);
+}
+
 }  // namespace velmora

@@ -9,4 +9,8 @@ namespace velmora {
 /// another display, and when it is broken.
 xcb_connection_t* hostConnection();
 
+/// Sends what the toolkit has left unsent, which it may do for long where nothing is painted and no
+/// event comes.
+void flushHostConnection();
+
 }  // namespace velmora
