@@ -41,6 +41,9 @@ QtDrawnCanvas::QtDrawnCanvas(Kind kind, bool staysOnTop, QWidget* around)
     setAttribute(Qt::WA_QuitOnClose, false);
     if (kind == Kind::translucent) setAttribute(Qt::WA_TranslucentBackground);
     const WId window = winId();
+    // Compositing managers give no shadow, which would be a rectangle's, to what is only dragged
+    // about. Qt 6 tells them so of a window that is there already.
+    setAttribute(Qt::WA_X11NetWmWindowTypeDND);
     if (kind != Kind::shaped) return;
     shape_ = std::make_unique<X11Shape>(static_cast<std::uint32_t>(window));
     shape_->set({});
