@@ -14,8 +14,7 @@ const Category category(NSEvent::classObject(),
 
 /// In seconds, of whole milliseconds.
 double upTime() {
-    const auto now =
-        std::chrono::duration_cast<std::chrono::milliseconds>(desktop().now()).count();
+    const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(desktop().now()).count();
     return static_cast<double>(now) / 1000.0;
 }
 

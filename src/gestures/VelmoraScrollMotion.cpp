@@ -44,8 +44,7 @@ std::optional<VelmoraScrollMotion::Step> VelmoraScrollMotion::scrollStep() {
 }
 
 std::optional<VelmoraScrollMotion::Step> VelmoraScrollMotion::jogStep() {
-    const std::int64_t squared =
-        std::int64_t{deltaX_} * deltaX_ + std::int64_t{deltaY_} * deltaY_;
+    const std::int64_t squared = std::int64_t{deltaX_} * deltaX_ + std::int64_t{deltaY_} * deltaY_;
     if (squared <= shortestJogSquared) return {};
     turnTo(directionOf(deltaX_, deltaY_));
     const auto distance = static_cast<std::int64_t>(std::sqrt(static_cast<double>(squared)));

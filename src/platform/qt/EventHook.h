@@ -30,8 +30,8 @@ public:
     /// Until input is taken: called when something has come that may be the first menu bar.
     void watchForMenuBar(std::function<void()> mayHaveCome);
 
-    /// Called when the host blocks a window inside a fetch or gets input in a loop of its own there,
-    /// as for a dialog: the pointer and its cursor are to be the host's.
+    /// Called when the host blocks a window inside a fetch or gets input in a loop of its own
+    /// there, as for a dialog: the pointer and its cursor are to be the host's.
     void watchForHostLoops(std::function<void()> began) { hostLoopBegan_ = std::move(began); }
 
     /// From here on input goes through the layer.
