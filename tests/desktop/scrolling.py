@@ -185,8 +185,8 @@ class HostScrolling(Scrolling):
         place = self.x.geometry(window)
         self.x.place(window, Geometry(harness.SCREEN.width - 250, harness.SCREEN.height - 250,
                                       place.width, place.height))
-        wait_for(lambda: self.x.geometry(window).x > 900, "the window at its place")
-        self.find_places()
+        wait_for(lambda: self.find_places() or self.places["list"][0] > 1030,
+                 "the host to know the window's place")
         self.host.tell("reset")
         x, y = harness.SCREEN.width - 3, harness.SCREEN.height - 120
         # Under the pointer is what stands there; the mouse goes on beyond the edge.
@@ -330,6 +330,7 @@ class ApplicationScrolling(Scrolling):
     def scrolled(self, way, area, motion, candidates):
         """Scrolls below the area, and returns by which of the candidates, (across, down) each, that
         was. What is under the pointer may look otherwise."""
+        self.applications[-1].wait_drawn()
         before = self.x.picture(area)
         self.scroll(way, area.at(0.5, 1.2), motion)
         return wait_for(lambda: [each for each in candidates
@@ -354,6 +355,7 @@ class ApplicationScrolling(Scrolling):
                 self.scrolled(way, area, motion, [shift])
         # To the beginning, and no further.
         self.scroll(BOTH, area.at(0.5, 0.5), (-150, -150))
+        application.wait_drawn()
         before = self.x.picture(area)
         self.scroll(BOTH, area.at(0.5, 0.5), (-30, -30))
         self.assertTrue(self.has_moved(area, before, 0, 0))
