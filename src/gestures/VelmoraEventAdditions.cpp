@@ -21,7 +21,7 @@ double upTime() {
 }  // namespace
 
 NSEventRef velmoraScrollWheelEventWithDeltaX_deltaY(float deltaX, float deltaY) {
-    const NSEventRef event = NSEvent::
+    NSEventRef event = NSEvent::
         otherEventWithType_location_modifierFlags_timestamp_windowNumber_context_subtype_data1_data2(
             NSApplicationDefined, {1, 1}, 0, upTime(), *VelmoraTargetWindowNum, nullptr, 0, 0, 0);
     velmoraSetDeltaX_deltaY(*event, deltaX, deltaY);

@@ -48,7 +48,8 @@ std::optional<VelmoraScrollMotion::Step> VelmoraScrollMotion::jogStep() {
     if (squared <= shortestJogSquared) return {};
     turnTo(directionOf(deltaX_, deltaY_));
     const auto distance = static_cast<std::int64_t>(std::sqrt(static_cast<double>(squared)));
-    const auto amount = static_cast<float>(jogSign_ * (distance / pixelsPerStep));
+    const std::int64_t steps = distance / pixelsPerStep;
+    const auto amount = static_cast<float>(jogSign_ * steps);
     deltaX_ = 0;
     deltaY_ = 0;
     return jogAxis_ == horizontal ? Step{amount, 0} : Step{0, amount};

@@ -124,7 +124,7 @@ NSButtonRef InterfaceFile::makeButton(const NSDictionary& description, const std
                                       Error& error) {
     const std::string className = textFor(description, "class");
     Class* named = Class::named(className);
-    const auto button = std::dynamic_pointer_cast<NSButton>(named ? named->alloc() : nullptr);
+    auto button = std::dynamic_pointer_cast<NSButton>(named ? named->alloc() : nullptr);
     if (!button) {
         fail(error, place + ".class", "unknown class '" + className + "'");
         return nullptr;
