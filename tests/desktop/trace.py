@@ -87,13 +87,23 @@ class TraceTest(harness.DesktopTest):
                 return window
         return None
 
+    def settled(self, area):
+        """The picture there once the host has drawn what it had to draw."""
+        def stands():
+            nonlocal latest
+            latest = Picture(self.x, area)
+            return harness.stays(lambda: Picture(self.x, area).rgb == latest.rgb, 0.2)
+        latest = None
+        wait_for(stands, "the host to have drawn")
+        return latest
+
     def check_stroke(self, application, scale, translucent, start, corners=CORNERS):
         points = [(start[0] + x, start[1] + y) for x, y in corners]
         whole = bounds(points)
         area = Geometry(whole.x - 20, whole.y - 20, whole.width + 40, whole.height + 40)
         active = self.x.active_window()
         self.x.move(*points[0])
-        before = Picture(self.x, area)
+        before = self.settled(area)
         self.x.press(RIGHT)
         for number in range(1, len(points)):
             self.x.travel(points[number - 1:number + 1], 600)
