@@ -38,10 +38,14 @@ NSTimerRef NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repe
     return timer;
 }
 
-void NSTimer::invalidate() {
+void NSTimer::letGo() {
     valid_ = false;
     target_.reset();
     userInfo_.reset();
+}
+
+void NSTimer::invalidate() {
+    letGo();
     NSRunLoop& loop = NSRunLoop::currentRunLoop();
     if (std::erase_if(loop.entries_, [this](const NSRunLoop::Entry& entry) {
             return entry.timer.get() == this;
@@ -64,6 +68,10 @@ void NSTimer::fire(Time now) {
     if (target) message<void(const NSTimerRef&)>(*target, selector_, self);
     firing_ = false;
     if (!repeats_) invalidate();
+}
+
+NSRunLoop::~NSRunLoop() {
+    for (const Entry& entry : entries_) entry.timer->letGo();
 }
 
 NSRunLoop& NSRunLoop::currentRunLoop() {
