@@ -16,7 +16,9 @@ VERTICAL, HORIZONTAL, BOTH, JOG = (MIDDLE, None), (MIDDLE, "shift"), (8, None), 
 SLOTS = {"modifiers2": 0, "mouseButton2": 2, "isEnabled2": True,
          "modifiers4": 1, "mouseButton4": 2, "isEnabled4": True,
          "modifiers6": 0, "mouseButton6": 3, "isEnabled6": True,
-         "modifiers8": 0, "mouseButton8": 4, "isEnabled8": True}
+         "modifiers8": 0, "mouseButton8": 4, "isEnabled8": True,
+         # Ctrl and Alt alone.
+         "modifiers3": 12, "mouseButton3": -1, "isEnabled3": True}
 
 
 class Scrolling(harness.DesktopTest):
@@ -54,7 +56,7 @@ class Scrolling(harness.DesktopTest):
         place = tuple(place)
         self.begin(way, place)
         for across, down in motions:
-            pieces = max(abs(across), abs(down)) // self.piece
+            pieces = max(abs(across), abs(down)) // self.piece or 1
             for _ in range(pieces):
                 self.x.move_by(across // pieces, down // pieces)
             # It is set back when the motion has been read.
@@ -143,10 +145,19 @@ class HostScrolling(Scrolling):
         self.scroll(BOTH, self.places["table"], (30, 0), (0, 30))
         wait_for(lambda: self.bars()["table"] > before["table"], "the table to scroll")
         self.assertGreater(self.bars()["table"][1], before["table"][1])
-        # What takes no scrolling gets the turns of a wheel, 40 for a line.
+        # What takes the keys and no scrolling gets the turns of a wheel, 40 for a line.
+        before = self.bars()
         self.scroll(VERTICAL, self.places["plain"], (0, 30))
+        self.scroll(HORIZONTAL, self.places["plain"], (-12, 0))
+        self.wait_bars("plain", (160, -400))
+        # What is disabled takes neither.
+        self.scroll(VERTICAL, self.places["disabled"], (0, 30))
         after = self.bars()
-        self.assertEqual(after["disabled"], before["disabled"])
+        self.assertEqual({**after, "plain": before["plain"]}, before)
+        # What a bar cannot hold of a third of a line is not lost.
+        self.host.tell("reset")
+        self.scroll(VERTICAL, self.places["area"], *((0, pixels) for pixels in (4, 2, 4)))
+        self.wait_bars("area", (0, 73))
         self.assert_released()
 
     def test_a_burst_of_motion_is_exact_and_the_pointer_stands_still(self):
@@ -223,6 +234,19 @@ class HostScrolling(Scrolling):
         self.assertLess(statistics.median(behind), 5)
         self.assert_released()
 
+    def test_the_pointer_of_the_hosts_own_display_is_pinned(self):
+        other = harness.Screen()
+        self.addCleanup(other.close)
+        other.x.move(500, 500)
+        self.end_applications()
+        self.applications.clear()
+        self.host = self.start(ToldHost, "scrolling", self.qt, "-display", self.screen.name,
+                               environment={"DISPLAY": other.name})
+        self.find_places()
+        self.scroll(VERTICAL, self.places["area"], (0, 15))
+        self.wait_bars("area", (0, 100))
+        self.assertEqual(other.x.pointer()[:2], (500, 500))
+
     def test_thirty_starts_and_stops_leave_the_host_usable(self):
         for _ in range(15):
             self.scroll(VERTICAL, self.places["list"], (0, 6))
@@ -283,6 +307,27 @@ class HostScrolling(Scrolling):
             self.x.keys("Escape")
             self.host.wait_says("done dialog")
             self.host.activate_window(1)
+        with self.subTest("a dialog, where keys alone had begun it"):
+            for count in (2, 3):
+                self.host.tell("reset")
+                self.x.move(*self.places["area"])
+                self.host.tell("later dialog")
+                self.x.key_down("ctrl")
+                self.x.key_down("alt")
+                self.wait_cursor(1)
+                self.x.release_everything()
+                self.host.window("Dialog")
+                still_free()
+                self.x.keys("Escape")
+                self.host.wait_says("done dialog", count)
+                self.host.activate_window(1)
+        with self.subTest("the area goes"):
+            self.host.tell("reset")
+            self.host.tell("vanish")
+            self.begin(VERTICAL, self.places["area"])
+            self.x.move_by(0, 30)
+            self.end(VERTICAL)
+            still_free()
         with self.subTest("the window goes"):
             self.host.tell("later delete")
             self.begin(VERTICAL, self.places["area"])

@@ -62,12 +62,15 @@ void NSTimer::fire(Time now) {
         fireDate_ += step;
         if (fireDate_ <= now) fireDate_ += (now - fireDate_) / step * step + step;
     }
+    // However the message ends, by an exception too.
+    const std::unique_ptr<NSTimer, void (*)(NSTimer*)> fired(this, [](NSTimer* timer) {
+        timer->firing_ = false;
+        if (!timer->repeats_) timer->invalidate();
+    });
     firing_ = true;
     // The message may run a loop of the host's, in which the other timers go on.
     NSRunLoop::currentRunLoop().timersChanged();
     if (target) message<void(const NSTimerRef&)>(*target, selector_, self);
-    firing_ = false;
-    if (!repeats_) invalidate();
 }
 
 NSRunLoop::~NSRunLoop() {

@@ -47,6 +47,10 @@ public:
     /// As Desktop::wait.
     void wait(Time deadline);
 
+    /// Posts what ends every loop that waits for the end of a stroke or a scrolling, without
+    /// anything being run: a key.
+    static void endFetch();
+
     /// Lets a wait return. False when none runs, or the host has begun a loop inside it.
     bool endWait();
 

@@ -13,9 +13,14 @@ namespace velmora {
 
 namespace {
 
+/// The toolkit's pixel in which the place lies: the last one of a screen goes on until the next.
+QPoint pixelAt(QPointF place) {
+    return {static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y()))};
+}
+
 /// The screen at the place, or the main one; null without any.
 const QScreen* screenAt(QPointF place) {
-    const QScreen* screen = QGuiApplication::screenAt(place.toPoint());
+    const QScreen* screen = QGuiApplication::screenAt(pixelAt(place));
     return screen ? screen : QGuiApplication::primaryScreen();
 }
 
@@ -39,7 +44,7 @@ void QtPinnedPointer::pin(QPointF place) {
     if (!start) {
         raw_.reset();
         pixels_ = 1;
-        place_ = place.toPoint();
+        place_ = pixelAt(place);
         seen_ = QCursor::pos();
     } else {
         // Motion counts from that moment, so the pointer's place must be of the same.
@@ -53,7 +58,15 @@ void QtPinnedPointer::pin(QPointF place) {
     rest_ = QPointF(seen_ - place_) / pixels_;
 }
 
+void QtPinnedPointer::lose() {
+    if (!pinned_) return;
+    lost_ = true;
+    pinned_ = false;
+    raw_.reset();
+}
+
 void QtPinnedPointer::release() {
+    lost_ = false;
     if (!pinned_) return;
     // What has moved until now shall not move the pointer.
     motion();

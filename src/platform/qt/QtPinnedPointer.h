@@ -22,6 +22,11 @@ public:
     void pin(QPointF place);
     void release();
 
+    /// The host needs the pointer before it is released: it stays where it is.
+    void lose();
+    /// Lost, and not yet released.
+    bool isLost() const { return lost_; }
+
     /// Whether there is motion to take. The toolkit tells of none that ends where it saw the
     /// pointer before, as motion often does that is set back in between.
     bool hasMoved();
@@ -33,6 +38,7 @@ private:
     QPointF motion();
 
     bool pinned_ = false;
+    bool lost_ = false;
     /// Where it stands and where it was seen last: in the X server's pixels where that tells the
     /// motion, which can be finer than the toolkit's; and how many of them are one of those.
     QPoint place_;

@@ -2,7 +2,6 @@
 
 #include <xcb/xinput.h>
 
-#include <QGuiApplication>
 #include <cstdlib>
 #include <cstring>
 
@@ -33,40 +32,31 @@ QPointF motionOf(const xcb_input_raw_motion_event_t& event) {
 
 }  // namespace
 
-void X11RawMotion::Disconnect::operator()(xcb_connection_t* connection) const {
-    xcb_disconnect(connection);
-}
-
-X11RawMotion::X11RawMotion() {
-    if (QGuiApplication::platformName() != QLatin1String("xcb")) return;
-    int number = 0;
-    connection_.reset(xcb_connect(nullptr, &number));
-    if (!select()) connection_.reset();
-}
-
-X11RawMotion::~X11RawMotion() = default;
+X11RawMotion::X11RawMotion() : on_(select()) {}
 
 bool X11RawMotion::select() {
-    xcb_connection_t* server = connection_.get();
-    if (xcb_connection_has_error(server) != 0) return false;
+    xcb_connection_t* server = connection_.server();
+    if (!server) return false;
     const auto* extension = xcb_get_extension_data(server, &xcb_input_id);
     if (!extension || !extension->present) return false;
     extension_ = extension->major_opcode;
     const auto version = owned(xcb_input_xi_query_version_reply(
         server, xcb_input_xi_query_version(server, 2, 2), nullptr));
     if (!version || version->major_version < 2) return false;
-    root_ = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
     const struct {
         xcb_input_event_mask_t head;
         std::uint32_t events;
     } mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_MOTION};
-    const auto request = xcb_input_xi_select_events_checked(server, root_, 1, &mask.head);
+    const auto request =
+        xcb_input_xi_select_events_checked(server, connection_.root(), 1, &mask.head);
     return !owned(xcb_request_check(server, request));
 }
 
 X11RawMotion::Answer X11RawMotion::pointer() {
-    const auto request = xcb_query_pointer(connection_.get(), root_);
-    const auto reply = owned(xcb_query_pointer_reply(connection_.get(), request, nullptr));
+    xcb_connection_t* server = connection_.server();
+    if (!server) return {};
+    const auto request = xcb_query_pointer(server, connection_.root());
+    const auto reply = owned(xcb_query_pointer_reply(server, request, nullptr));
     if (!reply) return {};
     return {QPoint(reply->root_x, reply->root_y), request.sequence};
 }
@@ -78,7 +68,9 @@ std::optional<QPoint> X11RawMotion::begin() {
 }
 
 void X11RawMotion::moveTo(QPoint place) {
-    xcb_warp_pointer(connection_.get(), XCB_NONE, root_, 0, 0, 0, 0,
+    xcb_connection_t* server = connection_.server();
+    if (!server) return;
+    xcb_warp_pointer(server, XCB_NONE, connection_.root(), 0, 0, 0, 0,
                      static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()));
     pointer();
 }
@@ -103,7 +95,9 @@ std::optional<X11RawMotion::Reading> X11RawMotion::take() {
 }
 
 void X11RawMotion::readEvents() {
-    while (const auto event = owned(xcb_poll_for_queued_event(connection_.get()))) {
+    xcb_connection_t* server = connection_.server();
+    if (!server) return;
+    while (const auto event = owned(xcb_poll_for_queued_event(server))) {
         const auto* raw = reinterpret_cast<const xcb_input_raw_motion_event_t*>(event.get());
         if ((event->response_type & 0x7FU) != XCB_GE_GENERIC || raw->extension != extension_ ||
             raw->event_type != XCB_INPUT_RAW_MOTION) {
@@ -116,8 +110,10 @@ void X11RawMotion::readEvents() {
 bool X11RawMotion::isAbsolute(std::uint16_t device) {
     if (const auto known = absolute_.find(device); known != absolute_.end()) return known->second;
     bool& absolute = absolute_[device];
-    const auto request = xcb_input_xi_query_device(connection_.get(), device);
-    const auto reply = owned(xcb_input_xi_query_device_reply(connection_.get(), request, nullptr));
+    xcb_connection_t* server = connection_.server();
+    if (!server) return absolute;
+    const auto request = xcb_input_xi_query_device(server, device);
+    const auto reply = owned(xcb_input_xi_query_device_reply(server, request, nullptr));
     if (!reply) return absolute;
     auto info = xcb_input_xi_query_device_infos_iterator(reply.get());
     if (info.rem == 0) return absolute;

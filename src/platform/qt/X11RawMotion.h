@@ -5,10 +5,9 @@
 #include <cstdint>
 #include <deque>
 #include <map>
-#include <memory>
 #include <optional>
 
-struct xcb_connection_t;
+#include "platform/qt/X11Connection.h"
 
 namespace velmora {
 
@@ -18,11 +17,10 @@ namespace velmora {
 class X11RawMotion {
 public:
     X11RawMotion();
-    ~X11RawMotion();
 
     /// Whether the server tells. On any other display, and where it knows no raw motion, it does
     /// not.
-    bool isOn() const { return connection_ != nullptr; }
+    bool isOn() const { return on_; }
 
     /// Where the pointer is; motion counts from here on.
     std::optional<QPoint> begin();
@@ -42,9 +40,6 @@ public:
     void moveTo(QPoint place);
 
 private:
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const;
-    };
     struct Answer {
         std::optional<QPoint> place;
         /// The request's number on the connection.
@@ -63,13 +58,14 @@ private:
     void readEvents();
     bool isAbsolute(std::uint16_t device);
 
-    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
-    std::uint32_t root_ = 0;
+    X11OwnConnection connection_;
     std::uint8_t extension_ = 0;
     /// Motion counts from this request on.
     std::uint32_t first_ = 0;
     std::deque<Event> events_;
     std::map<std::uint16_t, bool> absolute_;
+    /// The last, since finding out sets some of the others.
+    bool on_;
 };
 
 }  // namespace velmora
