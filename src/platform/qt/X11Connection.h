@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 
 struct xcb_connection_t;
@@ -15,6 +16,12 @@ xcb_connection_t* hostConnection();
 /// Sends what the toolkit has left unsent, which it may do for long where nothing is painted and no
 /// event comes.
 void flushHostConnection();
+
+/// What libxcb hands out, which the receiver frees.
+template <class Reply>
+std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
+    return {reply, &std::free};
+}
 
 /// A connection of our own to the server that the host is connected to, which need not be the one
 /// that the environment names. Closed on another display, and when the server does not take it.

@@ -2,17 +2,9 @@
 
 #include <xcb/xinput.h>
 
-#include <cstdlib>
-#include <cstring>
-
 namespace velmora {
 
 namespace {
-
-template <class Reply>
-std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
-    return {reply, &std::free};
-}
 
 double numberOf(xcb_input_fp3232_t value) {
     return value.integral + value.frac / 4294967296.0;

@@ -2,7 +2,6 @@
 
 #include <xcb/xcb.h>
 
-#include <cstdlib>
 #include <string>
 
 namespace velmora {
@@ -10,15 +9,6 @@ namespace velmora {
 namespace {
 
 constexpr std::uint32_t mostWindows = 4096;
-
-/// What libxcb hands out is freed by us.
-struct Free {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <class Reply>
-std::unique_ptr<Reply, Free> owned(Reply* reply) {
-    return std::unique_ptr<Reply, Free>(reply);
-}
 
 }  // namespace
 
