@@ -14,15 +14,14 @@ const Category category(NSEvent::classObject(),
 
 /// In seconds, of whole milliseconds.
 double upTime() {
-    const auto now =
-        std::chrono::duration_cast<std::chrono::milliseconds>(desktop().now()).count();
+    const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(desktop().now()).count();
     return static_cast<double>(now) / 1000.0;
 }
 
 }  // namespace
 
 NSEventRef velmoraScrollWheelEventWithDeltaX_deltaY(float deltaX, float deltaY) {
-    const NSEventRef event = NSEvent::
+    NSEventRef event = NSEvent::
         otherEventWithType_location_modifierFlags_timestamp_windowNumber_context_subtype_data1_data2(
             NSApplicationDefined, {1, 1}, 0, upTime(), *VelmoraTargetWindowNum, nullptr, 0, 0, 0);
     velmoraSetDeltaX_deltaY(*event, deltaX, deltaY);

@@ -173,7 +173,7 @@ void VelmoraGestureCell::drawInteriorWithFrame_inView(NSRect frame, NSView* /*vi
         if (side > frame.size.height) {
             side = static_cast<float>(static_cast<int>(frame.size.height));
         }
-        fit(*path, side - 2 * bigMargin);
+        fit(*path, std::max(side - 2 * bigMargin, 0.0F));
         translate(*path, bigMargin, bigMargin);
         translate(*path, frame.origin.x + (frame.size.width - side) / 2,
                   frame.origin.y + (frame.size.height - side) / 2);

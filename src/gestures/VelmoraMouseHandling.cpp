@@ -179,7 +179,8 @@ void VelmoraMouseHandling::handleWithModifiersOnly(const NSEventRef& next,
 void VelmoraMouseHandling::startGesture() {
     const NSPoint location = NSEvent::mouseLocation();
     VelmoraGestureStartPoint = location;
-    if (*VelmoraGesturesDrawFeedback) {
+    drawsTrace_ = *VelmoraGesturesDrawFeedback;
+    if (drawsTrace_) {
         if (!feedbackWindow_) feedbackWindow_ = std::make_shared<VelmoraGestureFeedbackWindow>();
         feedbackWindow_->startAtPoint(location);
     }
@@ -209,7 +210,7 @@ void VelmoraMouseHandling::addToGesture() {
     const NSPoint location = NSEvent::mouseLocation();
     const auto x = static_cast<std::int32_t>(location.x);
     const auto y = static_cast<std::int32_t>(location.y);
-    if (*VelmoraGesturesDrawFeedback && feedbackWindow_) feedbackWindow_->addPoint(location);
+    if (drawsTrace_) feedbackWindow_->addPoint(location);
     const std::int64_t dx = std::int64_t{x} - lastMX_;
     const std::int64_t dy = std::int64_t{y} - lastMY_;
     if (dx * dx + dy * dy <= *VelmoraGestureSize) return;
@@ -249,9 +250,7 @@ void VelmoraMouseHandling::leaveLoop() {
     gestureTimer_ = nullptr;
     if (velmoraGesturesCursor_) NSCursor::pop();
     velmoraGesturesCursor_ = nullptr;
-    if (*VelmoraGesturesDrawFeedback && feedbackWindow_) {
-        feedbackWindow_->goAway(shared_from_this());
-    }
+    if (drawsTrace_) feedbackWindow_->goAway(shared_from_this());
 }
 
 NSEventRef VelmoraMouseHandling::doScrollWheelVertical_triggerEvent(const NSEventRef& event,
@@ -282,24 +281,25 @@ NSEventRef VelmoraMouseHandling::track(VelmoraScrollMotion::TrackMode mode, NSCu
     return startTracking_triggerEvent(event, trigger);
 }
 
-NSWindowRef VelmoraMouseHandling::chooseScrollWindow() {
-    NSWindowRef window = NSApp().keyWindow();
-    if (!window) window = NSApp().mainWindow();
-    VelmoraTargetWindowNum = window ? window->windowNumber() : 0;
-    const NSViewRef content = window ? window->contentView() : nullptr;
-    if (!content) return window;
-    NSViewRef view = content->hitTest(window->convertScreenToBase(NSEvent::mouseLocation()));
+void VelmoraMouseHandling::chooseResponder(const NSWindowRef& window) {
+    scrollWindow_ = window;
+    VelmoraTargetWindowNum = 0;
+    if (!window) return;
+    const NSViewRef content = window->contentView();
+    NSViewRef view =
+        content ? content->hitTest(window->convertScreenToBase(NSEvent::mouseLocation())) : nullptr;
     while (view && !view->acceptsFirstResponder()) view = view->superview();
     if (view) window->makeFirstResponder(view);
-    return window;
+    VelmoraTargetWindowNum = window->windowNumber();
 }
 
 NSEventRef VelmoraMouseHandling::startTracking_triggerEvent(const NSEventRef& /*event*/,
                                                             const NSEventRef& /*trigger*/) {
     Loop loop(*this);
-    const NSWindowRef window = chooseScrollWindow();
-    scrollWindow_ = window;
+    NSWindowRef window = NSApp().keyWindow();
+    if (!window) window = NSApp().mainWindow();
     loop.tellOfMotion(window);
+    chooseResponder(window);
     startTracking();
     NSEventRef next;
     while (trackingLoopActive_) {

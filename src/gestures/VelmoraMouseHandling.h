@@ -69,8 +69,9 @@ private:
     void leaveLoop();
     NSEventRef track(VelmoraScrollMotion::TrackMode mode, NSCursorRef (*cursor)(),
                      const NSEventRef& event, const NSEventRef& trigger);
-    /// The window whose responders are to scroll, once the view under the pointer has the keys.
-    static NSWindowRef chooseScrollWindow();
+    /// Has the responders of the window scroll, beginning with the view under the pointer, which
+    /// gets the keys. Null for none.
+    void chooseResponder(const NSWindowRef& window);
     void handleTracking(const NSEventRef& next);
     void deliver(const NSEventRef& scroll) const;
 
@@ -88,6 +89,8 @@ private:
     bool gestureLoopActive_ = false;
     bool trackingLoopActive_ = false;
     bool hadGesture_ = false;
+    /// Of this capture, also when the preference changes during it.
+    bool drawsTrace_ = false;
     NSCursorRef velmoraGesturesCursor_;
     VelmoraScrollMotion scrollMotion_{VelmoraScrollMotion::vertical};
     std::weak_ptr<NSWindow> scrollWindow_;

@@ -44,12 +44,12 @@ std::optional<VelmoraScrollMotion::Step> VelmoraScrollMotion::scrollStep() {
 }
 
 std::optional<VelmoraScrollMotion::Step> VelmoraScrollMotion::jogStep() {
-    const std::int64_t squared =
-        std::int64_t{deltaX_} * deltaX_ + std::int64_t{deltaY_} * deltaY_;
+    const std::int64_t squared = std::int64_t{deltaX_} * deltaX_ + std::int64_t{deltaY_} * deltaY_;
     if (squared <= shortestJogSquared) return {};
     turnTo(directionOf(deltaX_, deltaY_));
     const auto distance = static_cast<std::int64_t>(std::sqrt(static_cast<double>(squared)));
-    const auto amount = static_cast<float>(jogSign_ * (distance / pixelsPerStep));
+    const std::int64_t steps = distance / pixelsPerStep;
+    const auto amount = static_cast<float>(jogSign_ * steps);
     deltaX_ = 0;
     deltaY_ = 0;
     return jogAxis_ == horizontal ? Step{amount, 0} : Step{0, amount};

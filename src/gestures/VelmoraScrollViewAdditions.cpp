@@ -6,8 +6,7 @@ namespace velmora {
 
 namespace {
 
-const Category category(NSScrollView::classObject(),
-                        {methodFor<&velmoraScroll>("velmoraScroll:")});
+const Category category(NSScrollView::classObject(), {methodFor<&velmoraScroll>("velmoraScroll:")});
 
 }  // namespace
 

@@ -238,6 +238,25 @@ class Featherpad(RealApplication):
         return [(self.view(), "Paste Date and Time", self.count)]
 
 
+class LongText(Featherpad):
+    """With lines and columns to scroll to; no part of the text looks like another."""
+
+    @classmethod
+    def prepare(cls, home):
+        command = super().prepare(home)
+        command[-1].write_text("".join(
+            f"{line} {' '.join(str(line * 7919 + word ** 3) for word in range(60))}\n"
+            for line in range(500)))
+        settings = home.path / ".config" / "featherpad" / "fp.conf"
+        settings.parent.mkdir(parents=True, exist_ok=True)
+        settings.write_text("[text]\nnoWrap=true\n")
+        return command
+
+    def text(self):
+        # Right of the text cursor, which is in the first column; above what slides in from below.
+        return self.area(100, 150, 640, 330)
+
+
 class Linguist(RealApplication):
     """An editor for translations, on Qt 6. Its process has another name than its package."""
 

@@ -113,7 +113,7 @@ class Clicks:
 
     def test_an_item_that_the_menu_lacks_is_passed_over(self):
         application = self.open(("l", "Context Menu: No Such Item"), ("l", self.kind.counted),
-                                ("r", "Context Menu: No Such Item"))
+                                ("r", "Context Menu: No Such Item"), drawsFeedback=False)
         watch = self.screen.watch()
         self.addCleanup(watch.close)
         application.draw("l")

@@ -113,10 +113,11 @@ class Screen:
     With a display's name it uses that one as it is, and its window manager.
     """
 
-    def __init__(self, display=None, window_manager=True, compositor=False):
+    def __init__(self, display=None, window_manager=True, compositor=False, size=SCREEN):
         self.directory = pathlib.Path(tempfile.mkdtemp(prefix="velmora-desktop-"))
         _directories.append(self.directory)
         self._own = []
+        self._size = size
         self.is_private = display is None
         try:
             if display is None:
@@ -154,7 +155,7 @@ class Screen:
         reader, writer = os.pipe()
         with open(self.directory / "xvfb.log", "wb") as log:
             server = _start(["Xvfb", "-displayfd", str(writer), "-screen", "0",
-                             f"{SCREEN.width}x{SCREEN.height}x24", "-nolisten", "tcp", "-noreset"],
+                             f"{self._size.width}x{self._size.height}x24", "-nolisten", "tcp", "-noreset"],
                             os.environ, stdout=log, stderr=log, pass_fds=[writer])
         self._own.append(server)
         self.server_pid = server.pid
@@ -185,6 +186,14 @@ class Screen:
         wait_for(lambda: self.x.has_owner("_NET_WM_CM_S0"),
                  "the compositing manager")
         return process
+
+    def split(self):
+        """Makes two screens of one, side by side, of which the right one is the main one."""
+        width, height = self._size.width // 2, self._size.height
+        for name, left, output in (("*right", width, "screen"), ("left", 0, "none")):
+            subprocess.run(["xrandr", "-d", self.name, "--setmonitor", name,
+                            f"{width}/340x{height}/270+{left}+0", output],
+                           check=True, stdout=subprocess.DEVNULL)
 
     def watch(self):
         return xclient.WindowWatch(self.name)

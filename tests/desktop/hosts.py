@@ -7,9 +7,9 @@ from harness import BUILD, wait_for
 class ToldHost(harness.Application):
     """The program host-NAME for one version of Qt, once its first window is up and active."""
 
-    def __init__(self, screen, home, name, qt):
-        super().__init__(screen, home, [BUILD / f"tests/desktop/host-{name}-qt{qt}"], stdin=True,
-                         name=f"{name}-{home.path.name}")
+    def __init__(self, screen, home, name, qt, *arguments, environment=None):
+        super().__init__(screen, home, [BUILD / f"tests/desktop/host-{name}-qt{qt}", *arguments],
+                         stdin=True, environment=environment, name=f"{name}-{home.path.name}")
         self.wait_says("ready 1")
         self.wait_ready()
         self.windows_by_number = {1: self.window("Window 1")}

@@ -42,7 +42,7 @@ class Menus:
     qt = None
 
     def open(self, *paths):
-        self.home.write_preferences()
+        self.home.write_preferences(drawsFeedback=False)
         self.letters = dict(zip(paths, LETTERS))
         self.home.write_gestures(f"host-menus-qt{self.qt}",
                                  *((letters, path) for path, letters in self.letters.items()))

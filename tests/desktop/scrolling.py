@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Scrolling by the mouse's motion: in two applications and in a host with all that scrolls."""
+"""Scrolling by the mouse's motion: in applications and in a host with all that scrolls."""
 
 import statistics
 import time
 import unittest
 
 import harness
-from applications import Designer, Featherpad, Linguist
+from applications import Designer, Linguist, LongText
 from hosts import ToldHost
 from harness import wait_for
 from xclient import MIDDLE, Geometry
@@ -16,10 +16,16 @@ VERTICAL, HORIZONTAL, BOTH, JOG = (MIDDLE, None), (MIDDLE, "shift"), (8, None), 
 SLOTS = {"modifiers2": 0, "mouseButton2": 2, "isEnabled2": True,
          "modifiers4": 1, "mouseButton4": 2, "isEnabled4": True,
          "modifiers6": 0, "mouseButton6": 3, "isEnabled6": True,
-         "modifiers8": 0, "mouseButton8": 4, "isEnabled8": True}
+         "modifiers8": 0, "mouseButton8": 4, "isEnabled8": True,
+         # Ctrl and Alt alone.
+         "modifiers3": 12, "mouseButton3": -1, "isEnabled3": True}
 
 
 class Scrolling(harness.DesktopTest):
+    # Three of the toolkit's pixels. A remainder counts twice, so its sum depends on what comes
+    # together.
+    piece = 3
+
     def setUp(self):
         super().setUp()
         self.home.write_preferences(**SLOTS)
@@ -46,11 +52,11 @@ class Scrolling(harness.DesktopTest):
             self.x.key_up(key)
 
     def scroll(self, way, place, *motions):
-        """Holds the button there while the mouse goes that way, in pieces of three pixels."""
+        """Holds the button there while the mouse goes that way, in such pieces."""
         place = tuple(place)
         self.begin(way, place)
         for across, down in motions:
-            pieces = max(abs(across), abs(down)) // 3
+            pieces = max(abs(across), abs(down)) // self.piece or 1
             for _ in range(pieces):
                 self.x.move_by(across // pieces, down // pieces)
             # It is set back when the motion has been read.
@@ -139,10 +145,19 @@ class HostScrolling(Scrolling):
         self.scroll(BOTH, self.places["table"], (30, 0), (0, 30))
         wait_for(lambda: self.bars()["table"] > before["table"], "the table to scroll")
         self.assertGreater(self.bars()["table"][1], before["table"][1])
-        # What takes no scrolling gets the turns of a wheel, 40 for a line.
+        # What takes the keys and no scrolling gets the turns of a wheel, 40 for a line.
+        before = self.bars()
         self.scroll(VERTICAL, self.places["plain"], (0, 30))
+        self.scroll(HORIZONTAL, self.places["plain"], (-12, 0))
+        self.wait_bars("plain", (160, -400))
+        # What is disabled takes neither.
+        self.scroll(VERTICAL, self.places["disabled"], (0, 30))
         after = self.bars()
-        self.assertEqual(after["disabled"], before["disabled"])
+        self.assertEqual({**after, "plain": before["plain"]}, before)
+        # What a bar cannot hold of a third of a line is not lost.
+        self.host.tell("reset")
+        self.scroll(VERTICAL, self.places["area"], *((0, pixels) for pixels in (4, 2, 4)))
+        self.wait_bars("area", (0, 73))
         self.assert_released()
 
     def test_a_burst_of_motion_is_exact_and_the_pointer_stands_still(self):
@@ -170,19 +185,31 @@ class HostScrolling(Scrolling):
         self.wait_bars("area", (0, 2000))
         self.assert_released()
 
+    def test_a_device_that_tells_places_scrolls_from_one_to_the_next(self):
+        x, y = self.places["area"]
+        self.begin(VERTICAL, (x, y))
+        self.wait_cursor(1)
+        for step in range(1, 11):
+            self.x.move(x, y + 3 * step)
+            wait_for(lambda: self.pointer() == (x, y), "the pointer to be where it was")
+        self.end(VERTICAL)
+        self.wait_bars("area", (0, 200))
+
     def test_at_the_edge_of_the_screen_motion_goes_on(self):
         window = self.host.windows_by_number[1]
         place = self.x.geometry(window)
         self.x.place(window, Geometry(harness.SCREEN.width - 250, harness.SCREEN.height - 250,
                                       place.width, place.height))
-        wait_for(lambda: self.x.geometry(window).x > 900, "the window at its place")
-        self.find_places()
+        wait_for(lambda: self.find_places() or self.places["list"][0] > 1030,
+                 "the host to know the window's place")
         self.host.tell("reset")
-        x, y = harness.SCREEN.width - 3, harness.SCREEN.height - 120
-        # Under the pointer is what stands there; the mouse goes on beyond the edge.
-        self.scroll(BOTH, (x, y), (300, 0))
-        wait_for(lambda: sum(bars[0] for name, bars in self.bars().items() if name != "plain") > 0,
-                 "something to scroll")
+        self.begin(BOTH, (harness.SCREEN.width - 3, self.places["list"][1]))
+        # Before the pointer is pinned, the edge ends the motion.
+        self.wait_cursor(1)
+        for _ in range(10):
+            self.x.move_by(3, 0)
+        self.end(BOTH)
+        wait_for(lambda: self.bars()["list"][0] > 1000, "the list to scroll")
         self.assert_released()
 
     def test_each_motion_scrolls_at_once(self):
@@ -206,6 +233,19 @@ class HostScrolling(Scrolling):
         self.assertIn(len(seen), range(95, 101))
         self.assertLess(statistics.median(behind), 5)
         self.assert_released()
+
+    def test_the_pointer_of_the_hosts_own_display_is_pinned(self):
+        other = harness.Screen()
+        self.addCleanup(other.close)
+        other.x.move(500, 500)
+        self.end_applications()
+        self.applications.clear()
+        self.host = self.start(ToldHost, "scrolling", self.qt, "-display", self.screen.name,
+                               environment={"DISPLAY": other.name})
+        self.find_places()
+        self.scroll(VERTICAL, self.places["area"], (0, 15))
+        self.wait_bars("area", (0, 100))
+        self.assertEqual(other.x.pointer()[:2], (500, 500))
 
     def test_thirty_starts_and_stops_leave_the_host_usable(self):
         for _ in range(15):
@@ -267,6 +307,27 @@ class HostScrolling(Scrolling):
             self.x.keys("Escape")
             self.host.wait_says("done dialog")
             self.host.activate_window(1)
+        with self.subTest("a dialog, where keys alone had begun it"):
+            for count in (2, 3):
+                self.host.tell("reset")
+                self.x.move(*self.places["area"])
+                self.host.tell("later dialog")
+                self.x.key_down("ctrl")
+                self.x.key_down("alt")
+                self.wait_cursor(1)
+                self.x.release_everything()
+                self.host.window("Dialog")
+                still_free()
+                self.x.keys("Escape")
+                self.host.wait_says("done dialog", count)
+                self.host.activate_window(1)
+        with self.subTest("the area goes"):
+            self.host.tell("reset")
+            self.host.tell("vanish")
+            self.begin(VERTICAL, self.places["area"])
+            self.x.move_by(0, 30)
+            self.end(VERTICAL)
+            still_free()
         with self.subTest("the window goes"):
             self.host.tell("later delete")
             self.begin(VERTICAL, self.places["area"])
@@ -289,36 +350,21 @@ class HostScrollingQt5(HostScrolling):
     qt = 5
 
 
-class LongText(Featherpad):
-    """With lines and columns to scroll to; no part of the text looks like another."""
-
-    @classmethod
-    def prepare(cls, home):
-        command = super().prepare(home)
-        command[-1].write_text("".join(
-            f"{line} {' '.join(str(line * 7919 + word ** 3) for word in range(60))}\n"
-            for line in range(500)))
-        settings = home.path / ".config" / "featherpad" / "fp.conf"
-        settings.parent.mkdir(parents=True, exist_ok=True)
-        settings.write_text("[text]\nnoWrap=true\n")
-        return command
-
-    def text(self):
-        # Right of the text cursor, which is in the first column; above what slides in from below.
-        return self.area(100, 150, 640, 330)
-
-
 class ApplicationScrolling(Scrolling):
     """What an application shows tells by how much it has scrolled."""
 
+    def is_cursor_coloured(self):
+        """As ours are, and those of the applications here are not."""
+        return any(max(pixel[:3]) - min(pixel[:3]) > 40
+                   for row in self.x.cursor().pixels for pixel in row)
+
     def begin(self, way, place):
-        self.own_cursor = self.x.cursor().pixels
         super().begin(way, place)
-        wait_for(lambda: self.x.cursor().pixels != self.own_cursor, "the cursor of the scrolling")
+        wait_for(self.is_cursor_coloured, "the cursor of the scrolling")
 
     def end(self, way):
         super().end(way)
-        wait_for(lambda: self.x.cursor().pixels == self.own_cursor, "the host's own cursor")
+        wait_for(lambda: not self.is_cursor_coloured(), "the host's own cursor")
 
     def has_moved(self, area, before, across, down):
         """Whether what was seen in the area has gone left and up by so many pixels."""
@@ -335,6 +381,7 @@ class ApplicationScrolling(Scrolling):
     def scrolled(self, way, area, motion, candidates):
         """Scrolls below the area, and returns by which of the candidates, (across, down) each, that
         was. What is under the pointer may look otherwise."""
+        self.applications[-1].wait_drawn()
         before = self.x.picture(area)
         self.scroll(way, area.at(0.5, 1.2), motion)
         return wait_for(lambda: [each for each in candidates
@@ -359,6 +406,7 @@ class ApplicationScrolling(Scrolling):
                 self.scrolled(way, area, motion, [shift])
         # To the beginning, and no further.
         self.scroll(BOTH, area.at(0.5, 0.5), (-150, -150))
+        application.wait_drawn()
         before = self.x.picture(area)
         self.scroll(BOTH, area.at(0.5, 0.5), (-30, -30))
         self.assertTrue(self.has_moved(area, before, 0, 0))
@@ -370,6 +418,16 @@ class ApplicationScrolling(Scrolling):
         self.x.keys("alt+f")
         application.popup()
         application.leave_menu_bar()
+
+    def test_on_a_scaled_display(self):
+        application = self.start(LongText, environment={"QT_SCALE_FACTOR": "2"})
+        area = application.area(201, 361, 400, 200)
+        self.piece = 6
+        # The pointer stands at an odd pixel too, though the toolkit has no name for it.
+        for x, y in ((0, 0), (1, 1)):
+            self.scroll(BOTH, (area.x + x, area.y + y), (60, 60))
+        _, down = self.scrolled(VERTICAL, area, (0, 18), [(0, 3 * line) for line in range(20, 60)])
+        self.scrolled(BOTH, area, (-18, -18), [(-120, -down)])
 
     def test_item_views(self):
         for kind, place, line in ((Designer, (10, 250, 130, 300), range(4, 90)),

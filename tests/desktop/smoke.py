@@ -4,9 +4,9 @@
 import unittest
 
 import harness
-from applications import Featherpad, Linguist
+from applications import Featherpad, Linguist, LongText
 from harness import Timeout, wait_for
-from xclient import LEFT
+from xclient import LEFT, MIDDLE
 
 
 class Smoke:
@@ -80,6 +80,22 @@ class FeatherpadSmoke(Smoke, harness.DesktopTest):
 
 class LinguistSmoke(Smoke, harness.DesktopTest):
     kind = Linguist
+
+
+class ScrollingSmoke(harness.DesktopTest):
+    def test_a_held_button_scrolls_while_the_pointer_stands_still(self):
+        self.home.write_preferences(mouseButton2=2, modifiers2=0, isEnabled2=True)
+        application = self.start(LongText)
+        place = tuple(application.text().at(0.5, 0.5))
+        before = application.pixels(application.text())
+        self.x.move(*place)
+        self.x.press(MIDDLE)
+        self.x.move_by(0, 30)
+        wait_for(lambda: application.pixels(application.text()) != before, "the text to scroll")
+        wait_for(lambda: self.x.pointer()[:2] == place, "the pointer to be where it was")
+        self.x.release(MIDDLE)
+        self.assertNothingHeld()
+        application.assert_usable()
 
 
 if __name__ == "__main__":

@@ -71,7 +71,8 @@ class Strokes:
         self.assertEqual(application.commands(), [])
         self.assertFalse(application.popups())
         application.assert_usable()
-        wait_for(lambda: application.pixels(seen) == before, "the trace to go")
+        # The trace fades in a tenth of a second.
+        wait_for(lambda: application.pixels(seen) == before, "the trace to go", 0.3)
         self.assertEqual(application.count(), 0)
         self.assertNothingHeld()
 

@@ -159,14 +159,18 @@ TEST(VelmoraMouseHandlingTest, AnIndexOutsideTheEntriesIsNoModifierEntry) {
     Host host;
     VelmoraIndex = VelmoraSlotCount;
     NSEvent::Fields fields;
-    fields.type = NSRightMouseDown;
-    const auto press = std::make_shared<NSEvent>(fields);
-    host.then([&] {
-        fields.type = NSRightMouseUp;
-        NSApp().postEvent(std::make_shared<NSEvent>(fields));
-    });
-    const NSEventRef last = (*VelmoraMouseHandler)->doGesture_triggerEvent(press, press);
-    EXPECT_TRUE(!last || last->type() == NSRightMouseUp);
+    const auto event = [&](NSEventType type) {
+        fields.type = type;
+        return std::make_shared<NSEvent>(fields);
+    };
+    const NSEventRef press = event(NSRightMouseDown);
+    // Keys alone would have it ended by a dragged button.
+    host.then([&] { NSApp().postEvent(event(NSRightMouseDragged)); });
+    host.moveTo(460, 400);
+    host.pause(20);
+    host.then([&] { NSApp().postEvent(event(NSRightMouseUp)); });
+    (*VelmoraMouseHandler)->doGesture_triggerEvent(press, press);
+    EXPECT_EQ(host.trace().back(), "gesture \"r\"");
 }
 
 TEST(VelmoraMouseHandlingTest, TheWindowUnderTheStartIsTheWindowOrOneOfItsDrawers) {

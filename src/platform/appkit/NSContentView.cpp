@@ -22,6 +22,10 @@ NSContentView::NSContentView(NSPanel& panel, std::vector<Row> rows)
     for (const NSControlRef& control : subviews()) control->superview_ = this;
 }
 
+NSContentView::~NSContentView() {
+    for (const NSControlRef& control : subviews()) control->superview_ = nullptr;
+}
+
 std::vector<NSControlRef> NSContentView::subviews() const {
     std::vector<NSControlRef> found;
     for (const Row& row : rows_) {

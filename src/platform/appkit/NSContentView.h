@@ -31,6 +31,7 @@ public:
     using Row = std::vector<Cell>;
 
     NSContentView(NSPanel& panel, std::vector<Row> rows);
+    ~NSContentView() override;
 
     /// The place of a row does not change; one whose only control was removed is empty.
     const std::vector<Row>& rows() const { return rows_; }

@@ -56,7 +56,8 @@ inline constexpr int kCGStatusWindowLevelKey = 9;
 int CGWindowLevelForKey(int key);
 
 /// A window of our own that is only looked at: borderless and transparent where nothing is drawn.
-/// The pointer and the keys go through it, and it is none of NSApplication's windows.
+/// The pointer and the keys go through it, and it is none of NSApplication's windows. It has no
+/// shadow: desktops would draw one of its whole rectangle.
 class NSDrawnWindow : public NSWindow {
 public:
     static Class& classObject();

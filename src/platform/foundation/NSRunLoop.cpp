@@ -38,10 +38,14 @@ NSTimerRef NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repe
     return timer;
 }
 
-void NSTimer::invalidate() {
+void NSTimer::letGo() {
     valid_ = false;
     target_.reset();
     userInfo_.reset();
+}
+
+void NSTimer::invalidate() {
+    letGo();
     NSRunLoop& loop = NSRunLoop::currentRunLoop();
     if (std::erase_if(loop.entries_, [this](const NSRunLoop::Entry& entry) {
             return entry.timer.get() == this;
@@ -58,12 +62,19 @@ void NSTimer::fire(Time now) {
         fireDate_ += step;
         if (fireDate_ <= now) fireDate_ += (now - fireDate_) / step * step + step;
     }
+    // However the message ends, by an exception too.
+    const std::unique_ptr<NSTimer, void (*)(NSTimer*)> fired(this, [](NSTimer* timer) {
+        timer->firing_ = false;
+        if (!timer->repeats_) timer->invalidate();
+    });
     firing_ = true;
     // The message may run a loop of the host's, in which the other timers go on.
     NSRunLoop::currentRunLoop().timersChanged();
     if (target) message<void(const NSTimerRef&)>(*target, selector_, self);
-    firing_ = false;
-    if (!repeats_) invalidate();
+}
+
+NSRunLoop::~NSRunLoop() {
+    for (const Entry& entry : entries_) entry.timer->letGo();
 }
 
 NSRunLoop& NSRunLoop::currentRunLoop() {

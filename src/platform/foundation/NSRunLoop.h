@@ -40,6 +40,7 @@ public:
 private:
     friend class NSRunLoop;
     void fire(Time now);
+    void letGo();
 
     Time interval_{};
     Time fireDate_{};
@@ -57,6 +58,14 @@ using NSTimerRef = std::shared_ptr<NSTimer>;
 /// The timers of the process's one thread. The desktop or NSApplication's event fetch runs it.
 class NSRunLoop {
 public:
+    NSRunLoop() = default;
+    /// Its timers let go of their targets, which may keep them.
+    ~NSRunLoop();
+    NSRunLoop(NSRunLoop&&) = default;
+    NSRunLoop& operator=(NSRunLoop&&) = default;
+    NSRunLoop(const NSRunLoop&) = delete;
+    NSRunLoop& operator=(const NSRunLoop&) = delete;
+
     static NSRunLoop& currentRunLoop();
 
     void addTimer_forMode(const NSTimerRef& timer, RunLoopMode mode);

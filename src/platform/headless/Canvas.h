@@ -5,6 +5,7 @@
 #include "platform/appkit/Bitmap.h"
 #include "platform/appkit/NSGraphicsContext.h"
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the library's own name.
 using cairo_t = struct _cairo;
 
 namespace velmora {

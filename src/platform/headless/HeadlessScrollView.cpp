@@ -31,9 +31,9 @@ HeadlessScrollView::HeadlessScrollView(const ViewDescription& description,
     : HeadlessViewOf<NSScrollView>(description, window, handler),
       name_(description.scroll->name),
       line_(description.scroll->line),
-      clipView_(std::make_shared<ClipView>(
-          description.scroll->document,
-          NSRect{description.scroll->origin, description.frame.size})) {}
+      clipView_(
+          std::make_shared<ClipView>(description.scroll->document,
+                                     NSRect{description.scroll->origin, description.frame.size})) {}
 
 std::shared_ptr<NSClipView> HeadlessScrollView::contentView() {
     return clipView_;

@@ -31,7 +31,8 @@ public:
     /// Where the hand has moved the pointer, or would have if it moved it.
     NSPoint hand() const;
 
-    /// Whether the hand moves the pointer. Once it does again, it goes on from where the pointer is.
+    /// Whether the hand moves the pointer. Once it does again, it goes on from where the pointer
+    /// is.
     void associate(bool connected);
     /// As Desktop::lastMouseDelta.
     CGMouseDelta takeDelta() { return std::exchange(delta_, {}); }

@@ -254,13 +254,14 @@ void EventHook::wait(Time deadline) {
     if (delivery_ && !delivery_->released) delivery_->pointer.reset();
     for (NSEventRef& event : std::exchange(forFetch_, {})) NSApp().postEvent(std::move(event));
     for (NSEventRef& event : held_.released(steadyNow())) NSApp().postEvent(std::move(event));
-    if (!NSApp().hasEvents() && !letHostGoOn(deadline)) {
-        // A key ends every loop that waits for the end of a stroke, without anything being run.
-        NSEvent::Fields fields;
-        fields.type = NSKeyUp;
-        NSApp().postEvent(std::make_shared<NSEvent>(std::move(fields)));
-    }
+    if (!NSApp().hasEvents() && !letHostGoOn(deadline)) endFetch();
     if (NSApp().hasEvents()) leftOvers_.start(0);
+}
+
+void EventHook::endFetch() {
+    NSEvent::Fields fields;
+    fields.type = NSKeyUp;
+    NSApp().postEvent(std::make_shared<NSEvent>(std::move(fields)));
 }
 
 bool EventHook::letHostGoOn(Time deadline) {

@@ -30,8 +30,8 @@ public:
     /// Until input is taken: called when something has come that may be the first menu bar.
     void watchForMenuBar(std::function<void()> mayHaveCome);
 
-    /// Called when the host blocks a window inside a fetch or gets input in a loop of its own there,
-    /// as for a dialog: the pointer and its cursor are to be the host's.
+    /// Called when the host blocks a window inside a fetch or gets input in a loop of its own
+    /// there, as for a dialog: the pointer and its cursor are to be the host's.
     void watchForHostLoops(std::function<void()> began) { hostLoopBegan_ = std::move(began); }
 
     /// From here on input goes through the layer.
@@ -46,6 +46,10 @@ public:
 
     /// As Desktop::wait.
     void wait(Time deadline);
+
+    /// Posts what ends every loop that waits for the end of a stroke or a scrolling, without
+    /// anything being run: a key.
+    static void endFetch();
 
     /// Lets a wait return. False when none runs, or the host has begun a loop inside it.
     bool endWait();

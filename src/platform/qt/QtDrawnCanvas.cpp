@@ -10,6 +10,7 @@
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtWindows.h"
+#include "platform/qt/X11Connection.h"
 
 namespace velmora {
 
@@ -40,6 +41,9 @@ QtDrawnCanvas::QtDrawnCanvas(Kind kind, bool staysOnTop, QWidget* around)
     setAttribute(Qt::WA_QuitOnClose, false);
     if (kind == Kind::translucent) setAttribute(Qt::WA_TranslucentBackground);
     const WId window = winId();
+    // Compositing managers give no shadow, which would be a rectangle's, to what is only dragged
+    // about. Qt 6 tells them so of a window that is there already.
+    setAttribute(Qt::WA_X11NetWmWindowTypeDND);
     if (kind != Kind::shaped) return;
     shape_ = std::make_unique<X11Shape>(static_cast<std::uint32_t>(window));
     shape_->set({});
@@ -101,6 +105,7 @@ void QtDrawnCanvas::setAlpha(float alpha) {
     alpha_ = static_cast<double>(alpha);
     if (kind_ != Kind::inHost) {
         setWindowOpacity(alpha_);
+        flushHostConnection();
     } else if (isVisible()) {
         repaint(scaled(picture_.bounds(), 1 / devicePixelRatioF()));
     }

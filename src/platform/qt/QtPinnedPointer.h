@@ -17,11 +17,15 @@ public:
     QtPinnedPointer();
     ~QtPinnedPointer();
 
-    /// The pointer stands there from here on; what it has moved since is the first motion.
-    void pin(QPoint place);
+    /// The pointer stands there from here on; what it has moved since is the first motion. The
+    /// place is the toolkit's.
+    void pin(QPointF place);
     void release();
-    bool isPinned() const { return pinned_; }
-    QPoint place() const { return place_; }
+
+    /// The host needs the pointer before it is released: it stays where it is.
+    void lose();
+    /// Lost, and not yet released.
+    bool isLost() const { return lost_; }
 
     /// Whether there is motion to take. The toolkit tells of none that ends where it saw the
     /// pointer before, as motion often does that is set back in between.
@@ -34,10 +38,13 @@ private:
     QPointF motion();
 
     bool pinned_ = false;
+    bool lost_ = false;
+    /// Where it stands and where it was seen last: in the X server's pixels where that tells the
+    /// motion, which can be finer than the toolkit's; and how many of them are one of those.
     QPoint place_;
-    /// Where the pointer was seen last.
     QPoint seen_;
-    /// What is not yet a whole pixel.
+    double pixels_ = 1;
+    /// What is not yet a whole pixel of the toolkit's.
     QPointF rest_;
     std::unique_ptr<X11RawMotion> raw_;
 };

@@ -29,11 +29,14 @@ float originOf(const QScrollBar& bar) {
 void setOrigin(QScrollBar& bar, float place) {
     // A bar that is not to move keeps its value also where that has more digits than the place.
     if (place == originOf(bar)) return;
-    double origin = place;
+    // At the end the place may have been rounded beyond it.
+    double origin = std::clamp<double>(place, bar.minimum(), bar.maximum());
     if (isReversed(bar)) origin = bar.minimum() + bar.maximum() - origin;
     const double whole = std::floor(origin);
+    // The host hears of it, and may take the bar away.
+    const QPointer<QScrollBar> kept(&bar);
     bar.setValue(static_cast<int>(whole));
-    bar.setProperty(fractionMark, QPointF(bar.value(), origin - whole));
+    if (kept) bar.setProperty(fractionMark, QPointF(bar.value(), origin - whole));
 }
 
 float constrained(const QScrollBar& bar, float origin) {

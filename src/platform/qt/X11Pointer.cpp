@@ -2,19 +2,11 @@
 
 #include <xcb/xinput.h>
 
-#include <cstdlib>
-#include <memory>
-
 #include "platform/qt/X11Connection.h"
 
 namespace velmora {
 
 namespace {
-
-template <class Reply>
-std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
-    return {reply, &std::free};
-}
 
 /// X's buttons 4 to 7 are the wheel's.
 Qt::MouseButton buttonOfNumber(unsigned number) {

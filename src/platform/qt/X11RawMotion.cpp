@@ -2,18 +2,9 @@
 
 #include <xcb/xinput.h>
 
-#include <QGuiApplication>
-#include <cstdlib>
-#include <cstring>
-
 namespace velmora {
 
 namespace {
-
-template <class Reply>
-std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
-    return {reply, &std::free};
-}
 
 double numberOf(xcb_input_fp3232_t value) {
     return value.integral + value.frac / 4294967296.0;
@@ -33,40 +24,31 @@ QPointF motionOf(const xcb_input_raw_motion_event_t& event) {
 
 }  // namespace
 
-void X11RawMotion::Disconnect::operator()(xcb_connection_t* connection) const {
-    xcb_disconnect(connection);
-}
-
-X11RawMotion::X11RawMotion() {
-    if (QGuiApplication::platformName() != QLatin1String("xcb")) return;
-    int number = 0;
-    connection_.reset(xcb_connect(nullptr, &number));
-    if (!select()) connection_.reset();
-}
-
-X11RawMotion::~X11RawMotion() = default;
+X11RawMotion::X11RawMotion() : on_(select()) {}
 
 bool X11RawMotion::select() {
-    xcb_connection_t* server = connection_.get();
-    if (xcb_connection_has_error(server) != 0) return false;
+    xcb_connection_t* server = connection_.server();
+    if (!server) return false;
     const auto* extension = xcb_get_extension_data(server, &xcb_input_id);
     if (!extension || !extension->present) return false;
     extension_ = extension->major_opcode;
     const auto version = owned(xcb_input_xi_query_version_reply(
         server, xcb_input_xi_query_version(server, 2, 2), nullptr));
     if (!version || version->major_version < 2) return false;
-    root_ = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
     const struct {
         xcb_input_event_mask_t head;
         std::uint32_t events;
     } mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_MOTION};
-    const auto request = xcb_input_xi_select_events_checked(server, root_, 1, &mask.head);
+    const auto request =
+        xcb_input_xi_select_events_checked(server, connection_.root(), 1, &mask.head);
     return !owned(xcb_request_check(server, request));
 }
 
 X11RawMotion::Answer X11RawMotion::pointer() {
-    const auto request = xcb_query_pointer(connection_.get(), root_);
-    const auto reply = owned(xcb_query_pointer_reply(connection_.get(), request, nullptr));
+    xcb_connection_t* server = connection_.server();
+    if (!server) return {};
+    const auto request = xcb_query_pointer(server, connection_.root());
+    const auto reply = owned(xcb_query_pointer_reply(server, request, nullptr));
     if (!reply) return {};
     return {QPoint(reply->root_x, reply->root_y), request.sequence};
 }
@@ -77,25 +59,63 @@ std::optional<QPoint> X11RawMotion::begin() {
     return place;
 }
 
-std::optional<QPointF> X11RawMotion::take() {
-    const std::optional<QPoint> place = pointer().place;
+void X11RawMotion::moveTo(QPoint place) {
+    xcb_connection_t* server = connection_.server();
+    if (!server) return;
+    xcb_warp_pointer(server, XCB_NONE, connection_.root(), 0, 0, 0, 0,
+                     static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()));
+    pointer();
+}
+
+std::optional<X11RawMotion::Reading> X11RawMotion::take() {
+    const auto [place, answered] = pointer();
     if (!place) return {};
-    QPointF motion;
+    readEvents();
+    Reading reading{*place, {}, false};
     QPointF last;
-    while (const auto event = owned(xcb_poll_for_queued_event(connection_.get()))) {
+    while (!events_.empty() && events_.front().number < answered) {
+        const Event event = events_.front();
+        events_.pop_front();
+        if (event.number < first_) continue;
+        last = event.motion;
+        reading.motion += last;
+        if (isAbsolute(event.device)) reading.isPlace = true;
+    }
+    // Programs that move the pointer do so by the server's own device, which tells either.
+    if (!last.isNull() && last == QPointF(*place)) reading.isPlace = true;
+    return reading;
+}
+
+void X11RawMotion::readEvents() {
+    xcb_connection_t* server = connection_.server();
+    if (!server) return;
+    while (const auto event = owned(xcb_poll_for_queued_event(server))) {
         const auto* raw = reinterpret_cast<const xcb_input_raw_motion_event_t*>(event.get());
         if ((event->response_type & 0x7FU) != XCB_GE_GENERIC || raw->extension != extension_ ||
             raw->event_type != XCB_INPUT_RAW_MOTION) {
             continue;
         }
-        // An event has the number of the last request that the server had seen before it.
-        if (raw->full_sequence < first_) continue;
-        last = motionOf(*raw);
-        motion += last;
+        events_.push_back({raw->full_sequence, raw->sourceid, motionOf(*raw)});
     }
-    // What stands exactly at the pointer's place, as a tablet's event does, is a place.
-    const bool isPlace = !last.isNull() && last == QPointF(*place);
-    return isPlace ? std::nullopt : std::optional(motion);
+}
+
+bool X11RawMotion::isAbsolute(std::uint16_t device) {
+    if (const auto known = absolute_.find(device); known != absolute_.end()) return known->second;
+    bool& absolute = absolute_[device];
+    xcb_connection_t* server = connection_.server();
+    if (!server) return absolute;
+    const auto request = xcb_input_xi_query_device(server, device);
+    const auto reply = owned(xcb_input_xi_query_device_reply(server, request, nullptr));
+    if (!reply) return absolute;
+    auto info = xcb_input_xi_query_device_infos_iterator(reply.get());
+    if (info.rem == 0) return absolute;
+    auto part = xcb_input_xi_device_info_classes_iterator(info.data);
+    for (; part.rem > 0; xcb_input_device_class_next(&part)) {
+        if (part.data->type != XCB_INPUT_DEVICE_CLASS_TYPE_VALUATOR) continue;
+        const auto* axis = reinterpret_cast<const xcb_input_valuator_class_t*>(part.data);
+        if (axis->number == 0) absolute = axis->mode == XCB_INPUT_VALUATOR_MODE_ABSOLUTE;
+    }
+    return absolute;
 }
 
 }  // namespace velmora

@@ -2,10 +2,12 @@
 
 #include <QPoint>
 #include <QPointF>
-#include <memory>
+#include <cstdint>
+#include <deque>
+#include <map>
 #include <optional>
 
-struct xcb_connection_t;
+#include "platform/qt/X11Connection.h"
 
 namespace velmora {
 
@@ -15,38 +17,55 @@ namespace velmora {
 class X11RawMotion {
 public:
     X11RawMotion();
-    ~X11RawMotion();
 
     /// Whether the server tells. On any other display, and where it knows no raw motion, it does
     /// not.
-    bool isOn() const { return connection_ != nullptr; }
+    bool isOn() const { return on_; }
 
     /// Where the pointer is; motion counts from here on.
     std::optional<QPoint> begin();
 
-    /// The motion since the last call, all that the server had before this call included. Nothing
-    /// when a device told places instead of motion.
-    std::optional<QPointF> take();
+    struct Reading {
+        QPoint pointer;
+        /// Since the last reading, or since the beginning.
+        QPointF motion;
+        /// A device has told places, as a tablet does: what has moved is the pointer, the motion
+        /// says nothing.
+        bool isPlace = false;
+    };
+    /// All that the server had before this call. Nothing when it does not answer any more.
+    std::optional<Reading> take();
+
+    /// Sets the pointer there.
+    void moveTo(QPoint place);
 
 private:
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const;
-    };
     struct Answer {
         std::optional<QPoint> place;
         /// The request's number on the connection.
         std::uint32_t number = 0;
     };
+    struct Event {
+        /// Of the last request that the server had seen before it.
+        std::uint32_t number;
+        std::uint16_t device;
+        QPointF motion;
+    };
     bool select();
     /// Waits for the server's answer, so that all events from before it are there; some from after
     /// it may be there too.
     Answer pointer();
+    void readEvents();
+    bool isAbsolute(std::uint16_t device);
 
-    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
-    std::uint32_t root_ = 0;
+    X11OwnConnection connection_;
     std::uint8_t extension_ = 0;
     /// Motion counts from this request on.
     std::uint32_t first_ = 0;
+    std::deque<Event> events_;
+    std::map<std::uint16_t, bool> absolute_;
+    /// The last, since finding out sets some of the others.
+    bool on_;
 };
 
 }  // namespace velmora

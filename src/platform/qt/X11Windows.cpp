@@ -2,8 +2,6 @@
 
 #include <xcb/xcb.h>
 
-#include <QGuiApplication>
-#include <cstdlib>
 #include <string>
 
 namespace velmora {
@@ -12,53 +10,28 @@ namespace {
 
 constexpr std::uint32_t mostWindows = 4096;
 
-/// What libxcb hands out is freed by us.
-struct Free {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <class Reply>
-std::unique_ptr<Reply, Free> owned(Reply* reply) {
-    return std::unique_ptr<Reply, Free>(reply);
-}
-
 }  // namespace
 
-X11Windows::X11Windows() = default;
-X11Windows::~X11Windows() = default;
-
-void X11Windows::Disconnect::operator()(xcb_connection_t* connection) const {
-    xcb_disconnect(connection);
-}
-
 xcb_connection_t* X11Windows::connection() {
-    if (!tried_) {
-        tried_ = true;
-        if (QGuiApplication::platformName() != QLatin1String("xcb")) return nullptr;
-        int number = 0;
-        connection_.reset(xcb_connect(nullptr, &number));
-        if (xcb_connection_has_error(connection_.get()) != 0) connection_.reset();
-        if (!connection_) return nullptr;
-        screen_ = number;
-        auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection_.get()));
-        for (; screens.rem > 0 && number > 0; --number) xcb_screen_next(&screens);
-        if (screens.rem > 0) root_ = screens.data->root;
-        stackingAtom_ = atom("_NET_CLIENT_LIST_STACKING");
+    if (!connection_) {
+        connection_.emplace();
+        if (connection_->server()) stackingAtom_ = atom("_NET_CLIENT_LIST_STACKING");
     }
-    if (connection_ && xcb_connection_has_error(connection_.get()) != 0) connection_.reset();
-    return connection_.get();
+    return connection_->server();
 }
 
 std::uint32_t X11Windows::atom(std::string_view name) {
+    xcb_connection_t* server = connection_->server();
     const auto request =
-        xcb_intern_atom(connection_.get(), 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const auto reply = owned(xcb_intern_atom_reply(connection_.get(), request, nullptr));
+        xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const auto reply = owned(xcb_intern_atom_reply(server, request, nullptr));
     return reply ? reply->atom : std::uint32_t{XCB_ATOM_NONE};
 }
 
 bool X11Windows::hasCompositor() {
     xcb_connection_t* server = connection();
     if (!server) return false;
-    const std::uint32_t selection = atom("_NET_WM_CM_S" + std::to_string(screen_));
+    const std::uint32_t selection = atom("_NET_WM_CM_S" + std::to_string(connection_->screen()));
     if (selection == XCB_ATOM_NONE) return false;
     const auto request = xcb_get_selection_owner(server, selection);
     const auto reply = owned(xcb_get_selection_owner_reply(server, request, nullptr));
@@ -68,8 +41,8 @@ bool X11Windows::hasCompositor() {
 std::vector<std::uint32_t> X11Windows::stackingOrder() {
     xcb_connection_t* server = connection();
     if (!server || stackingAtom_ == XCB_ATOM_NONE) return {};
-    const auto request =
-        xcb_get_property(server, 0, root_, stackingAtom_, XCB_ATOM_WINDOW, 0, mostWindows);
+    const auto request = xcb_get_property(server, 0, connection_->root(), stackingAtom_,
+                                          XCB_ATOM_WINDOW, 0, mostWindows);
     const auto reply = owned(xcb_get_property_reply(server, request, nullptr));
     if (!reply || reply->format != 32) return {};
     const auto* windows = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
-struct xcb_connection_t;
+#include "platform/qt/X11Connection.h"
 
 namespace velmora {
 
@@ -13,9 +13,6 @@ namespace velmora {
 /// needed; on any other display everything here answers nothing.
 class X11Windows {
 public:
-    X11Windows();
-    ~X11Windows();
-
     /// The windows that the window manager manages, the lowest first; empty when it does not say.
     std::vector<std::uint32_t> stackingOrder();
 
@@ -26,16 +23,11 @@ public:
     bool hasCompositor();
 
 private:
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const;
-    };
+    /// Null when there is none.
     xcb_connection_t* connection();
     std::uint32_t atom(std::string_view name);
 
-    bool tried_ = false;
-    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
-    std::uint32_t root_ = 0;
-    int screen_ = 0;
+    std::optional<X11OwnConnection> connection_;
     std::uint32_t stackingAtom_ = 0;
 };
 

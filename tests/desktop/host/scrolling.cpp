@@ -12,6 +12,7 @@
 //   watch          from here on "scrolled Y NANOSECONDS" whenever the area has scrolled down, with
 //                  the time of the steady clock
 //   throw          lets the next scrolling of the area throw an exception
+//   vanish         lets it delete the area; only the window can go after that
 //   quit
 
 #include <QApplication>
@@ -70,6 +71,7 @@ public:
         disabled->setEnabled(false);
         add(*grid, disabled, "disabled");
         plain_ = new Plain;
+        plain_->setFocusPolicy(Qt::ClickFocus);
         grid->addWidget(plain_, 3, 0);
         resize(700, 620);
         QTimer::singleShot(0, this, [number] { say(QString("ready %1").arg(number)); });
@@ -103,6 +105,10 @@ public:
         connect(areaBar(), &QScrollBar::valueChanged, this, [thrown = false]() mutable {
             if (!std::exchange(thrown, true)) throw std::runtime_error("out of a slot");
         });
+    }
+
+    void vanishOnce() {
+        connect(areaBar(), &QScrollBar::valueChanged, this, [this] { delete areas_.takeAt(2); });
     }
 
     void scrollTo(int percent) {
@@ -195,6 +201,7 @@ private:
         if (command == "middle") window_->scrollTo(50);
         if (command == "watch") window_->watchArea();
         if (command == "throw") window_->throwOnce();
+        if (command == "vanish") window_->vanishOnce();
     }
 
     void later(const QString& what) {
