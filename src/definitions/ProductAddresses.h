@@ -1,13 +1,16 @@
 #pragma once
 
-#include <string_view>
+#include <string>
 
 namespace velmora {
 
-/// Where the product and its maker are found. The only place that knows.
-inline constexpr std::string_view productHomePage = "https://velmora.example/";
-inline constexpr std::string_view updateDescription =
-    "https://velmora.example/VelmoraVersion.plist";
-inline constexpr std::string_view makerHomePage = "https://korvane.example/";
+// Where the product and its maker are found. The only place that knows.
+
+/// The product's web site. The environment variable VELMORA_SITE names another one, for whoever
+/// publishes the system elsewhere.
+std::string productHomePage();
+/// The description of the newest version on that site, a property list.
+std::string updateDescription();
+std::string makerHomePage();
 
 }  // namespace velmora

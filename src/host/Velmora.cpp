@@ -4,9 +4,11 @@
 
 #include "definitions/ProductAddresses.h"
 #include "definitions/VelmoraSettingsDirectory.h"
+#include "platform/appkit/NSAlert.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/NSBundle.h"
+#include "platform/foundation/PropertyListURL.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
@@ -43,6 +45,17 @@ std::string version() {
     return std::to_string(versionMajor) + "." + (minor.size() < 2 ? "0" : "") + minor;
 }
 
+/// Whether a version above ours is described. A number that is missing is 0.
+bool isNewer(const NSDictionary& description) {
+    const auto number = [&](std::string_view key) {
+        const PropertyList* value = description.objectForKey(key);
+        return value ? value->intValue().value_or(0) : 0;
+    };
+    const int major = number("VersionMajor");
+    return major > versionMajor ||
+           (major == versionMajor && number("VersionMinor") > versionMinor);
+}
+
 /// The version in the place that the text leaves for it.
 std::string versionLine(std::string text) {
     constexpr std::string_view placeholder = "x.yy";
@@ -76,6 +89,7 @@ Class& Velmora::classObject() {
              .method<&Velmora::defineMnemonics>("defineMnemonics:")
              .method<&Velmora::runAbout>("runAbout:")
              .method<&Velmora::windowWillClose>("windowWillClose:")
+             .method<&Velmora::checkVersion>("checkVersion:")
              .method<&Velmora::showHelp>("showHelp:")
              .method<&Velmora::gotoHome>("gotoHome:")
              .method<&Velmora::gotoKorvane>("gotoKorvane:");
@@ -272,6 +286,22 @@ void Velmora::windowWillClose(const NSNotification& notification) {
     vmAboutPanel_ = nullptr;
 }
 
+void Velmora::checkVersion(const Id& /*sender*/) {
+    const auto description =
+        dictionaryWithContentsOfURL(updateDescription(), settingsDirectory() + "/Version.download");
+    if (!description) {
+        NSRunAlertPanel("", localized("Can not connect to Velmora site!"), "", "", "");
+        return;
+    }
+    if (!isNewer(*description)) {
+        NSRunInformationalAlertPanel(localized("Your Velmora version is up to date!"), "", "", "",
+                                     "");
+        return;
+    }
+    const PropertyList* page = description->objectForKey("UpdateURL");
+    if (page && page->string()) NSWorkspace::sharedWorkspace().openURL(*page->string());
+}
+
 void Velmora::showHelp(const Id& /*sender*/) {
     const auto manual = NSBundle::bundleForClass().pathForResource_ofType("Manual", "");
     if (!manual) return;
@@ -279,11 +309,11 @@ void Velmora::showHelp(const Id& /*sender*/) {
 }
 
 void Velmora::gotoHome(const Id& /*sender*/) {
-    NSWorkspace::sharedWorkspace().openURL(std::string(productHomePage));
+    NSWorkspace::sharedWorkspace().openURL(productHomePage());
 }
 
 void Velmora::gotoKorvane(const Id& /*sender*/) {
-    NSWorkspace::sharedWorkspace().openURL(std::string(makerHomePage));
+    NSWorkspace::sharedWorkspace().openURL(makerHomePage());
 }
 
 }  // namespace velmora

@@ -62,6 +62,9 @@ public:
     /// The About panel closes: the next one is made anew.
     void windowWillClose(const NSNotification& notification);
 
+    /// Asks the product's site for the newest version: opens its page, or says that there is none
+    /// or that the site is out of reach. The host waits meanwhile, for ten seconds at the most.
+    void checkVersion(const Id& sender);
     void showHelp(const Id& sender);
     void gotoHome(const Id& sender);
     void gotoKorvane(const Id& sender);

@@ -75,7 +75,7 @@ void VelmoraAnimatedIcon::animationTick(const NSTimerRef& /*timer*/) {
 }
 
 void VelmoraAnimatedIcon::gotoHomepage(const Id& /*sender*/) {
-    NSWorkspace::sharedWorkspace().openURL(std::string(productHomePage));
+    NSWorkspace::sharedWorkspace().openURL(productHomePage());
 }
 
 }  // namespace velmora

@@ -98,8 +98,9 @@ void VelmoraGesturesUI::processGesture(const std::string& gesture) {
     tableView_->reloadData();
 }
 
-void VelmoraGesturesUI::cancelGestureInput(const Id& /*sender*/) {
+void VelmoraGesturesUI::cancelGestureInput(const Id& sender) {
     setTraining(false);
+    if (gesturePanel_) gesturePanel_->performClose(sender);
 }
 
 void VelmoraGesturesUI::preview(const std::string& gesture) {

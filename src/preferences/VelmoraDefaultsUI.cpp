@@ -110,10 +110,12 @@ void VelmoraDefaultsUI::setTextColors() {
 
 void VelmoraDefaultsUI::gestureSizeChanged(const Id& sender) {
     defaults_->setGestureSize(intValueOf(sender));
+    gestureSizeTF_->setIntValue(defaults_->gestureSize());
 }
 
 void VelmoraDefaultsUI::timeoutChanged(const Id& sender) {
     defaults_->setGestureTimeout(intValueOf(sender));
+    timeoutTF_->setIntValue(defaults_->gestureTimeout());
 }
 
 void VelmoraDefaultsUI::makeKeyChanged(const Id& sender) {

@@ -29,7 +29,7 @@ public:
     /// Red for a slot that may not be used; else black when it is on, light grey when it is off.
     void setTextColorAt(int slot);
 
-    // Actions
+    // Actions. A field shows what was stored of what was typed in it.
 
     void gestureSizeChanged(const Id& sender);
     void timeoutChanged(const Id& sender);

@@ -151,7 +151,7 @@ TEST_F(VelmoraAnimatedIconTest, AClickOpensTheHomePageAndDisturbsNothing) {
     host_.advance(350);
     const NSTimerRef timer = icon_->animationTimer();
     icon_->performClick(nullptr);
-    EXPECT_THAT(host_.opened(), ElementsAre(productHomePage));
+    EXPECT_THAT(host_.opened(), ElementsAre(productHomePage()));
     EXPECT_EQ(icon_->animationTimer(), timer);
     icon_->setEnabled(false);
     icon_->performClick(nullptr);

@@ -23,10 +23,6 @@ struct Texts {
     std::string otherButton;
 };
 
-std::string localized(const std::string& english) {
-    return NSBundle::bundleForClass().localizedStringForKey_value_table(english);
-}
-
 /// An alert while it is open: its panel, and what is to become of the answer.
 class Alert final : public NSObject {
 public:

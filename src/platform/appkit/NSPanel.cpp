@@ -141,4 +141,8 @@ bool NSPanel::isVisible() {
     return peer().isVisible();
 }
 
+bool NSPanel::isKeyWindow() {
+    return peer().isKeyWindow();
+}
+
 }  // namespace velmora

@@ -27,12 +27,13 @@ public:
     virtual void makeKeyWindow() = 0;
     virtual void orderOut() = 0;
     virtual bool isVisible() = 0;
-
     /// Controls were added to the panel's content view, or removed from it.
     virtual void contentChanged() = 0;
 
     // A desktop that does without these shows the panel all the same.
 
+    /// Whether what is typed goes to it.
+    virtual bool isKeyWindow() { return isVisible(); }
     /// The place that the panel had before; what of it is off the screen is brought back.
     virtual void setFrame(NSRect frame) { setFrameOrigin(frame.origin); }
     virtual void titleChanged() {}
@@ -93,6 +94,7 @@ public:
     void orderOut();
     void makeKeyWindow() override;
     bool isVisible();
+    bool isKeyWindow();
 
     /// Hides the panel and tells the delegate; nothing while it does not show.
     void performClose(const Id& sender);

@@ -54,6 +54,10 @@ void HeadlessPanel::makeKeyAndOrderFront() {
     desktop_.showPanel(*this);
 }
 
+bool HeadlessPanel::isKeyWindow() {
+    return desktop_.keyPanel() == this;
+}
+
 void HeadlessPanel::contentChanged() {
     const auto rows = static_cast<float>(panel_.rows().size());
     frame_.size = {width, heightWithoutRows + rowHeight * rows};

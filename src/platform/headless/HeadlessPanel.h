@@ -30,6 +30,7 @@ public:
     void makeKeyWindow() override;
     void orderOut() override;
     bool isVisible() override { return visible_; }
+    bool isKeyWindow() override;
     void contentChanged() override;
     /// Fetches and dispatches events as long as it lasts.
     void runModal() override;
