@@ -206,15 +206,15 @@ void writePanel(const std::string& folder, const std::string& rows, const std::s
         ASSERT_NE(text.find(place), std::string::npos);
         text.insert(text.find(place) + place.size(), what);
     };
-    insertAfter("{ label = \"Mnemonic:\"; }, mnemonicsTF )", rows);
+    insertAfter("mnemonicsTF, define )", rows);
     insertAfter("objects = {", objects);
     std::ofstream(folder + "/interface/Velmora.plist") << text;
 }
 
 TEST(ScenarioPlayerTest, TheButtonsOfAPanelAreSeenAndClicked) {
     const TemporaryFolder folder;
-    writePanel(folder.path(), ", ( help ), ( icon )",
-               "help = { class = NSButton; title = \"Help\"; action = \"gotoKorvane:\"; };"
+    writePanel(folder.path(), ", ( extra ), ( icon )",
+               "extra = { class = NSButton; title = \"Help\"; action = \"gotoKorvane:\"; };"
                "icon = { class = VelmoraAnimatedIcon; title = \"Home\"; imageOnly = YES;"
                " imageSize = 64; };");
     EXPECT_THAT(faultsOf("click button \"Home\"\n"

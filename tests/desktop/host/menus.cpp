@@ -9,6 +9,7 @@
 //   wipe                the same, deleting whatever stands in it
 //   bar                 gives every window a new menu bar
 //   places              says where the areas of every window are: the middles, on the screen
+//   items               says where the items of the open menus are: the same
 //   quit
 
 #include <QApplication>
@@ -22,6 +23,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <functional>
 #include <stdexcept>
@@ -188,8 +190,9 @@ private:
         place(new Area("dialog", [this](Area&, QPoint) { runDialog("Instead"); }), "dialog");
         auto* actions = new Area("actions", nullptr);
         actions->setContextMenuPolicy(Qt::ActionsContextMenu);
-        for (const char* text : {"Cut It", "Keep It"}) {
+        for (const char* text : {"Cut It", "Keep It", "Tick It"}) {
             auto* action = new QAction(text, actions);
+            action->setCheckable(text == QByteArray("Tick It"));
             connect(action, &QAction::triggered, this, [this, action] { ran(*action); });
             actions->addAction(action);
         }
@@ -208,6 +211,14 @@ private:
             menu.exec(tree->viewport()->mapToGlobal(at));
         });
         place(tree, "tree");
+        // One menu for a button and for the area beside it.
+        auto* tool = new QToolButton;
+        auto* tools = new QMenu(tool);
+        add(*tools, "Hammer");
+        tool->setMenu(tools);
+        tool->setPopupMode(QToolButton::InstantPopup);
+        place(tool, "tool");
+        place(new Area("shared", [tools](Area&, QPoint at) { tools->popup(at); }), "shared");
         setCentralWidget(centre);
         auto* dock = new QDockWidget("Dock", this);
         dock->setWidget(new QPlainTextEdit);
@@ -269,6 +280,7 @@ public:
 private:
     void obey(const QString& command, const QString& rest) {
         if (command == "window") return openWindow();
+        if (command == "items") return sayItems();
         if (command == "quit") return QApplication::quit();
         for (Window* window : windows()) {
             if (command == "close" && window->number() == rest.toInt())
@@ -292,6 +304,20 @@ private:
             if (command == "rename") action->setText(rest.section('=', 1));
             if (command == "disable" || command == "enable")
                 action->setEnabled(command == "enable");
+        }
+    }
+
+    static void sayItems() {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* menu = qobject_cast<QMenu*>(widget);
+            if (!menu || !menu->isVisible()) continue;
+            for (QAction* action : menu->actions()) {
+                const QPoint middle = menu->mapToGlobal(menu->actionGeometry(action).center());
+                say(QString("item %1 %2 %3")
+                        .arg(middle.x())
+                        .arg(middle.y())
+                        .arg(action->text().section('\t', 0, 0)));
+            }
         }
     }
 

@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/Velmora.h"
+#include "platform/appkit/NSPanel.h"
+#include "platform/foundation/FileSystem.h"
+#include "platform/headless/HeadlessPanel.h"
+#include "support/ForwardingDesktop.h"
+#include "support/HeadlessHost.h"
+
+namespace velmora {
+namespace {
+
+/// A fetch that has ended.
+class Ended final : public NSTask {
+public:
+    explicit Ended(int status) : status_(status) {}
+    void waitUntilExit() override {}
+    bool isRunning() const override { return false; }
+    int terminationStatus() const override { return status_; }
+
+private:
+    int status_;
+};
+
+/// Answers each fetch with the text, or with a failure.
+class Web final : public ForwardingDesktop {
+public:
+    using ForwardingDesktop::ForwardingDesktop;
+
+    std::optional<std::string> answer;
+    std::vector<std::string> asked;
+
+    std::unique_ptr<NSTask> launchProcess(const std::string& /*path*/,
+                                          const std::vector<std::string>& arguments) override {
+        asked.push_back(arguments.back());
+        if (!answer) return std::make_unique<Ended>(22);
+        files().writeAtomically(*(arguments.end() - 3), *answer);
+        return std::make_unique<Ended>(0);
+    }
+};
+
+TEST(UpdateCheckTest, ANewerVersionsPageIsOpenedAndAllElseIsAnAlert) {
+    constexpr const char* current = "Your Velmora version is up to date!";
+    constexpr const char* unreachable = "Can not connect to Velmora site!";
+    struct Row {
+        std::optional<std::string> answer;
+        std::string said;
+        bool opens;
+    };
+    const std::vector<Row> rows{
+        {"{ VersionMajor = 1; VersionMinor = 5; UpdateURL = \"http://new/\"; }", "", true},
+        {"{ VersionMajor = 2; VersionMinor = 0; UpdateURL = \"http://new/\"; }", "", true},
+        {"{ VersionMajor = 2; UpdateURL = \"http://new/\"; }", "", true},
+        {"{ VersionMajor = 2; }", "", false},
+        {"{ VersionMajor = 1; VersionMinor = 4; UpdateURL = \"http://new/\"; }", current, false},
+        {"{ VersionMajor = 0; VersionMinor = 9; UpdateURL = \"http://new/\"; }", current, false},
+        {"{ VersionMinor = 9; UpdateURL = \"http://new/\"; }", current, false},
+        {"<plist><dict><key>VersionMajor</key><integer>1</integer>"
+         "<key>VersionMinor</key><integer>5</integer>"
+         "<key>UpdateURL</key><string>http://new/</string></dict></plist>",
+         "", true},
+        {"{ }", current, false},
+        {"( 1, 5 )", unreachable, false},
+        {"<html>", unreachable, false},
+        {std::nullopt, unreachable, false},
+    };
+    HeadlessHost host("Editor");
+    host.menu({submenu("Editor", {item("Quit")})});
+    host.launch();
+    Web web(host.desktop());
+    for (const Row& row : rows) {
+        web.answer = row.answer;
+        const std::size_t opened = host.opened().size();
+        std::string said;
+        host.then([&] {
+            const HeadlessPanel* panel = host.desktop().keyPanel();
+            if (!panel) return;
+            for (const auto& cell : host.desktop().keyPanel()->panel().rows().front()) {
+                if (const auto* label = std::get_if<NSPanel::Label>(&cell)) said = label->text;
+            }
+        });
+        host.type("return");
+        Velmora::sharedInstance()->checkVersion(nullptr);
+        host.run();
+        const std::string sent = row.answer.value_or("nothing");
+        EXPECT_EQ(said, row.said) << sent;
+        ASSERT_EQ(host.opened().size(), opened + (row.opens ? 1 : 0)) << sent;
+        if (row.opens) {
+            EXPECT_EQ(host.opened().back(), "http://new/");
+        }
+        EXPECT_EQ(host.desktop().keyPanel(), nullptr);
+    }
+    EXPECT_EQ(web.asked.front(), "https://velmora.example/VelmoraVersion.plist");
+    EXPECT_FALSE(host.readSettings("Version.download"));
+}
+
+}  // namespace
+}  // namespace velmora
