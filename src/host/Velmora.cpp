@@ -52,8 +52,7 @@ bool isNewer(const NSDictionary& description) {
         return value ? value->intValue().value_or(0) : 0;
     };
     const int major = number("VersionMajor");
-    return major > versionMajor ||
-           (major == versionMajor && number("VersionMinor") > versionMinor);
+    return major > versionMajor || (major == versionMajor && number("VersionMinor") > versionMinor);
 }
 
 /// The version in the place that the text leaves for it.

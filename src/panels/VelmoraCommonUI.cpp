@@ -16,8 +16,8 @@ namespace velmora {
 namespace {
 
 constexpr const char* rowsType = "VelmoraPBType";
-constexpr unsigned everyOperation = NSDragOperationCopy | NSDragOperationLink |
-                                    NSDragOperationGeneric | NSDragOperationPrivate;
+constexpr unsigned everyOperation =
+    NSDragOperationCopy | NSDragOperationLink | NSDragOperationGeneric | NSDragOperationPrivate;
 
 [[maybe_unused]] const Class& registered = VelmoraCommonUI::classObject();
 
@@ -169,8 +169,9 @@ unsigned VelmoraCommonUI::tableView_validateDrop_proposedRow_proposedDropOperati
     return operation == NSTableViewDropAbove ? everyOperation : NSDragOperationNone;
 }
 
-bool VelmoraCommonUI::tableView_acceptDrop_row_dropOperation(
-    NSTableView& /*table*/, NSDraggingInfo& info, int row, int /*operation*/) {
+bool VelmoraCommonUI::tableView_acceptDrop_row_dropOperation(NSTableView& /*table*/,
+                                                             NSDraggingInfo& info, int row,
+                                                             int /*operation*/) {
     const PropertyList* dropped = info.draggingPasteboard().propertyListForType(rowsType);
     if (!dropped || !dropped->array()) return false;
     std::vector<VelmoraSettingRef>& array = settings_->array();
