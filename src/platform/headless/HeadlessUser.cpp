@@ -1,8 +1,10 @@
 #include "platform/headless/HeadlessUser.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSMenu.h"
 #include "platform/appkit/NSView.h"
 #include "platform/headless/InputQueue.h"
 #include "platform/headless/VirtualClock.h"
@@ -178,6 +180,22 @@ void HeadlessUser::clickInMenu() {
     NSApp().postEvent(std::make_shared<NSEvent>(std::move(fields)));
     NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(1U << NSSystemDefined, distantPast,
                                                            NSDefaultRunLoopMode, true);
+}
+
+NSMenuRef HeadlessUser::contextMenu() const {
+    const NSWindowRef window = windowAt(location());
+    const NSViewRef content = window ? window->contentView() : nullptr;
+    if (!content) return nullptr;
+    NSEvent::Fields click = fields(NSRightMouseDown);
+    click.location = window->convertScreenToBase(click.location);
+    click.windowNumber = window->windowNumber();
+    const NSViewRef view = content->hitTest(click.location);
+    try {
+        return view ? view->menuForEvent(std::make_shared<NSEvent>(std::move(click))) : nullptr;
+    } catch (const std::exception&) {
+        // The host's own fault, which it survives.
+        return nullptr;
+    }
 }
 
 void HeadlessUser::scroll(float deltaX, float deltaY) {

@@ -16,6 +16,7 @@
 namespace velmora {
 
 class InputQueue;
+class NSMenu;
 class NSWindow;
 class VirtualClock;
 
@@ -58,6 +59,9 @@ public:
     /// What a click into an open menu leaves behind: the menu has fetched it itself, and it belongs
     /// to no window.
     static void clickInMenu();
+
+    /// The context menu that opens where the pointer is; null where none does.
+    std::shared_ptr<NSMenu> contextMenu() const;
 
     void scroll(float deltaX, float deltaY);
 

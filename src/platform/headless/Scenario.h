@@ -119,6 +119,8 @@ struct WaitStep {
 
 struct ChooseStep {
     std::string path;
+    /// Of the view under the pointer, instead of the menu bar.
+    bool inContextMenu = false;
 };
 
 /// A change of a file from outside the host. Names without a slash at the start are those of the

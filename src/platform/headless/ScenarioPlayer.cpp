@@ -203,13 +203,17 @@ void ScenarioPlayer::act(const WaitStep& step) {
 }
 
 void ScenarioPlayer::act(const ChooseStep& step) {
+    const NSMenuRef menu =
+        step.inContextMenu ? session_.user().contextMenu() : host().menuBar();
+    if (!menu) return fail(step.inContextMenu ? "no context menu opens there" : "no menu bar");
     // Opening the menus on the way fills them, so the item is looked for afterwards.
+    if (step.inContextMenu) openMenu(*menu);
     for (std::size_t end = step.path.find('/'); end != std::string::npos;
          end = step.path.find('/', end + 1)) {
-        const NSMenuItemRef above = itemAt(step.path.substr(0, end));
+        const NSMenuItemRef above = menuItemAtPath(*menu, step.path.substr(0, end));
         if (above && above->hasSubmenu()) openMenu(*above->submenu());
     }
-    const NSMenuItemRef item = itemAt(step.path);
+    const NSMenuItemRef item = menuItemAtPath(*menu, step.path);
     if (!item || item->hasSubmenu()) {
         fail("there is no item " + step.path);
     } else if (!item->isEnabled()) {

@@ -146,6 +146,9 @@ void parseDraw(ScenarioLine& line, std::vector<Statement>& statements) {
 /// "PATH", of the menu bar; in row N column "ID", of the menu in that cell.
 Statement parseChoose(ScenarioLine& line) {
     std::string path = line.word("a menu path");
+    if (line.take("in context menu")) {
+        return lineStatement(line, ChooseStep{std::move(path), true});
+    }
     auto inCell = parsePlaceInPanel(line, PanelStep::Act::chooseInCell, std::nullopt);
     if (!inCell) return lineStatement(line, ChooseStep{std::move(path)});
     inCell->text = std::move(path);

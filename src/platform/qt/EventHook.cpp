@@ -92,6 +92,9 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
                 }
             } else if (receiver->isWindowType() && event->spontaneous()) {
                 outcome = input(static_cast<QWindow&>(*receiver), *event);
+            } else if (receiver->isWidgetType() && picks_.take(*receiver, *event)) {
+                event->accept();
+                outcome = Outcome::Kept;
             }
         } else if (menuBarMayHaveCome_ && mayBringMenuBar(receiver, event)) {
             menuBarMayHaveCome_();

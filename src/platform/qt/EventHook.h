@@ -13,6 +13,7 @@
 #include "platform/qt/HeldInput.h"
 #include "platform/qt/HostQueue.h"
 #include "platform/qt/QtEvent.h"
+#include "platform/qt/QtMenuPicks.h"
 
 namespace velmora {
 
@@ -115,6 +116,7 @@ private:
     HostQueue queue_;
     HeldInput held_;
     FetchWait wait_;
+    QtMenuPicks picks_;
     QTimer leftOvers_;
     Delivery* delivery_ = nullptr;
     /// What a fetch is to have that waits under a loop of the host's own.

@@ -60,6 +60,15 @@ void pick(QMenu& menu, QAction& action) {
 
 }  // namespace
 
+NSMenuItemRef contextMenuItem(const QAction& action, const std::vector<std::string>& titles) {
+    const QString name = action.objectName();
+    NSMenuItemRef item = NSMenuItem::initWithTitle_action_keyEquivalent(
+        titles.back(),
+        Selector::named(name.isEmpty() ? joinedTitles(titles) : name.toStdString()), "");
+    item->setEnabled(action.isEnabled());
+    return item;
+}
+
 /// One opening of a menu, which stays off the screen.
 struct QtContextMenus::Opening {
     explicit Opening(const std::function<void(Opening&, QMenu&)>& whatToDo) : work(whatToDo) {
@@ -130,12 +139,8 @@ private:
     }
 
     NSMenuItemRef copyOf(const QAction& action) const {
-        const std::string title = titleFromText(action.text());
-        const Titles titles = titlesOf(title);
-        const QString name = action.objectName();
-        NSMenuItemRef item = NSMenuItem::initWithTitle_action_keyEquivalent(
-            title, Selector::named(name.isEmpty() ? joinedTitles(titles) : name.toStdString()), "");
-        item->setEnabled(action.isEnabled());
+        const Titles titles = titlesOf(titleFromText(action.text()));
+        NSMenuItemRef item = contextMenuItem(action, titles);
         QMenu* menu = titles.size() < deepest ? action.menu() : nullptr;
         if (menu && widget_) {
             auto submenu = std::make_shared<Copy>(owner_, *widget_, global_, titles);

@@ -14,6 +14,10 @@
 
 namespace velmora {
 
+/// The item that stands for an action of a context menu, to which the titles lead from there: the
+/// same for who looks at the menu and for who hears of a pick in it.
+NSMenuItemRef contextMenuItem(const QAction& action, const std::vector<std::string>& titles);
+
 /// The context menus of the host's widgets. A widget opens its menu by code of its own, which often
 /// waits until it is closed; here the menu opens without ever being on the screen, is looked at or
 /// chosen from, and is closed.
