@@ -47,13 +47,21 @@ void VelmoraTextSnippetsUI::addDefinition(const Id& /*sender*/) {
 void VelmoraTextSnippetsUI::tableViewSelectionDidChange(const NSNotification& /*notification*/) {
     const VelmoraSettingRef record = settings_->objectAtIndex(tableView_->selectedRow());
     if (!record) return;
+    shown_ = record;
     textArea_->setString(record->path());
     textArea_->setEditable(true);
 }
 
 void VelmoraTextSnippetsUI::textDidChange(const NSNotification& /*notification*/) {
+    const int row = tableView_->selectedRow();
+    if (row < 0) return;
+    if (settings_->objectAtIndex(row) != shown_.lock()) {
+        // Another application's changes have put another definition into the row: it keeps its
+        // text.
+        return tableViewSelectionDidChange({});
+    }
     const PropertyList text(textArea_->string());
-    settings_->setObject_forKey_atIndex(&text, "Path", tableView_->selectedRow());
+    settings_->setObject_forKey_atIndex(&text, "Path", row);
 }
 
 }  // namespace velmora

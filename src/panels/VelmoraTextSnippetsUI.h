@@ -24,6 +24,8 @@ public:
 
 private:
     std::shared_ptr<NSTextView> textArea_;
+    /// The definition whose text it is.
+    std::weak_ptr<VelmoraSetting> shown_;
 };
 
 }  // namespace velmora

@@ -1,0 +1,122 @@
+"""Windows of real applications as assistive tools see them: what there is, what it is called, and
+where it stands, for tests that click there. That everything has a name is tested by this alone."""
+
+import json
+import os
+import pathlib
+import re
+import subprocess
+import time
+
+import harness
+from harness import LIMIT, wait_for
+from xclient import Geometry
+
+READER = pathlib.Path(__file__).with_name("accessible_reader.py")
+
+
+class Node:
+    """Something in a window. `area` is on the screen."""
+
+    def __init__(self, depth, role, name, area, states, text, value):
+        self.depth, self.role, self.name = depth, role, name
+        self.area, self.states, self.text, self.value = Geometry(*area), set(states), text, value
+
+    def is_on(self):
+        return "checked" in self.states
+
+    def __repr__(self):
+        return f"{'  ' * self.depth}{self.role} {self.name!r} {self.area} {self.text!r}"
+
+
+class Accessibility:
+    """An accessibility bus for the applications of a screen; start these with its environment."""
+
+    def __init__(self, screen):
+        home = screen.directory / "accessibility"
+        environment = screen.environment(home)
+        for name in ("NO_AT_BRIDGE", "DBUS_SESSION_BUS_ADDRESS"):
+            environment.pop(name)
+        with open(screen.directory / "accessibility.log", "wb") as log:
+            bus = harness._start(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                                 environment, stdout=subprocess.PIPE, stderr=log, text=True)
+            self.address = bus.stdout.readline().strip()
+            environment["DBUS_SESSION_BUS_ADDRESS"] = self.address
+            self._reader = harness._start(
+                ["/usr/bin/python3", str(READER)], environment, stdin=subprocess.PIPE,
+                stdout=subprocess.PIPE, stderr=log, text=True)
+        screen._own += [bus, self._reader]
+        # The bus itself is started by the first who asks for it.
+        self.nodes("nothing has this title")
+
+    def environment(self):
+        return {"DBUS_SESSION_BUS_ADDRESS": self.address, "NO_AT_BRIDGE": "0",
+                "QT_ACCESSIBILITY": "1", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+
+    def nodes(self, title):
+        """All of the topmost window whose title matches, or None."""
+        self._reader.stdin.write(title + "\n")
+        self._reader.stdin.flush()
+        found = json.loads(self._reader.stdout.readline())
+        return found and [Node(*node) for node in found]
+
+
+class Panel:
+    """A window, waited for. Clicks and keys go through the X server like a person's."""
+
+    def __init__(self, application, accessibility, title, limit=LIMIT):
+        self.application, self.x = application, application.x
+        self._accessibility, self.title = accessibility, title
+        self.window = application.window(title, limit)
+        wait_for(self.nodes, f"{title} on the accessibility bus", limit)
+
+    def nodes(self):
+        return self._accessibility.nodes(self.title)
+
+    def all(self, role=None, name=None):
+        """Those that show; `name` is a whole name or a pattern that is compiled."""
+        def fits(node):
+            if role and node.role != role:
+                return False
+            if isinstance(name, re.Pattern):
+                return bool(name.search(node.name))
+            return name is None or node.name == name
+        return [node for node in self.nodes() or [] if fits(node) and node.area.width > 0]
+
+    def find(self, role=None, name=None, limit=LIMIT):
+        found = wait_for(lambda: self.all(role, name), f"{role} {name!r} in {self.title}", limit)
+        return found[0]
+
+    def click(self, role, name, at=(0.5, 0.5)):
+        node = self.find(role, name)
+        self.x.click(*node.area.at(*at))
+        return node
+
+    def press_button(self, name):
+        return self.click("push button", name)
+
+    def cells(self):
+        """The table's rows of cells, in order."""
+        rows = {}
+        for node in self.all("table cell"):
+            rows.setdefault(node.area.y, []).append(node)
+        return [sorted(rows[y], key=lambda node: node.area.x) for y in sorted(rows)]
+
+    def rows(self):
+        return [[cell.name for cell in row] for row in self.cells()]
+
+    def wait_rows(self, wanted, limit=LIMIT):
+        try:
+            wait_for(lambda: self.rows() == wanted, f"the rows {wanted}", limit)
+        except harness.Timeout as timeout:
+            raise harness.Timeout(f"{timeout}; there are {self.rows()}") from None
+
+    def click_cell(self, row, column, at=(0.5, 0.5), count=1):
+        wait_for(lambda: len(self.cells()) > row, f"row {row}")
+        area = self.cells()[row][column].area
+        for _ in range(count):
+            self.x.click(*area.at(*at))
+
+    def screenshot(self, name):
+        harness.PICTURES.mkdir(parents=True, exist_ok=True)
+        return self.x.screenshot(harness.PICTURES / f"{name}.png")
