@@ -19,6 +19,12 @@ char32_t keyOf(const NSEvent& event) {
     return characters.empty() ? 0 : firstCharacter(characters);
 }
 
+bool isCaptured(const NSEvent& event) {
+    const char32_t key = keyOf(event);
+    return (event.modifierFlags() & NSCommandKeyMask) != 0 ||
+           (key >= firstFunctionKey && key <= lastFunctionKey);
+}
+
 }  // namespace
 
 Class& VelmoraTableView::classObject() {
@@ -57,15 +63,17 @@ void VelmoraTableView::keyDown(const NSEventRef& event) {
 
 bool VelmoraTableView::performKeyEquivalent(const NSEventRef& event) {
     if (event->fields().isARepeat) return true;
-    const char32_t key = keyOf(*event);
-    const bool captures = (event->modifierFlags() & NSCommandKeyMask) != 0 ||
-                          (key >= firstFunctionKey && key <= lastFunctionKey);
-    const Id source = event->type() == NSKeyDown && captures ? capturing(keyCapture) : nullptr;
+    const bool captures = event->type() == NSKeyDown && isCaptured(*event);
+    const Id source = captures ? capturing(keyCapture) : nullptr;
     if (source &&
         message<bool(const NSEventRef&, int)>(*source, keyCapture, event, selectedRow())) {
         return true;
     }
     return NSTableView::performKeyEquivalent(event);
+}
+
+bool VelmoraTableView::wantsKey(const NSEvent& event) const {
+    return (isCaptured(event) || keyOf(event) == NSDeleteFunctionKey) && capturing(keyCapture);
 }
 
 void VelmoraTableView::editColumn_row_withEvent_select(int column, int row, const NSEventRef& event,

@@ -126,6 +126,9 @@ public:
     virtual void otherMouseDown(const NSEventRef& event);
     virtual void keyDown(const NSEventRef& event);
     virtual bool performKeyEquivalent(const NSEventRef& event);
+    /// Whether a key that is pressed now is used for something else than what the platform's own
+    /// tables do with it, so that nobody's shortcut may have it before.
+    virtual bool wantsKey(const NSEvent& /*event*/) const { return false; }
 
     // For desktops
 

@@ -18,9 +18,6 @@ namespace velmora {
 
 namespace {
 
-/// X's mask of Caps Lock, which the toolkit's own modifiers leave out.
-constexpr quint32 capsLockState = 2;
-
 int buttonNumber(Qt::MouseButtons buttons) {
     return buttons == Qt::NoButton ? 0 : std::countr_zero(static_cast<unsigned>(int(buttons)));
 }
@@ -119,28 +116,20 @@ QtEventRef EventTranslator::keyEvent(QWindow& window, const QKeyEvent& event) {
     key.autoRepeat = event.isAutoRepeat();
     key.count = event.count();
 
-    NSEvent::Fields fields;
-    fields.timestamp = static_cast<double>(event.timestamp()) / 1000;
+    NSEvent::Fields fields = fieldsForKey(event);
     fields.eventNumber = ++lastNumber_;
-    fields.keyCode = static_cast<std::uint16_t>(key.scanCode);
-    // The key's own modifiers, as Qt gives them to a widget: without the correction for the key.
-    const Qt::KeyboardModifiers modifiers = event.QInputEvent::modifiers();
     if (ModifierKeys::isModifierKey(key.key)) {
         fields.type = NSFlagsChanged;
-        fields.modifierFlags = modifierKeys_.flagsAfter(event);
-    } else {
-        fields.type = released ? NSKeyUp : NSKeyDown;
-        fields.modifierFlags = flagsForModifiers(modifiers);
-        if (isFunctionKey(key.key)) fields.modifierFlags |= NSFunctionKeyMask;
-        fields.characters = key.text.toStdString();
-        fields.charactersIgnoringModifiers = charactersForKey(event);
-        fields.isARepeat = key.autoRepeat;
+        fields.modifierFlags &= NSAlphaShiftKeyMask;
+        fields.modifierFlags |= modifierKeys_.flagsAfter(event);
+        fields.characters.clear();
+        fields.charactersIgnoringModifiers.clear();
+        fields.isARepeat = false;
     }
-    if (key.nativeModifiers & capsLockState) fields.modifierFlags |= NSAlphaShiftKeyMask;
 
     auto original = std::make_shared<QtOriginal>();
     original->window = &window;
-    original->modifiers = modifiers;
+    original->modifiers = event.QInputEvent::modifiers();
     original->timestamp = event.timestamp();
     original->what = std::move(key);
     fields.windowNumber = windowOf(window)->windowNumber();

@@ -34,19 +34,24 @@ void play(const StrokeOperation& stroke, QPainter& painter) {
 
 }  // namespace
 
-void drawCell(NSCell& cell, const QRectF& rect, YAxis axis, QPainter& painter) {
+void drawCell(NSCell& cell, const QRectF& rect, YAxis axis, QPainter& painter, NSColor ink) {
     guarded("Drawing a cell", [&] {
         const NSRect frame{{},
                            {static_cast<float>(rect.width()), static_cast<float>(rect.height())}};
-        const DisplayList drawn =
+        DisplayList drawn =
             NSGraphicsContext::record([&] { cell.drawInteriorWithFrame_inView(frame, nullptr); });
         painter.save();
         painter.setClipRect(rect, Qt::IntersectClip);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.translate(axis == YAxis::up ? rect.bottomLeft() : rect.topLeft());
         if (axis == YAxis::up) painter.scale(1, -1);
-        for (const auto& operation : drawn) {
-            std::visit([&](const auto& one) { play(one, painter); }, operation);
+        for (auto& operation : drawn) {
+            std::visit(
+                [&](auto& one) {
+                    if (one.color == NSColor::blackColor()) one.color = ink;
+                    play(one, painter);
+                },
+                operation);
         }
         painter.restore();
     });

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/appkit/NSColor.h"
+
 class QPainter;
 class QRectF;
 
@@ -11,7 +13,9 @@ class NSCell;
 enum class YAxis { up, down };
 
 /// Draws the cell into the rectangle, as a view of its own that it fills; nothing reaches beyond
-/// it. Tables have their y axis down. A guarded call: nothing of it is thrown into the host.
-void drawCell(NSCell& cell, const QRectF& rect, YAxis axis, QPainter& painter);
+/// it. Tables have their y axis down. What the cell draws in black is drawn in `ink`, the colour of
+/// texts there. A guarded call: nothing of it is thrown into the host.
+void drawCell(NSCell& cell, const QRectF& rect, YAxis axis, QPainter& painter,
+              NSColor ink = NSColor::blackColor());
 
 }  // namespace velmora

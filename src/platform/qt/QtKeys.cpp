@@ -2,7 +2,6 @@
 
 #include <QLibrary>
 
-#include "platform/appkit/NSEvent.h"
 #include "platform/foundation/Characters.h"
 #include "platform/qt/ModifierKeys.h"
 
@@ -12,6 +11,9 @@ namespace {
 
 constexpr char16_t firstFunctionKey = 0xF700;
 constexpr char16_t firstNumberedKey = 0xF704;
+
+/// X's mask of Caps Lock, which the toolkit's own modifiers leave out.
+constexpr quint32 capsLockState = 2;
 
 struct NamedKey {
     int key;
@@ -106,6 +108,21 @@ std::string charactersForKey(const QKeyEvent& event) {
     }
     const std::string text = stringWithCharacter(character);
     return shifted ? uppercaseString(text) : lowercaseString(text);
+}
+
+NSEvent::Fields fieldsForKey(const QKeyEvent& event) {
+    NSEvent::Fields fields;
+    fields.type = event.type() == QEvent::KeyRelease ? NSKeyUp : NSKeyDown;
+    // The key's own modifiers, as Qt gives them to a widget: without the correction for the key.
+    fields.modifierFlags = flagsForModifiers(event.QInputEvent::modifiers());
+    if (isFunctionKey(event.key())) fields.modifierFlags |= NSFunctionKeyMask;
+    if (event.nativeModifiers() & capsLockState) fields.modifierFlags |= NSAlphaShiftKeyMask;
+    fields.timestamp = static_cast<double>(event.timestamp()) / 1000;
+    fields.characters = event.text().toStdString();
+    fields.charactersIgnoringModifiers = charactersForKey(event);
+    fields.keyCode = static_cast<std::uint16_t>(event.nativeScanCode());
+    fields.isARepeat = event.isAutoRepeat();
+    return fields;
 }
 
 KeyEquivalent keyEquivalentFor(const QKeySequence& sequence) {

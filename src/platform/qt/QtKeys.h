@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/appkit/NSEvent.h"
+
 namespace velmora {
 
 /// Whether the platform has a character of its own, from U+F700 on, for the key.
@@ -13,6 +15,10 @@ bool isFunctionKey(int key);
 /// What the platform says for the pressed key without its modifiers except Shift, as the keyboard's
 /// layout gives it: a character, for a function key one from U+F700 on. UTF-8; may be empty.
 std::string charactersForKey(const QKeyEvent& event);
+
+/// What an event of the platform says of the key, other than a modifier key, that was pressed or
+/// released; all but its window and number.
+NSEvent::Fields fieldsForKey(const QKeyEvent& event);
 
 /// A key of a menu item with its modifiers, as the platform writes them: an upper-case letter
 /// stands for itself with Shift. Without a key there is no shortcut, whatever the modifiers.

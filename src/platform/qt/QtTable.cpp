@@ -1,0 +1,463 @@
+#include "platform/qt/QtTable.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPointer>
+#include <QScrollBar>
+#include <algorithm>
+#include <bit>
+
+#include "platform/appkit/NSPopUpButtonCell.h"
+#include "platform/qt/ModifierKeys.h"
+#include "platform/qt/QtCellMenu.h"
+#include "platform/qt/QtCoordinates.h"
+#include "platform/qt/QtGuard.h"
+#include "platform/qt/QtKeys.h"
+
+namespace velmora {
+
+namespace {
+
+/// How high a table wants to be, in points, above which it has no more rows.
+constexpr int comfortableHeight = 260;
+
+constexpr auto keyModifiers =
+    Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+constexpr auto extendingModifiers = Qt::ShiftModifier | Qt::ControlModifier;
+
+bool isReturn(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+NSEventRef eventFor(const QMouseEvent& event, const QWidget& widget) {
+    NSEvent::Fields fields;
+    const bool isLeft = event.button() == Qt::LeftButton;
+    fields.type = isLeft ? NSLeftMouseDown : NSOtherMouseDown;
+    fields.location = screenPoint(widget.mapToGlobal(event.pos()));
+    fields.modifierFlags = flagsForModifiers(event.modifiers());
+    fields.timestamp = static_cast<double>(event.timestamp()) / 1000;
+    fields.buttonNumber = std::countr_zero(static_cast<unsigned>(event.button()));
+    fields.clickCount = event.type() == QEvent::MouseButtonDblClick ? 2 : 1;
+    fields.pressure = 1;
+    return std::make_shared<NSEvent>(std::move(fields));
+}
+
+std::vector<int> rowsOf(const QItemSelection& selection) {
+    std::vector<int> rows;
+    for (const QItemSelectionRange& range : selection) {
+        for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+}  // namespace
+
+QtTable::QtTable(std::shared_ptr<NSTableView> table, std::function<bool()> takesInput,
+                 QWidget* parent)
+    : QTableView(parent),
+      table_(std::move(table)),
+      takesInput_(std::move(takesInput)),
+      model_(table_, this),
+      cells_(table_, this),
+      columns_(*horizontalHeader(), table_) {
+    setModel(&model_);
+    setItemDelegate(&cells_);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    setCornerButtonEnabled(false);
+    setSelectionBehavior(SelectRows);
+    setEditTriggers(NoEditTriggers);
+    setAlternatingRowColors(true);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    table_->setTablePeer(this);
+    columnsChanged();
+    needsDisplay();
+    selectionChanged();
+}
+
+QtTable::~QtTable() {
+    letGo();
+    // Before the model goes, of which it is.
+    setModel(nullptr);
+}
+
+void QtTable::letGo() {
+    if (table_ && table_->peer() == this) table_->setTablePeer(nullptr);
+    drag_ = nullptr;
+    table_ = nullptr;
+    model_.letGo();
+    cells_.letGo();
+    columns_.letGo();
+}
+
+// --- what the table says
+// -------------------------------------------------------------------------
+
+void QtTable::needsDisplay() {
+    setEnabled(table_->isEnabled());
+    viewport()->update();
+}
+
+void QtTable::reloadData() {
+    {
+        const velmora::Raised applying(applying_);
+        model_.reload();
+    }
+    selectionChanged();
+    viewport()->update();
+}
+
+void QtTable::columnsChanged() {
+    model_.columnsChanged();
+    columns_.show();
+    const int height = qRound(table_->rowHeight());
+    QHeaderView& rows = *verticalHeader();
+    if (rows.defaultSectionSize() != height) {
+        rows.setMinimumSectionSize(height);
+        rows.setDefaultSectionSize(height);
+    }
+    setShowGrid(table_->drawsGrid());
+    viewport()->update();
+}
+
+void QtTable::selectionChanged() {
+    const velmora::Raised applying(applying_);
+    setSelectionMode(table_->allowsMultipleSelection() ? ExtendedSelection : SingleSelection);
+    QItemSelection selection;
+    const int lastColumn = model_.columnCount() - 1;
+    const std::vector<int>& rows = table_->selectedRowEnumerator();
+    for (std::size_t i = 0; i < rows.size() && rows[i] < model_.rowCount();) {
+        const int first = rows[i];
+        int last = first;
+        while (++i < rows.size() && rows[i] == last + 1 && rows[i] < model_.rowCount()) ++last;
+        selection.select(model_.index(first, 0), model_.index(last, lastColumn));
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    const int row = table_->selectedRow();
+    if (row == currentIndex().row()) return;
+    const QModelIndex current = model_.index(row, qMax(currentIndex().column(), 0));
+    if (current.isValid()) {
+        selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    } else {
+        selectionModel()->clearCurrentIndex();
+    }
+}
+
+void QtTable::scrollRowToVisible(int row) {
+    rowToShow_ = isVisible() ? -1 : row;
+    if (isVisible()) scrollTo(model_.index(row, qMax(currentIndex().column(), 0)));
+}
+
+void QtTable::editCell(int column, int row, bool select) {
+    const QModelIndex index = model_.index(row, column);
+    if (!index.isValid()) return;
+    setFocus();
+    setCurrentIndex(index);
+    edit(index);
+    auto* field = qobject_cast<QLineEdit*>(indexWidget(index));
+    if (!field) {
+        table_->userGaveUpEditing();
+    } else if (!select) {
+        field->end(false);
+    }
+}
+
+void QtTable::handleEvent(const NSEvent& /*event*/) {
+    QEvent* event = std::exchange(told_, nullptr);
+    if (!event) return;
+    if (event->type() == QEvent::KeyPress) {
+        handleKey(static_cast<QKeyEvent&>(*event));
+    } else if (event->type() == QEvent::MouseButtonPress) {
+        QTableView::mousePressEvent(static_cast<QMouseEvent*>(event));
+    }
+}
+
+QSize QtTable::sizeHint() const {
+    if (!table_) return QTableView::sizeHint();
+    float width = 0;
+    for (const NSTableColumnRef& column : table_->tableColumns()) width += column->width();
+    const int frame = 2 * frameWidth();
+    return {qRound(width) + frame + verticalScrollBar()->sizeHint().width(),
+            comfortableHeight + frame + horizontalHeader()->sizeHint().height()};
+}
+
+// --- keys
+// ----------------------------------------------------------------------------------------
+
+bool QtTable::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && table_ && state() != EditingState) {
+        bool isWanted = false;
+        guarded("A key in a table", [&] {
+            const auto kept = table_;
+            isWanted = kept->wantsKey(NSEvent(fieldsForKey(static_cast<QKeyEvent&>(*event))));
+        });
+        if (isWanted) {
+            event->accept();
+            return true;
+        }
+    }
+    return QTableView::event(event);
+}
+
+void QtTable::keyPressEvent(QKeyEvent* event) {
+    const auto kept = table_;
+    const bool isEscape = event->key() == Qt::Key_Escape && !(event->modifiers() & keyModifiers);
+    if (drag_) {
+        if (isEscape) drag_ = nullptr;
+        return;
+    }
+    // What a field that is typed in has no use for is nobody's.
+    if (!kept || !takesInput_() || state() == EditingState) return;
+    if (isEscape) return event->ignore();
+    const QPointer<QtTable> self = this;
+    told_ = event;
+    guarded("A key in a table",
+            [&] { kept->userPressedKey(std::make_shared<NSEvent>(fieldsForKey(*event))); });
+    if (self) told_ = nullptr;
+}
+
+void QtTable::handleKey(QKeyEvent& event) {
+    const auto modifiers = event.modifiers() & keyModifiers;
+    const bool isVertical = event.key() == Qt::Key_Up || event.key() == Qt::Key_Down;
+    if (isVertical && modifiers == Qt::AltModifier && !table_->registeredDraggedTypes().empty()) {
+        moveRows(event.key() == Qt::Key_Up ? -1 : 1);
+    } else if (!act(event)) {
+        // The panel's default button has Return.
+        if (isReturn(event)) return event.ignore();
+        if (event.key() != Qt::Key_Space || modifiers) QTableView::keyPressEvent(&event);
+    }
+}
+
+bool QtTable::act(const QKeyEvent& event) {
+    const bool isAltDown =
+        event.key() == Qt::Key_Down && (event.modifiers() & keyModifiers) == Qt::AltModifier;
+    if ((event.modifiers() & keyModifiers) && !isAltDown) return false;
+    const bool opens = event.key() == Qt::Key_F4 || isAltDown;
+    const bool edits = event.key() == Qt::Key_F2 || isReturn(event);
+    const bool isSpace = event.key() == Qt::Key_Space;
+    const QPersistentModelIndex index = currentIndex();
+    const QPointer<QtTable> self = this;
+    switch (kindAt(index)) {
+        case Kind::popUp:
+            if (!opens && !edits && !isSpace) return false;
+            selectAlone(index);
+            if (self) openMenu(index, true);
+            return true;
+        case Kind::toggle: {
+            if (!isSpace) return false;
+            selectAlone(index);
+            const auto kept = self ? table_ : nullptr;
+            if (kept) kept->userClicked(index.column(), index.row());
+            return true;
+        }
+        case Kind::text:
+        case Kind::drawn:
+            if (!edits && !isSpace) return false;
+            selectAlone(index);
+            if (self) doubleClicked(index, nullptr);
+            return true;
+        case Kind::nothing: break;
+    }
+    return false;
+}
+
+void QtTable::moveRows(int by) {
+    const auto kept = table_;
+    const std::vector<int> rows = kept->selectedRowEnumerator();
+    if (rows.empty()) return;
+    const int place = by < 0 ? rows.front() - 1 : rows.back() + 2;
+    if (place < 0 || place > kept->numberOfRows() || !kept->userBeganDrag(rows)) return;
+    const QPointer<QtTable> self = this;
+    kept->userDropped(place, NSTableViewDropAbove);
+    kept->userEndedDrag();
+    if (self && currentIndex().isValid()) scrollTo(currentIndex());
+}
+
+// --- cells
+// ---------------------------------------------------------------------------------------
+
+QtTable::Kind QtTable::kindAt(const QModelIndex& index) const {
+    if (!table_ || !table_->isEnabled() || !index.isValid()) return Kind::nothing;
+    const auto& columns = table_->tableColumns();
+    const auto column = static_cast<std::size_t>(index.column());
+    if (column >= columns.size()) return Kind::nothing;
+    const NSCell* cell = columns[column]->dataCell().get();
+    if (dynamic_cast<const NSPopUpButtonCell*>(cell)) return Kind::popUp;
+    if (dynamic_cast<const NSButtonCell*>(cell)) return Kind::toggle;
+    if (!dynamic_cast<const NSTextFieldCell*>(cell)) return Kind::drawn;
+    return columns[column]->isEditable() ? Kind::text : Kind::nothing;
+}
+
+void QtTable::selectAlone(const QModelIndex& index) {
+    if (table_->isRowSelected(index.row())) return;
+    pointedRow_ = index.row();
+    selectionModel()->setCurrentIndex(
+        index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void QtTable::openMenu(const QModelIndex& index, bool byKeyboard) {
+    const auto kept = table_;
+    const auto cell = kept ? std::dynamic_pointer_cast<NSPopUpButtonCell>(
+                                 kept->preparedCell(index.column(), index.row()))
+                           : nullptr;
+    if (!cell || !cell->menu() || !cell->isEnabled()) return;
+    const auto chosen = [self = QPointer<QtTable>(this), column = index.column(),
+                         row = index.row()](NSMenuItem& item) {
+        const auto table = self ? self->table_ : nullptr;
+        if (table && self->takesInput_()) table->userChose(item, column, row);
+    };
+    auto* menu = new QtCellMenu(cell->menu(), cell->pullsDown() ? 1 : 0, chosen, this);
+    const QRect rect = visualRect(index);
+    menu->open(QRect(viewport()->mapToGlobal(rect.topLeft()), rect.size()), byKeyboard);
+}
+
+void QtTable::doubleClicked(const QModelIndex& index, const NSEventRef& event) {
+    const auto kept = table_;
+    guarded("A double click in a table", [&] {
+        if (kept) kept->userDoubleClicked(index.column(), index.row(), event);
+    });
+}
+
+void QtTable::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    const bool goesOn = hint == QAbstractItemDelegate::EditNextItem ||
+                        hint == QAbstractItemDelegate::EditPreviousItem;
+    QTableView::closeEditor(editor, goesOn ? QAbstractItemDelegate::NoHint : hint);
+}
+
+// --- the selection
+// -------------------------------------------------------------------------------
+
+QItemSelectionModel::SelectionFlags QtTable::selectionCommand(const QModelIndex& index,
+                                                              const QEvent* event) const {
+    pointedRow_ = index.row();
+    return QTableView::selectionCommand(index, event);
+}
+
+void QtTable::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    QTableView::selectionChanged(selected, deselected);
+    const auto kept = table_;
+    if (!kept || applying_) return;
+    guarded("A selection in a table", [&] {
+        std::vector<int> rows = rowsOf(selectionModel()->selection());
+        const bool isPointed = std::binary_search(rows.begin(), rows.end(), pointedRow_);
+        kept->userSelectedRows(std::move(rows), isPointed ? pointedRow_ : currentIndex().row());
+    });
+}
+
+// --- the mouse
+// -----------------------------------------------------------------------------------
+
+void QtTable::otherButtonPressed(QMouseEvent& event) {
+    const auto kept = table_;
+    const QPointer<QtTable> self = this;
+    told_ = &event;
+    guarded("A button in a table", [&] { kept->otherMouseDown(eventFor(event, *viewport())); });
+    if (self) told_ = nullptr;
+}
+
+void QtTable::mousePressEvent(QMouseEvent* event) {
+    pressed_ = QModelIndex();
+    if (!table_ || !takesInput_()) return;
+    if (event->button() != Qt::LeftButton && event->button() != Qt::RightButton) {
+        return otherButtonPressed(*event);
+    }
+    setDragEnabled(!table_->registeredDraggedTypes().empty());
+    const QPersistentModelIndex index = indexAt(event->pos());
+    const bool acts =
+        event->button() == Qt::LeftButton && !(event->modifiers() & extendingModifiers);
+    const QPointer<QtTable> self = this;
+    QTableView::mousePressEvent(event);
+    if (!self || !acts) return;
+    pressed_ = index;
+    if (kindAt(index) == Kind::popUp) {
+        guarded("A click in a table", [&] { openMenu(index, false); });
+    }
+}
+
+void QtTable::mouseDoubleClickEvent(QMouseEvent* event) {
+    const QPersistentModelIndex index = indexAt(event->pos());
+    const bool isPlain =
+        event->button() == Qt::LeftButton && !(event->modifiers() & extendingModifiers);
+    if (!isPlain || !index.isValid()) return mousePressEvent(event);
+    if (!table_ || !takesInput_()) return;
+    const QPointer<QtTable> self = this;
+    guarded("A double click in a table", [&] {
+        selectAlone(index);
+        if (!self) return;
+        pressed_ = index;
+        const Kind kind = kindAt(index);
+        if (kind == Kind::popUp) {
+            openMenu(index, false);
+        } else if (kind != Kind::toggle) {
+            doubleClicked(index, eventFor(*event, *viewport()));
+        }
+    });
+}
+
+void QtTable::mouseMoveEvent(QMouseEvent* event) {
+    if (!drag_) return QTableView::mouseMoveEvent(event);
+    if (event->buttons() & Qt::LeftButton) {
+        drag_->moveTo(event->pos());
+    } else {
+        drag_ = nullptr;
+    }
+}
+
+void QtTable::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton && event->button() != Qt::RightButton) return;
+    if (drag_ && event->button() == Qt::LeftButton) {
+        const std::unique_ptr<QtRowDrag> drag = std::move(drag_);
+        drag->drop();
+        return;
+    }
+    const QPointer<QtTable> self = this;
+    QTableView::mouseReleaseEvent(event);
+    if (!self || event->button() != Qt::LeftButton) return;
+    const QPersistentModelIndex index = std::exchange(pressed_, QPersistentModelIndex());
+    if (!index.isValid() || indexAt(event->pos()) != index || !takesInput_()) return;
+    if (kindAt(index) != Kind::toggle) return;
+    guarded("A click in a table", [&] {
+        const auto kept = table_;
+        kept->userClicked(index.column(), index.row());
+    });
+}
+
+void QtTable::startDrag(Qt::DropActions /*actions*/) {
+    const auto kept = table_;
+    pressed_ = QModelIndex();
+    if (!kept || !takesInput_()) return;
+    guarded("A drag", [&] {
+        if (!kept->userBeganDrag(kept->selectedRowEnumerator())) return;
+        drag_ = std::make_unique<QtRowDrag>(*this, kept);
+    });
+}
+
+// --- the widget
+// ----------------------------------------------------------------------------------
+
+void QtTable::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (drag_) drag_->paint();
+}
+
+void QtTable::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    columns_.fit(viewport()->width());
+}
+
+void QtTable::showEvent(QShowEvent* event) {
+    QTableView::showEvent(event);
+    const int row = std::exchange(rowToShow_, -1);
+    if (row >= 0) scrollTo(model_.index(row, 0));
+}
+
+void QtTable::hideEvent(QHideEvent* event) {
+    drag_ = nullptr;
+    QTableView::hideEvent(event);
+}
+
+}  // namespace velmora

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <QPersistentModelIndex>
+#include <QTableView>
+#include <functional>
+#include <memory>
+
+#include "platform/appkit/NSTableView.h"
+#include "platform/qt/QtRowDrag.h"
+#include "platform/qt/QtTableCells.h"
+#include "platform/qt/QtTableColumns.h"
+#include "platform/qt/QtTableModel.h"
+
+namespace velmora {
+
+/// The widget that shows a table of ours, in the host's own style. What the mouse does, keys do
+/// too: Space, Return and F2 act on the current cell, Alt+Up and Alt+Down move the selected rows.
+class QtTable final : public QTableView, public TablePeer {
+public:
+    /// What the user does counts while `takesInput()`.
+    QtTable(std::shared_ptr<NSTableView> table, std::function<bool()> takesInput, QWidget* parent);
+    ~QtTable() override;
+    QtTable(const QtTable&) = delete;
+    QtTable& operator=(const QtTable&) = delete;
+
+    /// Null once it has been let go.
+    const std::shared_ptr<NSTableView>& table() const { return table_; }
+    /// The table is no longer shown here; the widget may still be in the middle of an event.
+    void letGo();
+
+    // Nothing of ours draws over a table.
+    void draw() override {}
+    void needsDisplay() override;
+    void reloadData() override;
+    void columnsChanged() override;
+    void selectionChanged() override;
+    void scrollRowToVisible(int row) override;
+    void editCell(int column, int row, bool select) override;
+    /// Only of the event that the table is being told of.
+    void handleEvent(const NSEvent& event) override;
+
+    QSize sizeHint() const override;
+
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void startDrag(Qt::DropActions actions) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
+    void selectionChanged(const QItemSelection& selected,
+                          const QItemSelection& deselected) override;
+    /// The field is left to no other: Tab ends the editing.
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+
+private:
+    /// How a cell is acted on.
+    enum class Kind { nothing, text, drawn, toggle, popUp };
+    Kind kindAt(const QModelIndex& index) const;
+    void handleKey(QKeyEvent& event);
+    /// False when there is nothing to do with the cell by that key.
+    bool act(const QKeyEvent& event);
+    void openMenu(const QModelIndex& index, bool byKeyboard);
+    void doubleClicked(const QModelIndex& index, const NSEventRef& event);
+    void otherButtonPressed(QMouseEvent& event);
+    void selectAlone(const QModelIndex& index);
+    void moveRows(int by);
+
+    std::shared_ptr<NSTableView> table_;
+    std::function<bool()> takesInput_;
+    QtTableModel model_;
+    QtTableCells cells_;
+    QtTableColumns columns_;
+    std::unique_ptr<QtRowDrag> drag_;
+    /// The event that the table is being told of.
+    QEvent* told_ = nullptr;
+    /// The cell in which the left button went down.
+    QPersistentModelIndex pressed_;
+    /// The row to which the user has just pointed, by mouse or keyboard.
+    mutable int pointedRow_ = -1;
+    /// The row to be seen once the widget shows; -1 for none.
+    int rowToShow_ = -1;
+    /// The table's selection is being shown.
+    bool applying_ = false;
+};
+
+}  // namespace velmora

@@ -1,0 +1,92 @@
+#include "platform/qt/QtTableModel.h"
+
+#include "platform/appkit/NSPopUpButtonCell.h"
+#include "platform/qt/QtGuard.h"
+
+namespace velmora {
+
+QtTableModel::QtTableModel(std::shared_ptr<NSTableView> table, QObject* parent)
+    : QAbstractTableModel(parent),
+      table_(std::move(table)),
+      rows_(table_->numberOfRows()),
+      columns_(static_cast<int>(table_->tableColumns().size())) {}
+
+void QtTableModel::reload() {
+    if (!table_) return;
+    const int wanted = table_->numberOfRows();
+    if (wanted > rows_) {
+        beginInsertRows({}, rows_, wanted - 1);
+        rows_ = wanted;
+        endInsertRows();
+    } else if (wanted < rows_) {
+        beginRemoveRows({}, wanted, rows_ - 1);
+        rows_ = wanted;
+        endRemoveRows();
+    }
+    if (rows_ > 0 && columns_ > 0) Q_EMIT dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+}
+
+void QtTableModel::columnsChanged() {
+    if (!table_) return;
+    const auto wanted = static_cast<int>(table_->tableColumns().size());
+    if (wanted != columns_) {
+        beginResetModel();
+        columns_ = wanted;
+        endResetModel();
+    } else if (columns_ > 0) {
+        Q_EMIT headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
+    }
+}
+
+int QtTableModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : rows_;
+}
+
+int QtTableModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : columns_;
+}
+
+QVariant QtTableModel::data(const QModelIndex& index, int role) const {
+    QVariant value;
+    if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole && role != Qt::CheckStateRole) {
+        return value;
+    }
+    guarded("Asking for a table's value", [&] { value = valueOf(index, role); });
+    return value;
+}
+
+QVariant QtTableModel::valueOf(const QModelIndex& index, int role) const {
+    const auto kept = table_;
+    const NSCellRef cell = kept ? kept->preparedCell(index.column(), index.row()) : nullptr;
+    if (!cell) return {};
+    std::string text = cell->stringValue();
+    if (const auto* popUp = dynamic_cast<const NSPopUpButtonCell*>(cell.get())) {
+        text = popUp->faceTitle();
+    } else if (dynamic_cast<const NSButtonCell*>(cell.get())) {
+        if (role == Qt::CheckStateRole) {
+            return cell->state() != NSOffState ? Qt::Checked : Qt::Unchecked;
+        }
+        if (role == Qt::DisplayRole) return {};
+        return headerData(index.column(), Qt::Horizontal, Qt::DisplayRole);
+    }
+    return role == Qt::CheckStateRole ? QVariant() : QString::fromStdString(text);
+}
+
+QVariant QtTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    const bool isTitle = role == Qt::DisplayRole || role == Qt::ToolTipRole;
+    if (!table_ || orientation != Qt::Horizontal || !isTitle) return {};
+    const auto& columns = table_->tableColumns();
+    if (section < 0 || section >= static_cast<int>(columns.size())) return {};
+    const NSTableColumn& column = *columns[static_cast<std::size_t>(section)];
+    return QString::fromStdString(column.headerCell()->stringValue());
+}
+
+Qt::ItemFlags QtTableModel::flags(const QModelIndex& index) const {
+    Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    const bool isEdited = table_ && index.isValid() && table_->editedRow() == index.row() &&
+                          table_->editedColumn() == index.column();
+    flags.setFlag(Qt::ItemIsEditable, isEdited);
+    return flags;
+}
+
+}  // namespace velmora
