@@ -1,5 +1,6 @@
 #include "platform/qt/QtTable.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -106,6 +107,13 @@ void QtTable::reloadData() {
     {
         const velmora::Raised applying(applying_);
         model_.reload();
+    }
+    // The text of another row is not to be lost to what was typed for the one that was there.
+    const QModelIndex edited = model_.index(table_->editedRow(), table_->editedColumn());
+    if (QWidget* field = edited.isValid() ? indexWidget(edited) : nullptr) {
+        if (!cells_.isEditorFor(*field, edited)) {
+            closeEditor(field, QAbstractItemDelegate::RevertModelCache);
+        }
     }
     selectionChanged();
     viewport()->update();
@@ -365,7 +373,6 @@ void QtTable::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton && event->button() != Qt::RightButton) {
         return otherButtonPressed(*event);
     }
-    setDragEnabled(!table_->registeredDraggedTypes().empty());
     const QPersistentModelIndex index = indexAt(event->pos());
     const bool acts =
         event->button() == Qt::LeftButton && !(event->modifiers() & extendingModifiers);
@@ -373,6 +380,7 @@ void QtTable::mousePressEvent(QMouseEvent* event) {
     QTableView::mousePressEvent(event);
     if (!self || !acts) return;
     pressed_ = index;
+    pressedAt_ = event->pos();
     if (kindAt(index) == Kind::popUp) {
         guarded("A click in a table", [&] { openMenu(index, false); });
     }
@@ -399,12 +407,16 @@ void QtTable::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void QtTable::mouseMoveEvent(QMouseEvent* event) {
-    if (!drag_) return QTableView::mouseMoveEvent(event);
-    if (event->buttons() & Qt::LeftButton) {
-        drag_->moveTo(event->pos());
-    } else {
-        drag_ = nullptr;
+    const bool isHeld = event->buttons() & Qt::LeftButton;
+    if (drag_ && !isHeld) drag_ = nullptr;
+    if (drag_) return drag_->moveTo(event->pos());
+    if (!isHeld || !table_ || table_->registeredDraggedTypes().empty()) {
+        return QTableView::mouseMoveEvent(event);
     }
+    const int distance = (event->pos() - pressedAt_).manhattanLength();
+    if (!pressed_.isValid() || distance < QApplication::startDragDistance()) return;
+    beginDrag();
+    if (drag_) drag_->moveTo(event->pos());
 }
 
 void QtTable::mouseReleaseEvent(QMouseEvent* event) {
@@ -426,10 +438,10 @@ void QtTable::mouseReleaseEvent(QMouseEvent* event) {
     });
 }
 
-void QtTable::startDrag(Qt::DropActions /*actions*/) {
+void QtTable::beginDrag() {
     const auto kept = table_;
     pressed_ = QModelIndex();
-    if (!kept || !takesInput_()) return;
+    if (!takesInput_()) return;
     guarded("A drag", [&] {
         if (!kept->userBeganDrag(kept->selectedRowEnumerator())) return;
         drag_ = std::make_unique<QtRowDrag>(*this, kept);

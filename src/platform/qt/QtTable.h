@@ -48,7 +48,6 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
-    void startDrag(Qt::DropActions actions) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -72,6 +71,7 @@ private:
     void otherButtonPressed(QMouseEvent& event);
     void selectAlone(const QModelIndex& index);
     void moveRows(int by);
+    void beginDrag();
 
     std::shared_ptr<NSTableView> table_;
     std::function<bool()> takesInput_;
@@ -83,6 +83,7 @@ private:
     QEvent* told_ = nullptr;
     /// The cell in which the left button went down.
     QPersistentModelIndex pressed_;
+    QPoint pressedAt_;
     /// The row to which the user has just pointed, by mouse or keyboard.
     mutable int pointedRow_ = -1;
     /// The row to be seen once the widget shows; -1 for none.

@@ -16,7 +16,10 @@ namespace velmora {
 namespace {
 
 /// How strongly the box is seen in which a picture would stand for the state that is off.
-constexpr qreal faint = 0.4;
+constexpr qreal faint = 0.7;
+
+/// The property of a field that has the text with which it began.
+constexpr const char* firstText = "_velmora_first_text";
 
 class PainterState {
 public:
@@ -238,9 +241,14 @@ QWidget* QtTableCells::createEditor(QWidget* parent, const QStyleOptionViewItem&
                                     const QModelIndex& index) const {
     auto* edit = new QLineEdit(parent);
     edit->setText(index.data().toString());
+    edit->setProperty(firstText, edit->text());
     const QVariant title = index.model()->headerData(index.column(), Qt::Horizontal);
     edit->setAccessibleName(title.toString());
     return edit;
+}
+
+bool QtTableCells::isEditorFor(const QWidget& editor, const QModelIndex& index) const {
+    return editor.property(firstText) == index.data();
 }
 
 bool QtTableCells::isEdited(const QModelIndex& index) const {

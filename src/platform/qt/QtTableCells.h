@@ -29,6 +29,8 @@ public:
     void setModelData(QWidget* editor, QAbstractItemModel* model,
                       const QModelIndex& index) const override;
     void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
+    /// Whether the cell still has the text that it had when the field was made.
+    bool isEditorFor(const QWidget& editor, const QModelIndex& index) const;
 
 protected:
     // What the user does with a cell is the view's.
