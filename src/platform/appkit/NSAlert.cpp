@@ -21,6 +21,7 @@ struct Texts {
     std::string defaultButton;
     std::string alternateButton;
     std::string otherButton;
+    NSAlertStyle style = NSWarningAlertStyle;
 };
 
 /// An alert while it is open: its panel, and what is to become of the answer.
@@ -47,6 +48,7 @@ public:
         panel_ = std::make_shared<NSPanel>(
             std::move(texts.title),
             std::vector<NSPanel::Row>{{NSPanel::Label{std::move(said)}}, std::move(buttons)});
+        panel_->setAlertStyle(texts.style);
         panel_->setDelegate(shared_from_this());
     }
 
@@ -79,6 +81,7 @@ private:
         button->setTarget(shared_from_this());
         button->setAction(Selector::named("pressed:"));
         if (answer == NSAlertDefaultReturn) button->setKeyEquivalent("\r");
+        if (answer == NSAlertAlternateReturn) button->setKeyEquivalent("\x1B");
         row.emplace_back(NSControlRef(button));
     }
 
@@ -130,7 +133,10 @@ int NSRunInformationalAlertPanel(const std::string& title, const std::string& me
                                  const std::string& defaultButton,
                                  const std::string& alternateButton,
                                  const std::string& otherButton) {
-    return NSRunAlertPanel(title, message, defaultButton, alternateButton, otherButton);
+    const auto alert = std::make_shared<Alert>();
+    alert->makePanel(
+        {title, message, defaultButton, alternateButton, otherButton, NSInformationalAlertStyle});
+    return alert->runModal();
 }
 
 void NSBeginAlertSheet(const std::string& title, const std::string& defaultButton,

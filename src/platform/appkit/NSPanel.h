@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,9 @@
 namespace velmora {
 
 class NSPanel;
+
+/// What an alert is about; the platform's numbers.
+enum NSAlertStyle { NSWarningAlertStyle = 0, NSInformationalAlertStyle = 1 };
 
 /// What an NSPanel needs of its desktop. Owned by the panel. Coordinates are screen coordinates.
 class PanelPeer {
@@ -73,6 +77,10 @@ public:
     /// Not kept alive.
     Id delegate() const { return delegate_.lock(); }
     void setDelegate(const Id& delegate) { delegate_ = delegate; }
+    /// Nothing unless it is an alert, which shows the desktop's picture for its style.
+    std::optional<NSAlertStyle> alertStyle() const { return alertStyle_; }
+    /// Before the desktop makes its window.
+    void setAlertStyle(NSAlertStyle style) { alertStyle_ = style; }
     const std::vector<Row>& rows() const { return content_->rows(); }
     std::vector<NSControlRef> controls() const { return content_->subviews(); }
     std::shared_ptr<NSView> contentView() override { return content_; }
@@ -141,6 +149,7 @@ private:
     std::weak_ptr<NSObject> delegate_;
     std::weak_ptr<NSControl> firstResponder_;
     NSContentDrawerRef drawer_;
+    std::optional<NSAlertStyle> alertStyle_;
     std::shared_ptr<NSObject> attachedSheet_;
     std::shared_ptr<NSContentView> content_;
     std::unique_ptr<PanelPeer> peer_;

@@ -23,7 +23,6 @@ void NSTextField::setStringValue(const std::string& text) {
     edited_ = false;
     cell()->setStringValue(text);
     if (editor_) editor_->setString(text);
-    if (showText_) showText_(text);
 }
 
 void NSTextField::setEditable(bool editable) {

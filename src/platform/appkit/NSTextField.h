@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -48,9 +47,6 @@ public:
     /// The user has typed Return or has gone elsewhere: the action goes out if the text has changed
     /// since it did last.
     void userEndedEditing();
-    /// How the text is shown; set by whatever shows the field, and taken back when it no longer
-    /// does.
-    void setShowText(std::function<void(const std::string&)> show) { showText_ = std::move(show); }
 
 private:
     NSTextFieldCell& textCell() const { return static_cast<NSTextFieldCell&>(*cell()); }
@@ -58,7 +54,6 @@ private:
 
     std::shared_ptr<NSTextView> editor_;
     std::weak_ptr<NSObject> delegate_;
-    std::function<void(const std::string&)> showText_;
     bool editable_ = true;
     bool edited_ = false;
 };

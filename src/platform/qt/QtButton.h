@@ -8,7 +8,8 @@
 
 namespace velmora {
 
-/// The widget that shows a button of ours, in the host's own style.
+/// The widget that shows a push button of ours, in the host's own style. One that is transparent
+/// keeps its place.
 class QtButton final : public QPushButton, public ControlPeer {
 public:
     /// The user's clicks count while `takesInput()`.
@@ -29,8 +30,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    class Picture;
-
     std::shared_ptr<NSButton> button_;
     /// While the button is drawn.
     QPaintEvent* painting_ = nullptr;

@@ -30,4 +30,9 @@ QPointF globalPoint(NSPoint screen) {
     return {origin.x() + static_cast<double>(screen.x), origin.y() - static_cast<double>(screen.y)};
 }
 
+NSRect viewRect(const QRectF& rect, int height) {
+    return {{static_cast<float>(rect.left()), static_cast<float>(height - rect.bottom())},
+            {static_cast<float>(rect.width()), static_cast<float>(rect.height())}};
+}
+
 }  // namespace velmora

@@ -15,4 +15,8 @@ NSPoint screenPoint(const QPointF& global);
 NSRect screenRect(const QRectF& global);
 QPointF globalPoint(NSPoint screen);
 
+/// A rectangle of a widget so high, in the coordinates of a view that it fills: their origin is its
+/// lower left corner.
+NSRect viewRect(const QRectF& rect, int height);
+
 }  // namespace velmora

@@ -36,6 +36,11 @@ QColor qtColor(NSColor color) {
     return QColor::fromRgbF(color.red, color.green, color.blue, color.alpha);
 }
 
+NSColor nsColor(const QColor& color) {
+    return {static_cast<float>(color.redF()), static_cast<float>(color.greenF()),
+            static_cast<float>(color.blueF()), static_cast<float>(color.alphaF())};
+}
+
 QPainterPath qtPath(const PathElements& elements) {
     QPainterPath path;
     for (const PathElement& element : elements) {

@@ -12,6 +12,7 @@ namespace velmora {
 
 QTransform qtTransform(const NSAffineTransform& transform);
 QColor qtColor(NSColor color);
+NSColor nsColor(const QColor& color);
 QPainterPath qtPath(const PathElements& elements);
 /// A pen that strokes in the coordinates of the path, with the style's dashes.
 QPen qtPen(const StrokeStyle& style, NSColor color);

@@ -1,16 +1,13 @@
 #include "platform/qt/QtPanel.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEventLoop>
-#include <QGridLayout>
-#include <QGuiApplication>
-#include <QKeyEvent>
-#include <QLabel>
+#include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QStyle>
 #include <algorithm>
 
-#include "platform/qt/QtButton.h"
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtWindows.h"
@@ -19,74 +16,22 @@ namespace velmora {
 
 namespace {
 
-/// How many letters a field has room for.
-constexpr int fieldLength = 28;
-
-Selector commandOfKey(int key) {
-    switch (key) {
-        case Qt::Key_Escape: return Selector::named("cancel:");
-        case Qt::Key_Return:
-        case Qt::Key_Enter: return Selector::named("insertNewline:");
-        case Qt::Key_Tab: return Selector::named("insertTab:");
-        case Qt::Key_Backtab: return Selector::named("insertBacktab:");
-        default: return {};
-    }
+QPoint inside(QPoint corner, QSize size, const QRect& area) {
+    return {std::max(std::min(corner.x(), area.right() + 1 - size.width()), area.left()),
+            std::max(std::min(corner.y(), area.bottom() + 1 - size.height()), area.top())};
 }
 
-/// Offers the keys that are commands to the field's delegate before the widget acts on them.
-class FieldCommands final : public QObject {
-public:
-    FieldCommands(QLineEdit& edit, std::shared_ptr<NSTextField> field,
-                  std::function<bool()> takesInput)
-        : QObject(&edit), field_(std::move(field)), takesInput_(std::move(takesInput)) {
-        edit.installEventFilter(this);
-    }
+QRect availableAt(QPoint point) {
+    const QScreen* screen = QGuiApplication::screenAt(point);
+    if (!screen) screen = QGuiApplication::primaryScreen();
+    return screen ? screen->availableGeometry() : QRect();
+}
 
-private:
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() != QEvent::KeyPress) return false;
-        if (!takesInput_()) return true;
-        bool dealtWith = false;
-        guarded("A command in a field", [&] {
-            const Selector command = commandOfKey(static_cast<QKeyEvent*>(event)->key());
-            dealtWith = command && field_->userCommanded(command);
-        });
-        return dealtWith;
-    }
-
-    std::shared_ptr<NSTextField> field_;
-    std::function<bool()> takesInput_;
-};
+QSize sizeOf(QMargins margins) {
+    return {margins.left() + margins.right(), margins.top() + margins.bottom()};
+}
 
 }  // namespace
-
-class QtPanel::Dialog final : public QDialog {
-public:
-    explicit Dialog(QtPanel& panel) : panel_(&panel) {}
-
-    /// Null once the panel is gone.
-    QtPanel* panel() const { return panel_; }
-    void forgetPanel() { panel_ = nullptr; }
-
-    bool takesInput() const { return !panel_ || !panel_->ended_; }
-
-    /// The position of a dialog that has no window yet is that of its frame; a hidden window's is
-    /// not, whatever it is moved by.
-    void dropHiddenWindow() {
-        if (!isVisible() && testAttribute(Qt::WA_WState_Created)) destroy();
-    }
-
-    /// Escape, or the button of the title bar.
-    void reject() override {
-        QDialog::reject();
-        guarded("Closing a panel", [this] {
-            if (panel_) panel_->dismissed();
-        });
-    }
-
-private:
-    QtPanel* panel_;
-};
 
 QtPanel::QtPanel(QtWindows& windows, NSPanel& panel) : windows_(&windows), panel_(panel) {
     windows.addOwn(*this);
@@ -95,24 +40,28 @@ QtPanel::QtPanel(QtWindows& windows, NSPanel& panel) : windows_(&windows), panel
 
 QtPanel::~QtPanel() {
     if (windows_) windows_->removeOwn(*this);
-    for (const auto& field : fields_) field->setShowText(nullptr);
+    controls_.reset();
     if (!dialog_) return;
-    for (const auto& button : buttons_) {
-        if (button) button->letGo();
-    }
     dialog_->forgetPanel();
     dialog_->hide();
+    freeParent();
     // Something in it may be in the middle of telling us.
     dialog_->deleteLater();
 }
 
 void QtPanel::close() {
+    if (dialog_ && dialog_->isVisible()) {
+        guarded("Keeping a panel's place", [this] { panel_.saveFrame(); });
+    }
     windows_ = nullptr;
     wanted_ = false;
+    controls_.reset();
     if (!dialog_) return;
     dialog_->forgetPanel();
     delete dialog_.data();
 }
+
+// What it holds
 
 bool QtPanel::hasDialog() {
     if (!dialog_ && windows_) makeDialog();
@@ -120,99 +69,74 @@ bool QtPanel::hasDialog() {
 }
 
 void QtPanel::makeDialog() {
-    fields_.clear();
-    dialog_ = new Dialog(*this);
-    QtWindows::markAsOwn(*dialog_);
-    dialog_->setAttribute(Qt::WA_QuitOnClose, false);
-    dialog_->setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                            Qt::WindowCloseButtonHint);
-    dialog_->setWindowTitle(QString::fromStdString(panel_.title()));
-    new QGridLayout(dialog_);
-    shownRows_ = 0;
-    buttons_.clear();
-    addRows();
-}
-
-void QtPanel::addRows() {
-    auto& grid = static_cast<QGridLayout&>(*dialog_->layout());
-    for (; shownRows_ < panel_.rows().size(); ++shownRows_) {
-        addRow(grid, panel_.rows()[shownRows_], static_cast<int>(shownRows_));
+    dialog_ = new QtPanelDialog(*this);
+    const QPointer<QtPanelDialog> dialog = dialog_;
+    controls_ = std::make_unique<QtControls>([dialog] { return dialog && dialog->takesInput(); });
+    layout_ = std::make_unique<QtPanelLayout>(*controls_, dialog_->body());
+    titleChanged();
+    if (const auto style = panel_.alertStyle()) {
+        const bool warns = *style == NSWarningAlertStyle;
+        dialog_->showPicture(QApplication::style()->standardIcon(
+            warns ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation));
     }
+    layout_->arrange(panel_.rows());
     dialog_->adjustSize();
+    drawerChanged();
+    QObject::connect(qApp, &QApplication::focusChanged, dialog_,
+                     [dialog](const QWidget* /*before*/, const QWidget* now) {
+                         QtPanel* panel = dialog->panel();
+                         if (panel && now && dialog->isAncestorOf(now)) panel->focusChanged(*now);
+                     });
 }
 
 void QtPanel::contentChanged() {
     if (!dialog_) return;
-    const std::vector<NSControlRef> shown = panel_.controls();
-    std::erase_if(buttons_, [&](const QPointer<QtButton>& button) {
-        if (button && std::find(shown.begin(), shown.end(), button->button()) != shown.end()) {
-            return false;
-        }
-        if (button) {
-            button->letGo();
-            button->hide();
-            // It may be in the middle of its click.
-            button->deleteLater();
-        }
-        return true;
-    });
-    addRows();
+    std::vector<NSControlRef> shown = panel_.controls();
+    if (panel_.drawer()) shown.push_back(panel_.drawer()->content());
+    controls_->keepOnly(shown);
+    layout_->arrange(panel_.rows());
+    dialog_->resize(dialog_->size().expandedTo(dialog_->sizeHint()));
 }
 
-void QtPanel::addRow(QGridLayout& grid, const NSPanel::Row& cells, int row) {
-    QLabel* label = nullptr;
-    int column = 0;
-    for (const NSPanel::Cell& cell : cells) {
-        if (const auto* shown = std::get_if<NSPanel::Label>(&cell)) {
-            QString text = QString::fromStdString(shown->text);
-            // A label that belongs to a field would underline a letter otherwise.
-            label = new QLabel(text.replace(QLatin1Char('&'), QLatin1String("&&")), dialog_);
-            label->setTextFormat(Qt::PlainText);
-            grid.addWidget(label, row, column++);
-            continue;
-        }
-        const auto* control = std::get_if<NSControlRef>(&cell);
-        if (!control) continue;
-        const auto field = std::dynamic_pointer_cast<NSTextField>(*control);
-        if (!field) {
-            if (QWidget* widget = makeControl(*control)) grid.addWidget(widget, row, column++);
-            continue;
-        }
-        QLineEdit* edit = makeField(field, label ? label->text() : dialog_->windowTitle());
-        if (label) label->setBuddy(edit);
-        grid.addWidget(edit, row, column++);
+void QtPanel::titleChanged() {
+    if (dialog_) dialog_->setWindowTitle(QString::fromStdString(panel_.title()));
+}
+
+void QtPanel::drawerChanged() {
+    const NSContentDrawerRef& drawer = panel_.drawer();
+    if (!dialog_ || !drawer) return;
+    if (!dialog_->hasDrawer()) {
+        const NSSize size = drawer->contentSize();
+        dialog_->setDrawer(*controls_->widgetOf(drawer->content(), *dialog_),
+                           {qRound(size.width), qRound(size.height)});
+    }
+    dialog_->openDrawer(drawer->isOpen());
+    if (dialog_->isVisible()) moveWithin(dialog_->frameGeometry());
+}
+
+void QtPanel::firstResponderChanged() {
+    if (!dialog_) return;
+    const auto control = std::dynamic_pointer_cast<NSControl>(panel_.firstResponder());
+    QWidget* widget = control ? controls_->existingWidgetOf(control) : nullptr;
+    if (widget) {
+        widget->setFocus();
+    } else if (QWidget* before = dialog_->focusWidget()) {
+        before->clearFocus();
     }
 }
 
-QWidget* QtPanel::makeControl(const NSControlRef& control) {
-    auto button = std::dynamic_pointer_cast<NSButton>(control);
-    if (!button) return nullptr;
-    const auto takesInput = [dialog = dialog_.data()] { return dialog->takesInput(); };
-    auto* widget = new QtButton(std::move(button), takesInput, dialog_);
-    buttons_.emplace_back(widget);
-    return widget;
+void QtPanel::focusChanged(const QWidget& now) {
+    if (const NSControlRef control = controls_->controlOf(&now)) panel_.userFocused(control);
 }
 
-QLineEdit* QtPanel::makeField(const std::shared_ptr<NSTextField>& field, const QString& label) {
-    auto* edit = new QLineEdit(QString::fromStdString(field->stringValue()), dialog_);
-    QString name = label;
-    name.replace(QLatin1String("&&"), QLatin1String("&"));
-    if (name.endsWith(QLatin1Char(':'))) name.chop(1);
-    edit->setAccessibleName(name);
-    edit->setMinimumWidth(edit->fontMetrics().averageCharWidth() * fieldLength);
-    const auto takesInput = [dialog = dialog_.data()] { return dialog->takesInput(); };
-    new FieldCommands(*edit, field, takesInput);
-    QObject::connect(edit, &QLineEdit::textChanged, edit, [field, takesInput](const QString& text) {
-        if (!takesInput()) return;
-        guarded("Typing in a field", [&] { field->userChangedText(text.toStdString()); });
-    });
-    field->setShowText([shown = QPointer<QLineEdit>(edit)](const std::string& text) {
-        if (shown) shown->setText(QString::fromStdString(text));
-    });
-    if (!firstField_) firstField_ = edit;
-    fields_.push_back(field);
-    return edit;
+void QtPanel::focusFirst() {
+    QWidget* first = controls_->firstForKeys();
+    if (!first) return;
+    first->setFocus();
+    if (auto* field = qobject_cast<QLineEdit*>(first)) field->selectAll();
 }
+
+// Where it is
 
 QMargins QtPanel::decorations() {
     const QWindow* own = dialog_->windowHandle();
@@ -224,20 +148,42 @@ QMargins QtPanel::decorations() {
     return around ? around->frameMargins() : QMargins();
 }
 
+QRect QtPanel::outerFrame() {
+    if (dialog_->isVisible()) return dialog_->frameGeometry();
+    return {dialog_->pos(), dialog_->size() + sizeOf(decorations())};
+}
+
 NSRect QtPanel::frame() {
     if (!dialog_) return {};
-    if (dialog_->isVisible()) return screenRect(dialog_->frameGeometry());
-    const QMargins margins = decorations();
-    const QSize size(dialog_->width() + margins.left() + margins.right(),
-                     dialog_->height() + margins.top() + margins.bottom());
-    return screenRect(QRect(dialog_->pos(), size));
+    const QRect outer = outerFrame();
+    return screenRect(outer.adjusted(0, 0, -dialog_->drawerWidth(), 0));
+}
+
+void QtPanel::moveTo(QPoint corner) {
+    dialog_->dropHiddenWindow();
+    dialog_->move(corner);
+}
+
+void QtPanel::moveWithin(QRect frame) {
+    const QRect area = availableAt(frame.center());
+    if (!area.isEmpty()) moveTo(inside(frame.topLeft(), frame.size(), area));
+}
+
+void QtPanel::setFrame(NSRect frame) {
+    if (!hasDialog()) return;
+    const QPoint corner =
+        globalPoint({frame.origin.x, frame.origin.y + frame.size.height}).toPoint();
+    const QSize body(qRound(frame.size.width), qRound(frame.size.height));
+    const QSize margins = sizeOf(decorations());
+    const QRect area = availableAt(QRect(corner, body).center());
+    const QSize wanted = (body + QSize(dialog_->drawerWidth(), 0)).boundedTo(area.size());
+    dialog_->resize((wanted - margins).expandedTo(dialog_->minimumSizeHint()));
+    moveWithin({corner, dialog_->size() + margins});
 }
 
 void QtPanel::setFrameOrigin(NSPoint origin) {
     if (!hasDialog()) return;
-    const NSPoint upperLeft{origin.x, origin.y + frame().size.height};
-    dialog_->dropHiddenWindow();
-    dialog_->move(globalPoint(upperLeft).toPoint());
+    moveTo(globalPoint({origin.x, origin.y + frame().size.height}).toPoint());
 }
 
 void QtPanel::center() {
@@ -245,28 +191,54 @@ void QtPanel::center() {
     const QWindow* focus = QGuiApplication::focusWindow();
     const QScreen* screen = focus ? focus->screen() : QGuiApplication::primaryScreen();
     if (!screen) return;
-    const NSRect available = screenRect(screen->availableGeometry());
-    const NSSize size = frame().size;
-    setFrameOrigin({available.origin.x + (available.size.width - size.width) / 2,
-                    available.origin.y + (available.size.height - size.height) / 2});
+    QRect frame = outerFrame();
+    frame.moveCenter(screen->availableGeometry().center());
+    moveTo(frame.topLeft());
 }
+
+// Showing and hiding
 
 void QtPanel::makeKeyAndOrderFront() {
     if (!hasDialog()) return;
     wanted_ = true;
     if (dialog_->isVisible()) {
         makeKeyWindow();
-        return;
+    } else {
+        showLater();
     }
+}
+
+void QtPanel::beginSheet(NSPanel& parent) {
+    if (!hasDialog()) return;
+    const auto* below = dynamic_cast<QtPanel*>(&parent.peer());
+    parent_ = below ? below->dialog_ : nullptr;
+    if (parent_) {
+        QRect frame = outerFrame();
+        frame.moveCenter(parent_->frameGeometry().center());
+        moveWithin(frame);
+    }
+    makeKeyAndOrderFront();
+}
+
+void QtPanel::showLater() {
     QMetaObject::invokeMethod(
         dialog_,
         [dialog = dialog_.data()] {
             guarded("Showing a panel", [dialog] {
                 QtPanel* panel = dialog->panel();
-                if (panel && panel->wanted_) panel->show(Qt::NonModal);
+                if (!panel || !panel->wanted_) return;
+                panel->show(panel->parent_ ? Qt::WindowModal : Qt::NonModal);
             });
         },
         Qt::QueuedConnection);
+}
+
+QWindow* QtPanel::windowBelow() {
+    if (parent_) return parent_->windowHandle();
+    const QWidget* active = QApplication::activeWindow();
+    if (active && active != dialog_ && QtWindows::isOwn(*active)) return active->windowHandle();
+    const auto before = before_.lock();
+    return before ? before->handle() : nullptr;
 }
 
 void QtPanel::show(Qt::WindowModality modality) {
@@ -276,32 +248,68 @@ void QtPanel::show(Qt::WindowModality modality) {
         dialog_->hide();
     }
     before_ = std::dynamic_pointer_cast<QtWindow>(windows_->keyWindow());
+    QWindow* below = windowBelow();
     dialog_->setWindowModality(modality);
     // Where the window manager keeps it above the window that it belongs to, and gives it the keys.
     dialog_->winId();
-    const auto before = before_.lock();
-    dialog_->windowHandle()->setTransientParent(before ? before->handle() : nullptr);
+    dialog_->windowHandle()->setTransientParent(below);
+    if (parent_) {
+        // A sheet blocks its panel, and would block all to which that belongs. The window manager
+        // does not hear of this.
+        belowParent_ = below->transientParent();
+        below->setTransientParent(nullptr);
+    }
     dialog_->show();
+    focusFirst();
     makeKeyWindow();
+}
+
+void QtPanel::freeParent() {
+    if (parent_ && parent_->windowHandle()) {
+        parent_->windowHandle()->setTransientParent(belowParent_);
+    }
+    parent_ = nullptr;
 }
 
 void QtPanel::makeKeyWindow() {
     if (!dialog_ || !dialog_->isVisible()) return;
     dialog_->raise();
     dialog_->activateWindow();
-    if (!firstField_) return;
-    firstField_->setFocus();
-    firstField_->selectAll();
+}
+
+bool QtPanel::isKeyWindow() {
+    return dialog_ && dialog_->isVisible() && dialog_->isActiveWindow();
 }
 
 void QtPanel::orderOut() {
     wanted_ = false;
     if (!dialog_ || !dialog_->isVisible()) return;
+    QtControls::endEditing(*dialog_);
+    if (!dialog_) return;
     const bool hadKeys = dialog_->isActiveWindow();
     dialog_->hide();
+    freeParent();
     const auto before = before_.lock();
     // A command that comes next waits until the window has the keys again.
     if (hadKeys && before && windows_) windows_->makeKey(*before);
+}
+
+bool QtPanel::mayBeDismissed() {
+    const auto kept = panel_.shared_from_this();
+    if (panel_.attachedSheet()) return false;
+    QtControls::endEditing(*dialog_);
+    // What that has told somebody may have closed it.
+    if (!dialog_ || !dialog_->isVisible()) return false;
+    panel_.saveFrame();
+    return true;
+}
+
+void QtPanel::dismissed() {
+    wanted_ = false;
+    freeParent();
+    endModal();
+    // By what this tells, the panel and this may go.
+    panel_.userClosed();
 }
 
 void QtPanel::runModal() {
@@ -321,13 +329,6 @@ void QtPanel::endModal() {
     if (!loop_) return;
     ended_ = true;
     loop_->quit();
-}
-
-void QtPanel::dismissed() {
-    wanted_ = false;
-    endModal();
-    // By what this tells, the panel and this may go.
-    panel_.userClosed();
 }
 
 }  // namespace velmora

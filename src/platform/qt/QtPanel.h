@@ -1,20 +1,20 @@
 #pragma once
 
-#include <QDialog>
-#include <QLineEdit>
 #include <QPointer>
+#include <QWindow>
 #include <memory>
 
 #include "platform/appkit/NSPanel.h"
+#include "platform/qt/QtControls.h"
 #include "platform/qt/QtOwnWindow.h"
+#include "platform/qt/QtPanelDialog.h"
+#include "platform/qt/QtPanelLayout.h"
 #include "platform/qt/QtWindow.h"
 
 class QEventLoop;
-class QGridLayout;
 
 namespace velmora {
 
-class QtButton;
 class QtWindows;
 
 /// The window of a panel of ours, in the host's own style. It is none of the host's windows: it has
@@ -28,9 +28,10 @@ public:
 
     void close() override;
 
-    /// Until the panel has been shown once, its decorations are taken to be those of the window
-    /// over which it opens.
+    /// Without its drawer. Until the panel has been shown once, its decorations are taken to be
+    /// those of the window over which it opens.
     NSRect frame() override;
+    void setFrame(NSRect frame) override;
     void setFrameOrigin(NSPoint origin) override;
     /// On the screen of the window that takes the keys.
     void center() override;
@@ -40,42 +41,64 @@ public:
     void makeKeyWindow() override;
     void orderOut() override;
     bool isVisible() override { return wanted_; }
+    bool isKeyWindow() override;
     void contentChanged() override;
+    void titleChanged() override;
+    void drawerChanged() override;
+    void firstResponderChanged() override;
+    void beginSheet(NSPanel& parent) override;
     void runModal() override;
     void endModal() override;
 
-private:
-    class Dialog;
+    // For the dialog
 
+    /// Not while its session has ended and the loop only has to notice, or while a sheet is open:
+    /// what comes then is for nobody.
+    bool takesInput() const { return !ended_ && !panel_.attachedSheet(); }
+    /// The user wants to close it; false when it stays. This may be gone when it returns.
+    bool mayBeDismissed();
+    /// The user has closed it.
+    void dismissed();
+    /// False without such a button. This may be gone when it returns.
+    bool clickEscapeButton() { return controls_->clickButtonWithKey("\x1B"); }
+
+private:
     /// Anew, too, when the host has deleted it. False when there can be none any more.
     bool hasDialog();
     void makeDialog();
-    /// Those of the panel that are not shown yet.
-    void addRows();
-    void addRow(QGridLayout& grid, const NSPanel::Row& cells, int row);
-    QWidget* makeControl(const NSControlRef& control);
-    QLineEdit* makeField(const std::shared_ptr<NSTextField>& field, const QString& label);
+    void focusChanged(const QWidget& now);
+    void showLater();
     void show(Qt::WindowModality modality);
-    void dismissed();
+    /// What the window is to stay in front of: the sheet's panel, the panel of ours that is active,
+    /// or the host's window that has the keys; null without one.
+    QWindow* windowBelow();
+    void focusFirst();
+    /// The panel below a sheet is again where it was among the windows.
+    void freeParent();
+    /// With its drawer and its decorations.
+    QRect outerFrame();
+    void moveTo(QPoint corner);
+    /// As near to the frame as the screen allows.
+    void moveWithin(QRect frame);
     QMargins decorations();
 
     QtWindows* windows_;
     /// Our owner.
     NSPanel& panel_;
-    QPointer<Dialog> dialog_;
-    std::vector<std::shared_ptr<NSTextField>> fields_;
-    QPointer<QLineEdit> firstField_;
-    std::vector<QPointer<QtButton>> buttons_;
-    std::size_t shownRows_ = 0;
+    QPointer<QtPanelDialog> dialog_;
+    /// Of the dialog.
+    std::unique_ptr<QtControls> controls_;
+    std::unique_ptr<QtPanelLayout> layout_;
     /// What the window manager adds around the dialog, once that is known.
     QMargins margins_;
     /// The host's window that had the keys before.
     std::weak_ptr<QtWindow> before_;
+    /// Of a sheet: the panel over which it opens.
+    QPointer<QtPanelDialog> parent_;
+    QPointer<QWindow> belowParent_;
     QEventLoop* loop_ = nullptr;
     /// Somebody wants to see it.
     bool wanted_ = false;
-    /// The session was ended, and the loop only has to notice: what comes in the same pass is for
-    /// nobody.
     bool ended_ = false;
 };
 
