@@ -31,6 +31,14 @@ bool isReturn(const QKeyEvent& event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
+/// Null for a modifier key, and for one that the platform does not know.
+NSEventRef eventFor(const QKeyEvent& event) {
+    auto made = std::make_shared<NSEvent>(fieldsForKey(event));
+    const bool isNone = ModifierKeys::isModifierKey(event.key()) ||
+                        made->fields().charactersIgnoringModifiers.empty();
+    return isNone ? nullptr : made;
+}
+
 NSEventRef eventFor(const QMouseEvent& event, const QWidget& widget) {
     NSEvent::Fields fields;
     const bool isLeft = event.button() == Qt::LeftButton;
@@ -201,7 +209,8 @@ bool QtTable::event(QEvent* event) {
         bool isWanted = false;
         guarded("A key in a table", [&] {
             const auto kept = table_;
-            isWanted = kept->wantsKey(NSEvent(fieldsForKey(static_cast<QKeyEvent&>(*event))));
+            const NSEventRef key = eventFor(static_cast<const QKeyEvent&>(*event));
+            isWanted = key && kept->wantsKey(*key);
         });
         if (isWanted) {
             event->accept();
@@ -222,9 +231,12 @@ void QtTable::keyPressEvent(QKeyEvent* event) {
     if (!kept || !takesInput_() || state() == EditingState) return;
     if (isEscape) return event->ignore();
     const QPointer<QtTable> self = this;
-    told_ = event;
-    guarded("A key in a table",
-            [&] { kept->userPressedKey(std::make_shared<NSEvent>(fieldsForKey(*event))); });
+    guarded("A key in a table", [&] {
+        const NSEventRef key = eventFor(*event);
+        if (!key) return QTableView::keyPressEvent(event);
+        told_ = event;
+        kept->userPressedKey(key);
+    });
     if (self) told_ = nullptr;
 }
 

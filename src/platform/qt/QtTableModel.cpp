@@ -86,6 +86,12 @@ Qt::ItemFlags QtTableModel::flags(const QModelIndex& index) const {
     const bool isEdited = table_ && index.isValid() && table_->editedRow() == index.row() &&
                           table_->editedColumn() == index.column();
     flags.setFlag(Qt::ItemIsEditable, isEdited);
+    if (!table_ || index.column() < 0 || index.column() >= columns_) return flags;
+    const NSCell* cell =
+        table_->tableColumns()[static_cast<std::size_t>(index.column())]->dataCell().get();
+    const bool isToggle =
+        dynamic_cast<const NSButtonCell*>(cell) && !dynamic_cast<const NSPopUpButtonCell*>(cell);
+    flags.setFlag(Qt::ItemIsUserCheckable, isToggle);
     return flags;
 }
 
