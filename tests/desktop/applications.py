@@ -340,6 +340,13 @@ class Speedcrunch(RealApplication):
         self.x.keys("2", "Return")
         wait_for(lambda: self.pixels(results) != before, "a result")
 
+    def view(self):
+        return self.part(0.1, 0.3, 0.8, 0.5)
+
+    def contexts(self):
+        # Selects the results, of which there must be one.
+        return [(self.view(), "Select All", lambda: self.pixels(self.area(0, 30, 300, 300)))]
+
 
 class Designer(RealApplication):
     """An editor for windows, on Qt 6. It fills the screen."""
@@ -369,6 +376,13 @@ class Designer(RealApplication):
         # The field may have the keys only a while after the first click in it.
         self.press_until("q", lambda: len(set(self.pixels(word))) == 1, "a letter in the field")
         self.press_until("BackSpace", lambda: len(set(self.pixels(word))) > 1, "an empty field")
+
+    def view(self):
+        return self.part(0.02, 0.2, 0.15, 0.4)
+
+    def contexts(self):
+        # Shows the widgets in rows of icons.
+        return [(self.view(), "Icon View", lambda: self.pixels(self.area(0, 140, 240, 400)))]
 
 
 BOTH = (Featherpad, Linguist)

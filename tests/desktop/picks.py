@@ -214,9 +214,59 @@ class HostPicks(Picks):
         self.host.wait_says("ran 1 Hammer")
         self.x.keys("alt+f", "n")
         self.host.wait_says("ran 1 &New")
+        # And the one that a row of the panel itself offers: the host's menu bar.
+        self.panel.click_cell(1, 1)
+        self.host.popup()
+        self.x.keys("Down", "Right", "Down", "Return")
+        self.host.no_popups()
         self.assertEqual(self.taken(self.host, mark), [])
         self.confirm(self.host)
-        self.assertEqual(self.bound(), ["File/New", "File/New"])
+        self.assertEqual(self.bound(), ["File/New", "File/Open..."])
+
+
+class RealPicks(Picks):
+    kind = None
+
+    def test_an_item_of_a_context_menu_is_bound_and_runs_by_a_stroke(self):
+        kind = self.kind
+        self.prepare(kind.process_name, kind.first_menu, ("rd", "File/New"), ("dr", "File/New"))
+        application = self.start(kind, environment=self.accessibility.environment())
+        application.assert_usable()
+        area, item, state = application.contexts()[0]
+        self.open_panel(application)
+        self.select(1)
+        wait_for(lambda: self.x.active_window() == self.panel.window, "the panel to be active")
+        before = state()
+        popup = application.open_context_menu()
+        application.click_menu_item_above(10, popup)
+        application.no_popups()
+        application.wait_text(re.escape(TOOK))
+        self.assertEqual(self.taken(application, 0), [item])
+        self.confirm(application)
+        self.assertEqual(self.bound(), ["File/New", f"Context Menu: {item}"])
+        wait_for(lambda: self.x.active_window() == application.main, "the main window")
+        self.assertEqual(state(), before)
+        harness.draw(self.x, "dr", area, leg=60)
+        application.wait_text("^ran ")
+        wait_for(lambda: state() != before, f"the effect of {item}")
+        self.assertEqual(application.commands(), [f"Context Menu: {item}"])
+        application.assert_usable()
+
+
+class FeatherpadPicks(RealPicks, harness.DesktopTest):
+    kind = applications.Featherpad
+
+
+class LinguistPicks(RealPicks, harness.DesktopTest):
+    kind = applications.Linguist
+
+
+class SpeedcrunchPicks(RealPicks, harness.DesktopTest):
+    kind = applications.Speedcrunch
+
+
+class DesignerPicks(RealPicks, harness.DesktopTest):
+    kind = applications.Designer
 
 
 class Qt5Picks(HostPicks, harness.DesktopTest):

@@ -203,8 +203,7 @@ void ScenarioPlayer::act(const WaitStep& step) {
 }
 
 void ScenarioPlayer::act(const ChooseStep& step) {
-    const NSMenuRef menu =
-        step.inContextMenu ? session_.user().contextMenu() : host().menuBar();
+    const NSMenuRef menu = step.inContextMenu ? session_.user().contextMenu() : host().menuBar();
     if (!menu) return fail(step.inContextMenu ? "no context menu opens there" : "no menu bar");
     // Opening the menus on the way fills them, so the item is looked for afterwards.
     if (step.inContextMenu) openMenu(*menu);

@@ -63,8 +63,8 @@ void pick(QMenu& menu, QAction& action) {
 NSMenuItemRef contextMenuItem(const QAction& action, const std::vector<std::string>& titles) {
     const QString name = action.objectName();
     NSMenuItemRef item = NSMenuItem::initWithTitle_action_keyEquivalent(
-        titles.back(),
-        Selector::named(name.isEmpty() ? joinedTitles(titles) : name.toStdString()), "");
+        titles.back(), Selector::named(name.isEmpty() ? joinedTitles(titles) : name.toStdString()),
+        "");
     item->setEnabled(action.isEnabled());
     return item;
 }

@@ -227,8 +227,8 @@ void QtMenuPicks::noteMotion(const QMenu& menu, const QMouseEvent& event) {
     if (&menu == opened_) ++motions_;
     if (event.buttons() == Qt::NoButton || !menu.rect().contains(placeIn(event))) return;
     const int way = (placeOnScreen(event) - openedAt_).manhattanLength();
-    const bool hasMoved = &menu != opened_ || motions_ > enoughMotions ||
-                          way > QApplication::startDragDistance();
+    const bool hasMoved =
+        &menu != opened_ || motions_ > enoughMotions || way > QApplication::startDragDistance();
     if (hasMoved) pressed_ = &menu;
 }
 

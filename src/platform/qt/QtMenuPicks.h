@@ -11,8 +11,8 @@ class QMouseEvent;
 namespace velmora {
 
 /// The items that a person picks in the host's own context menus. A pick is offered to the layer as
-/// a message of a menu, `performActionForItemAtIndex:`, which others may have taken over; where that
-/// comes to the menu's own implementation, the host acts as it does without us. Otherwise the
+/// a message of a menu, `performActionForItemAtIndex:`, which others may have taken over; where
+/// that comes to the menu's own implementation, the host acts as it does without us. Otherwise the
 /// menu closes without having been told of the pick.
 ///
 /// A context menu is any menu that neither a menu bar nor a button has opened: those stand under no
