@@ -43,7 +43,7 @@ class Buttons:
         file = folder / "interface" / "Velmora.plist"
         text = file.read_text()
         for place, added in (
-                ('{ label = "Mnemonic:"; }, mnemonicsTF )', ", ( icon )"),
+                ('{ label = "Mnemonic:"; }, mnemonicsTF, define )', ", ( icon )"),
                 ("objects = {", 'icon = { class = VelmoraAnimatedIcon; title = "Velmora Home Page";'
                                 " imageOnly = YES; imageSize = 64; };")):
             self.assertIn(place, text)
@@ -103,7 +103,7 @@ class Buttons:
         self.x.keys("space")
         self.wait_opened(application, 2)
         # From the field to the icon by the keyboard; Return in the field presses nothing.
-        self.x.keys("Tab", "Return", "Tab")
+        self.x.keys("Tab", "Tab", "Return", "Tab")
         self.x.keys("space")
         self.wait_opened(application, 3)
         self.assertTrue(stays(lambda: application.texts().count(HOME_PAGE) == 3, 0.3))

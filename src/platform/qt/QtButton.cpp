@@ -47,6 +47,7 @@ void QtButton::needsDisplay() {
     shown.replace(QLatin1Char('&'), QLatin1String("&&"));
     if (text() != shown) setText(shown);
     if (accessibleName() != title) setAccessibleName(title);
+    setFlat(position == NSImageOnly);
     setEnabled(button_->isEnabled());
     const bool isDefaultButton = button_->keyEquivalent() == "\r";
     if (isDefault() != isDefaultButton) setDefault(isDefaultButton);

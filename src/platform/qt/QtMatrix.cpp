@@ -67,7 +67,8 @@ QWidget* QtMatrix::makeWidget(const NSCellRef& cell, int row, int column) {
     const auto buttonCell = std::dynamic_pointer_cast<NSButtonCell>(cell);
     if (!buttonCell) return new QWidget(parent_);
     QAbstractButton* button = makeButton(buttonCell);
-    group_.addButton(button);
+    // In a group of any kind Tab goes to one button only.
+    if (matrix_->mode() == NSRadioModeMatrix) group_.addButton(button);
     const QString title = QString::fromStdString(buttonCell->title());
     button->setAccessibleName(title);
     if (buttonCell->imagePosition() == NSImageOnly) button->setToolTip(title);
@@ -119,7 +120,16 @@ void QtMatrix::needsDisplay() {
     // One that is on in an exclusive group could not be switched off.
     group_.setExclusive(false);
     for (const Place& place : places_) show(place);
-    group_.setExclusive(matrix_->mode() == NSRadioModeMatrix);
+    if (matrix_->mode() != NSRadioModeMatrix) return;
+    group_.setExclusive(true);
+    const QAbstractButton* chosen = group_.checkedButton();
+    const auto buttons = group_.buttons();
+    for (QAbstractButton* button : buttons) {
+        const bool takesTab = !chosen || button == chosen;
+        const int policy = button->focusPolicy() & ~Qt::TabFocus;
+        button->setFocusPolicy(
+            static_cast<Qt::FocusPolicy>(takesTab ? policy | Qt::TabFocus : policy));
+    }
 }
 
 }  // namespace velmora

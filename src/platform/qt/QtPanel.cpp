@@ -80,7 +80,7 @@ void QtPanel::makeDialog() {
             warns ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation));
     }
     layout_->arrange(panel_.rows());
-    dialog_->adjustSize();
+    dialog_->resize(dialog_->sizeHint());
     drawerChanged();
     QObject::connect(qApp, &QApplication::focusChanged, dialog_,
                      [dialog](const QWidget* /*before*/, const QWidget* now) {
@@ -111,7 +111,8 @@ void QtPanel::drawerChanged() {
                            {qRound(size.width), qRound(size.height)});
     }
     dialog_->openDrawer(drawer->isOpen());
-    if (dialog_->isVisible()) moveWithin(dialog_->frameGeometry());
+    // A place that nobody has chosen is the window manager's to choose.
+    if (dialog_->isVisible() || dialog_->testAttribute(Qt::WA_Moved)) fit(outerFrame());
 }
 
 void QtPanel::firstResponderChanged() {
@@ -164,9 +165,12 @@ void QtPanel::moveTo(QPoint corner) {
     dialog_->move(corner);
 }
 
-void QtPanel::moveWithin(QRect frame) {
+void QtPanel::fit(QRect frame) {
     const QRect area = availableAt(frame.center());
-    if (!area.isEmpty()) moveTo(inside(frame.topLeft(), frame.size(), area));
+    const QSize margins = sizeOf(decorations());
+    const QSize size = frame.size().boundedTo(area.size()) - margins;
+    dialog_->resize(size.expandedTo(dialog_->minimumSizeHint()));
+    moveTo(inside(frame.topLeft(), dialog_->size() + margins, area));
 }
 
 void QtPanel::setFrame(NSRect frame) {
@@ -174,11 +178,7 @@ void QtPanel::setFrame(NSRect frame) {
     const QPoint corner =
         globalPoint({frame.origin.x, frame.origin.y + frame.size.height}).toPoint();
     const QSize body(qRound(frame.size.width), qRound(frame.size.height));
-    const QSize margins = sizeOf(decorations());
-    const QRect area = availableAt(QRect(corner, body).center());
-    const QSize wanted = (body + QSize(dialog_->drawerWidth(), 0)).boundedTo(area.size());
-    dialog_->resize((wanted - margins).expandedTo(dialog_->minimumSizeHint()));
-    moveWithin({corner, dialog_->size() + margins});
+    fit({corner, body + QSize(dialog_->drawerWidth(), 0)});
 }
 
 void QtPanel::setFrameOrigin(NSPoint origin) {
@@ -215,7 +215,7 @@ void QtPanel::beginSheet(NSPanel& parent) {
     if (parent_) {
         QRect frame = outerFrame();
         frame.moveCenter(parent_->frameGeometry().center());
-        moveWithin(frame);
+        fit(frame);
     }
     makeKeyAndOrderFront();
 }

@@ -78,8 +78,8 @@ private:
     /// With its drawer and its decorations.
     QRect outerFrame();
     void moveTo(QPoint corner);
-    /// As near to the frame as the screen allows.
-    void moveWithin(QRect frame);
+    /// As near to the frame as the screen and what is shown allow.
+    void fit(QRect frame);
     QMargins decorations();
 
     QtWindows* windows_;

@@ -77,26 +77,26 @@ void QtPanelLayout::arrange(const std::vector<Row>& rows) {
     delete body_->layout();
     grid_ = new QGridLayout(body_);
     columns_ = 1;
-    bool hasTallRow = false;
+    hasWideColumn_ = false;
     for (const Row& row : rows) columns_ = std::max(columns_, columnsOf(row));
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const Row& row = rows[i];
-        const auto index = static_cast<int>(i);
-        const bool isLast = i + 1 == rows.size();
-        const bool isTallRow = std::any_of(row.begin(), row.end(), isTall);
-        hasTallRow = hasTallRow || isTallRow;
-        // What is left over lies above the buttons, where nothing else wants it.
-        const int gridRow = isLast ? index + 1 : index;
+    const bool endsInButtons = !rows.empty() && all(rows.back(), isPushButton);
+    bool hasTallRow = false;
+    int index = 0;
+    for (const Row& row : rows) {
+        const bool isLast = &row == &rows.back();
         if (all(row, isPushButton)) {
-            addButtonRow(row, gridRow, isLast);
-        } else if (isTallRow) {
-            addBoxRow(row, gridRow);
+            // What nothing wants of the height lies above the buttons.
+            addButtonRow(row, isLast ? index + 1 : index, isLast);
+        } else if (std::any_of(row.begin(), row.end(), isTall)) {
+            addBoxRow(row, index);
+            hasTallRow = true;
         } else {
-            addRow(row, gridRow);
+            addRow(row, index);
         }
+        ++index;
     }
-    grid_->setColumnStretch(columns_, 1);
-    if (!hasTallRow && !rows.empty()) grid_->setRowStretch(static_cast<int>(rows.size()) - 1, 1);
+    if (!hasWideColumn_) grid_->setColumnStretch(columns_, 1);
+    if (!hasTallRow) grid_->setRowStretch(endsInButtons ? index - 1 : index, 1);
 }
 
 void QtPanelLayout::place(QWidget& widget, int row, int column, bool isLast) {
@@ -109,6 +109,7 @@ void QtPanelLayout::place(QWidget& widget, int row, int column, bool isLast) {
     if (isField && !isLast) {
         grid_->addWidget(&widget, row, column);
         grid_->setColumnStretch(column, 1);
+        hasWideColumn_ = true;
     } else if (wantsRest && !(isField && hasRest)) {
         grid_->addWidget(&widget, row, column, 1, restOfRow);
     } else if (hasRest) {
@@ -160,7 +161,7 @@ void QtPanelLayout::addBoxRow(const Row& cells, int row) {
             QWidget* widget = controls_->widgetOf(*control, *body_);
             name(*widget, label);
             giveKey(*widget, label);
-            box->addWidget(widget, isTall(cell) ? 1 : 0);
+            box->addWidget(widget, holds<NSTextView>(cell) ? 2 : isTall(cell) ? 1 : 0);
         }
     }
     grid_->addLayout(box, row, 0, 1, restOfRow);

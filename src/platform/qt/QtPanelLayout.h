@@ -44,6 +44,8 @@ private:
     QGridLayout* grid_ = nullptr;
     /// Those with something in it; one more is there to be spanned by what has the rest of a row.
     int columns_ = 1;
+    /// One of them has what is left over of the width.
+    bool hasWideColumn_ = false;
     std::vector<QPointer<QLabel>> labels_;
 };
 

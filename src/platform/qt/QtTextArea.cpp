@@ -15,6 +15,8 @@ namespace {
 /// In letters and lines.
 constexpr int smallestWidth = 36;
 constexpr int smallestHeight = 10;
+constexpr int usualWidth = 64;
+constexpr int usualHeight = 20;
 constexpr int tabWidth = 4;
 
 /// All of it as it is: what the toolkit calls plain text has blanks in place of non-breaking ones.
@@ -73,9 +75,17 @@ void QtTextArea::showFont() {
     setTabStopDistance(tabWidth * QFontMetricsF(font).horizontalAdvance(QLatin1Char(' ')));
 }
 
-QSize QtTextArea::minimumSizeHint() const {
+QSize QtTextArea::roomFor(int letters, int lines) const {
     const QFontMetrics metrics = fontMetrics();
-    return {metrics.averageCharWidth() * smallestWidth, metrics.lineSpacing() * smallestHeight};
+    return {metrics.averageCharWidth() * letters, metrics.lineSpacing() * lines};
+}
+
+QSize QtTextArea::minimumSizeHint() const {
+    return roomFor(smallestWidth, smallestHeight);
+}
+
+QSize QtTextArea::sizeHint() const {
+    return roomFor(usualWidth, usualHeight);
 }
 
 bool QtTextArea::event(QEvent* event) {

@@ -26,11 +26,13 @@ public:
     void needsDisplay() override;
 
     QSize minimumSizeHint() const override;
+    QSize sizeHint() const override;
 
 protected:
     bool event(QEvent* event) override;
 
 private:
+    QSize roomFor(int letters, int lines) const;
     void showFont();
     void changed();
 
