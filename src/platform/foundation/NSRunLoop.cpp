@@ -88,9 +88,11 @@ void NSRunLoop::addTimer_forMode(const NSTimerRef& timer, RunLoopMode mode) {
 
 void NSRunLoop::keepUntilNextPass(Id object) {
     kept_.push_back(std::move(object));
+    timersChanged();
 }
 
 std::optional<Time> NSRunLoop::nextFireDate(RunLoopMode mode) const {
+    if (!kept_.empty()) return distantPast;
     std::optional<Time> next;
     for (const Entry& entry : entries_) {
         if (entry.mode != mode || entry.timer->firing_) continue;

@@ -73,7 +73,8 @@ public:
     /// Keeps the object alive until the loop's next pass: a deferred release.
     void keepUntilNextPass(Id object);
 
-    /// When the earliest timer of the mode wants to fire; nothing without one.
+    /// When the earliest timer of the mode wants to fire; nothing without one. At once while
+    /// something waits for the next pass.
     std::optional<Time> nextFireDate(RunLoopMode mode) const;
 
     /// Fires the timers of the mode that are due at `now`, in the order of their fire dates, each
