@@ -7,14 +7,9 @@
 #include <QPointer>
 #include <QScrollBar>
 #include <algorithm>
-#include <bit>
 
-#include "platform/appkit/NSPopUpButtonCell.h"
-#include "platform/qt/ModifierKeys.h"
-#include "platform/qt/QtCellMenu.h"
-#include "platform/qt/QtCoordinates.h"
+#include "platform/qt/QtControlEvents.h"
 #include "platform/qt/QtGuard.h"
-#include "platform/qt/QtKeys.h"
 
 namespace velmora {
 
@@ -26,31 +21,6 @@ constexpr int comfortableHeight = 260;
 constexpr auto keyModifiers =
     Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
 constexpr auto extendingModifiers = Qt::ShiftModifier | Qt::ControlModifier;
-
-bool isReturn(const QKeyEvent& event) {
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-}
-
-/// Null for a modifier key, and for one that the platform does not know.
-NSEventRef eventFor(const QKeyEvent& event) {
-    auto made = std::make_shared<NSEvent>(fieldsForKey(event));
-    const bool isNone = ModifierKeys::isModifierKey(event.key()) ||
-                        made->fields().charactersIgnoringModifiers.empty();
-    return isNone ? nullptr : made;
-}
-
-NSEventRef eventFor(const QMouseEvent& event, const QWidget& widget) {
-    NSEvent::Fields fields;
-    const bool isLeft = event.button() == Qt::LeftButton;
-    fields.type = isLeft ? NSLeftMouseDown : NSOtherMouseDown;
-    fields.location = screenPoint(widget.mapToGlobal(event.pos()));
-    fields.modifierFlags = flagsForModifiers(event.modifiers());
-    fields.timestamp = static_cast<double>(event.timestamp()) / 1000;
-    fields.buttonNumber = std::countr_zero(static_cast<unsigned>(event.button()));
-    fields.clickCount = event.type() == QEvent::MouseButtonDblClick ? 2 : 1;
-    fields.pressure = 1;
-    return std::make_shared<NSEvent>(std::move(fields));
-}
 
 std::vector<int> rowsOf(const QItemSelection& selection) {
     std::vector<int> rows;
@@ -71,7 +41,8 @@ QtTable::QtTable(std::shared_ptr<NSTableView> table, std::function<bool()> takes
       takesInput_(std::move(takesInput)),
       model_(table_, this),
       cells_(table_, this),
-      columns_(*horizontalHeader(), table_) {
+      columns_(*horizontalHeader(), table_),
+      actions_(*this, table_, takesInput_) {
     setModel(&model_);
     setItemDelegate(&cells_);
     verticalHeader()->hide();
@@ -101,6 +72,7 @@ void QtTable::letGo() {
     model_.letGo();
     cells_.letGo();
     columns_.letGo();
+    actions_.letGo();
 }
 
 // --- what the table says
@@ -128,9 +100,12 @@ void QtTable::reloadData() {
 }
 
 void QtTable::columnsChanged() {
+    const int before = model_.columnCount();
     model_.columnsChanged();
     columns_.show();
-    const int height = qRound(table_->rowHeight());
+    if (model_.columnCount() != before) selectionChanged();
+    // A line of the host's texts has room in any case.
+    const int height = qMax(qRound(table_->rowHeight()), fontMetrics().height() + 2);
     QHeaderView& rows = *verticalHeader();
     if (rows.defaultSectionSize() != height) {
         rows.setMinimumSectionSize(height);
@@ -209,7 +184,7 @@ bool QtTable::event(QEvent* event) {
         bool isWanted = false;
         guarded("A key in a table", [&] {
             const auto kept = table_;
-            const NSEventRef key = eventFor(static_cast<const QKeyEvent&>(*event));
+            const NSEventRef key = keyEventFor(static_cast<const QKeyEvent&>(*event));
             isWanted = key && kept->wantsKey(*key);
         });
         if (isWanted) {
@@ -232,7 +207,7 @@ void QtTable::keyPressEvent(QKeyEvent* event) {
     if (isEscape) return event->ignore();
     const QPointer<QtTable> self = this;
     guarded("A key in a table", [&] {
-        const NSEventRef key = eventFor(*event);
+        const NSEventRef key = keyEventFor(*event);
         if (!key) return QTableView::keyPressEvent(event);
         told_ = event;
         kept->userPressedKey(key);
@@ -245,44 +220,16 @@ void QtTable::handleKey(QKeyEvent& event) {
     const bool isVertical = event.key() == Qt::Key_Up || event.key() == Qt::Key_Down;
     if (isVertical && modifiers == Qt::AltModifier && !table_->registeredDraggedTypes().empty()) {
         moveRows(event.key() == Qt::Key_Up ? -1 : 1);
-    } else if (!act(event)) {
-        // The panel's default button has Return.
-        if (isReturn(event)) return event.ignore();
-        if (event.key() != Qt::Key_Space || modifiers) QTableView::keyPressEvent(&event);
+    } else if (const QPersistentModelIndex index = currentIndex(); actions_.isFor(event, index)) {
+        const QPointer<QtTable> self = this;
+        selectAlone(index);
+        if (self) actions_.act(index);
+    } else if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) {
+        // The panel's default button has it.
+        event.ignore();
+    } else if (event.key() != Qt::Key_Space || modifiers) {
+        QTableView::keyPressEvent(&event);
     }
-}
-
-bool QtTable::act(const QKeyEvent& event) {
-    const bool isAltDown =
-        event.key() == Qt::Key_Down && (event.modifiers() & keyModifiers) == Qt::AltModifier;
-    if ((event.modifiers() & keyModifiers) && !isAltDown) return false;
-    const bool opens = event.key() == Qt::Key_F4 || isAltDown;
-    const bool edits = event.key() == Qt::Key_F2 || isReturn(event);
-    const bool isSpace = event.key() == Qt::Key_Space;
-    const QPersistentModelIndex index = currentIndex();
-    const QPointer<QtTable> self = this;
-    switch (kindAt(index)) {
-        case Kind::popUp:
-            if (!opens && !edits && !isSpace) return false;
-            selectAlone(index);
-            if (self) openMenu(index, true);
-            return true;
-        case Kind::toggle: {
-            if (!isSpace) return false;
-            selectAlone(index);
-            const auto kept = self ? table_ : nullptr;
-            if (kept) kept->userClicked(index.column(), index.row());
-            return true;
-        }
-        case Kind::text:
-        case Kind::drawn:
-            if (!edits && !isSpace) return false;
-            selectAlone(index);
-            if (self) doubleClicked(index, nullptr);
-            return true;
-        case Kind::nothing: break;
-    }
-    return false;
 }
 
 void QtTable::moveRows(int by) {
@@ -297,50 +244,8 @@ void QtTable::moveRows(int by) {
     if (self && currentIndex().isValid()) scrollTo(currentIndex());
 }
 
-// --- cells
-// ---------------------------------------------------------------------------------------
-
-QtTable::Kind QtTable::kindAt(const QModelIndex& index) const {
-    if (!table_ || !table_->isEnabled() || !index.isValid()) return Kind::nothing;
-    const auto& columns = table_->tableColumns();
-    const auto column = static_cast<std::size_t>(index.column());
-    if (column >= columns.size()) return Kind::nothing;
-    const NSCell* cell = columns[column]->dataCell().get();
-    if (dynamic_cast<const NSPopUpButtonCell*>(cell)) return Kind::popUp;
-    if (dynamic_cast<const NSButtonCell*>(cell)) return Kind::toggle;
-    if (!dynamic_cast<const NSTextFieldCell*>(cell)) return Kind::drawn;
-    return columns[column]->isEditable() ? Kind::text : Kind::nothing;
-}
-
-void QtTable::selectAlone(const QModelIndex& index) {
-    if (table_->isRowSelected(index.row())) return;
-    pointedRow_ = index.row();
-    selectionModel()->setCurrentIndex(
-        index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-}
-
-void QtTable::openMenu(const QModelIndex& index, bool byKeyboard) {
-    const auto kept = table_;
-    const auto cell = kept ? std::dynamic_pointer_cast<NSPopUpButtonCell>(
-                                 kept->preparedCell(index.column(), index.row()))
-                           : nullptr;
-    if (!cell || !cell->menu() || !cell->isEnabled()) return;
-    const auto chosen = [self = QPointer<QtTable>(this), column = index.column(),
-                         row = index.row()](NSMenuItem& item) {
-        const auto table = self ? self->table_ : nullptr;
-        if (table && self->takesInput_()) table->userChose(item, column, row);
-    };
-    auto* menu = new QtCellMenu(cell->menu(), cell->pullsDown() ? 1 : 0, chosen, this);
-    const QRect rect = visualRect(index);
-    menu->open(QRect(viewport()->mapToGlobal(rect.topLeft()), rect.size()), byKeyboard);
-}
-
-void QtTable::doubleClicked(const QModelIndex& index, const NSEventRef& event) {
-    const auto kept = table_;
-    guarded("A double click in a table", [&] {
-        if (kept) kept->userDoubleClicked(index.column(), index.row(), event);
-    });
-}
+// --- editing
+// -------------------------------------------------------------------------------------
 
 void QtTable::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
     const bool goesOn = hint == QAbstractItemDelegate::EditNextItem ||
@@ -368,6 +273,13 @@ void QtTable::selectionChanged(const QItemSelection& selected, const QItemSelect
     });
 }
 
+void QtTable::selectAlone(const QModelIndex& index) {
+    if (!table_ || table_->isRowSelected(index.row())) return;
+    pointedRow_ = index.row();
+    selectionModel()->setCurrentIndex(
+        index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
 // --- the mouse
 // -----------------------------------------------------------------------------------
 
@@ -375,7 +287,8 @@ void QtTable::otherButtonPressed(QMouseEvent& event) {
     const auto kept = table_;
     const QPointer<QtTable> self = this;
     told_ = &event;
-    guarded("A button in a table", [&] { kept->otherMouseDown(eventFor(event, *viewport())); });
+    guarded("A button in a table",
+            [&] { kept->otherMouseDown(pressEventFor(event, *viewport())); });
     if (self) told_ = nullptr;
 }
 
@@ -393,9 +306,7 @@ void QtTable::mousePressEvent(QMouseEvent* event) {
     if (!self || !acts) return;
     pressed_ = index;
     pressedAt_ = event->pos();
-    if (kindAt(index) == Kind::popUp) {
-        guarded("A click in a table", [&] { openMenu(index, false); });
-    }
+    actions_.pressed(index);
 }
 
 void QtTable::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -404,18 +315,13 @@ void QtTable::mouseDoubleClickEvent(QMouseEvent* event) {
         event->button() == Qt::LeftButton && !(event->modifiers() & extendingModifiers);
     if (!isPlain || !index.isValid()) return mousePressEvent(event);
     if (!table_ || !takesInput_()) return;
+    const NSEventRef press = pressEventFor(*event, *viewport());
     const QPointer<QtTable> self = this;
-    guarded("A double click in a table", [&] {
-        selectAlone(index);
-        if (!self) return;
-        pressed_ = index;
-        const Kind kind = kindAt(index);
-        if (kind == Kind::popUp) {
-            openMenu(index, false);
-        } else if (kind != Kind::toggle) {
-            doubleClicked(index, eventFor(*event, *viewport()));
-        }
-    });
+    selectAlone(index);
+    if (!self) return;
+    pressed_ = index;
+    pressedAt_ = event->pos();
+    actions_.doubleClicked(index, press);
 }
 
 void QtTable::mouseMoveEvent(QMouseEvent* event) {
@@ -443,11 +349,7 @@ void QtTable::mouseReleaseEvent(QMouseEvent* event) {
     if (!self || event->button() != Qt::LeftButton) return;
     const QPersistentModelIndex index = std::exchange(pressed_, QPersistentModelIndex());
     if (!index.isValid() || indexAt(event->pos()) != index || !takesInput_()) return;
-    if (kindAt(index) != Kind::toggle) return;
-    guarded("A click in a table", [&] {
-        const auto kept = table_;
-        kept->userClicked(index.column(), index.row());
-    });
+    actions_.released(index);
 }
 
 void QtTable::beginDrag() {

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/appkit/NSTableView.h"
+#include "platform/qt/QtCellActions.h"
 #include "platform/qt/QtRowDrag.h"
 #include "platform/qt/QtTableCells.h"
 #include "platform/qt/QtTableColumns.h"
@@ -60,14 +61,7 @@ protected:
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 
 private:
-    /// How a cell is acted on.
-    enum class Kind { nothing, text, drawn, toggle, popUp };
-    Kind kindAt(const QModelIndex& index) const;
     void handleKey(QKeyEvent& event);
-    /// False when there is nothing to do with the cell by that key.
-    bool act(const QKeyEvent& event);
-    void openMenu(const QModelIndex& index, bool byKeyboard);
-    void doubleClicked(const QModelIndex& index, const NSEventRef& event);
     void otherButtonPressed(QMouseEvent& event);
     void selectAlone(const QModelIndex& index);
     void moveRows(int by);
@@ -78,6 +72,7 @@ private:
     QtTableModel model_;
     QtTableCells cells_;
     QtTableColumns columns_;
+    QtCellActions actions_;
     std::unique_ptr<QtRowDrag> drag_;
     /// The event that the table is being told of.
     QEvent* told_ = nullptr;

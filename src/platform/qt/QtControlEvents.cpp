@@ -1,0 +1,33 @@
+#include "platform/qt/QtControlEvents.h"
+
+#include <QWidget>
+#include <bit>
+
+#include "platform/qt/ModifierKeys.h"
+#include "platform/qt/QtCoordinates.h"
+#include "platform/qt/QtKeys.h"
+
+namespace velmora {
+
+NSEventRef keyEventFor(const QKeyEvent& event) {
+    auto made = std::make_shared<NSEvent>(fieldsForKey(event));
+    const bool isNone = ModifierKeys::isModifierKey(event.key()) ||
+                        made->fields().charactersIgnoringModifiers.empty();
+    return isNone ? nullptr : made;
+}
+
+NSEventRef pressEventFor(const QMouseEvent& event, const QWidget& widget) {
+    NSEvent::Fields fields;
+    fields.buttonNumber = std::countr_zero(static_cast<unsigned>(event.button()));
+    fields.type = event.button() == Qt::LeftButton    ? NSLeftMouseDown
+                  : event.button() == Qt::RightButton ? NSRightMouseDown
+                                                      : NSOtherMouseDown;
+    fields.location = screenPoint(widget.mapToGlobal(event.pos()));
+    fields.modifierFlags = flagsForModifiers(event.modifiers());
+    fields.timestamp = static_cast<double>(event.timestamp()) / 1000;
+    fields.clickCount = event.type() == QEvent::MouseButtonDblClick ? 2 : 1;
+    fields.pressure = 1;
+    return std::make_shared<NSEvent>(std::move(fields));
+}
+
+}  // namespace velmora
