@@ -14,25 +14,6 @@
 
 namespace velmora {
 
-namespace {
-
-QPoint inside(QPoint corner, QSize size, const QRect& area) {
-    return {std::max(std::min(corner.x(), area.right() + 1 - size.width()), area.left()),
-            std::max(std::min(corner.y(), area.bottom() + 1 - size.height()), area.top())};
-}
-
-QRect availableAt(QPoint point) {
-    const QScreen* screen = QGuiApplication::screenAt(point);
-    if (!screen) screen = QGuiApplication::primaryScreen();
-    return screen ? screen->availableGeometry() : QRect();
-}
-
-QSize sizeOf(QMargins margins) {
-    return {margins.left() + margins.right(), margins.top() + margins.bottom()};
-}
-
-}  // namespace
-
 QtPanel::QtPanel(QtWindows& windows, NSPanel& panel) : windows_(&windows), panel_(panel) {
     windows.addOwn(*this);
     makeDialog();
@@ -44,7 +25,6 @@ QtPanel::~QtPanel() {
     if (!dialog_) return;
     dialog_->forgetPanel();
     dialog_->hide();
-    freeParent();
     // Something in it may be in the middle of telling us.
     dialog_->deleteLater();
 }
@@ -81,6 +61,15 @@ void QtPanel::makeDialog() {
     }
     layout_->arrange(panel_.rows());
     dialog_->resize(dialog_->sizeHint());
+    // The panel owns this.
+    QObject::connect(
+        dialog_, &QObject::destroyed, qApp,
+        [this, owner = panel_.weak_from_this()] {
+            if (const auto kept = owner.lock()) {
+                guarded("Losing a panel's window", [this] { hostDeletedDialog(); });
+            }
+        },
+        Qt::QueuedConnection);
     drawerChanged();
     QObject::connect(qApp, &QApplication::focusChanged, dialog_,
                      [dialog](const QWidget* /*before*/, const QWidget* now) {
@@ -112,7 +101,8 @@ void QtPanel::drawerChanged() {
     }
     dialog_->openDrawer(drawer->isOpen());
     // A place that nobody has chosen is the window manager's to choose.
-    if (dialog_->isVisible() || dialog_->testAttribute(Qt::WA_Moved)) fit(outerFrame());
+    if (dialog_->isVisible() || dialog_->testAttribute(Qt::WA_Moved))
+        dialog_->fit(dialog_->outerFrame());
 }
 
 void QtPanel::firstResponderChanged() {
@@ -139,38 +129,17 @@ void QtPanel::focusFirst() {
 
 // Where it is
 
-QMargins QtPanel::decorations() {
-    const QWindow* own = dialog_->windowHandle();
-    if (own && !own->frameMargins().isNull()) margins_ = own->frameMargins();
-    if (!margins_.isNull()) return margins_;
+QMargins QtPanel::usualDecorations() const {
     const auto key =
         windows_ ? std::dynamic_pointer_cast<QtWindow>(windows_->keyWindow()) : nullptr;
     const QWindow* around = key ? key->handle() : nullptr;
     return around ? around->frameMargins() : QMargins();
 }
 
-QRect QtPanel::outerFrame() {
-    if (dialog_->isVisible()) return dialog_->frameGeometry();
-    return {dialog_->pos(), dialog_->size() + sizeOf(decorations())};
-}
-
 NSRect QtPanel::frame() {
     if (!dialog_) return {};
-    const QRect outer = outerFrame();
+    const QRect outer = dialog_->outerFrame();
     return screenRect(outer.adjusted(0, 0, -dialog_->drawerWidth(), 0));
-}
-
-void QtPanel::moveTo(QPoint corner) {
-    dialog_->dropHiddenWindow();
-    dialog_->move(corner);
-}
-
-void QtPanel::fit(QRect frame) {
-    const QRect area = availableAt(frame.center());
-    const QSize margins = sizeOf(decorations());
-    const QSize size = frame.size().boundedTo(area.size()) - margins;
-    dialog_->resize(size.expandedTo(dialog_->minimumSizeHint()));
-    moveTo(inside(frame.topLeft(), dialog_->size() + margins, area));
 }
 
 void QtPanel::setFrame(NSRect frame) {
@@ -178,12 +147,12 @@ void QtPanel::setFrame(NSRect frame) {
     const QPoint corner =
         globalPoint({frame.origin.x, frame.origin.y + frame.size.height}).toPoint();
     const QSize body(qRound(frame.size.width), qRound(frame.size.height));
-    fit({corner, body + QSize(dialog_->drawerWidth(), 0)});
+    dialog_->fit({corner, body + QSize(dialog_->drawerWidth(), 0)});
 }
 
 void QtPanel::setFrameOrigin(NSPoint origin) {
     if (!hasDialog()) return;
-    moveTo(globalPoint({origin.x, origin.y + frame().size.height}).toPoint());
+    dialog_->moveTo(globalPoint({origin.x, origin.y + frame().size.height}).toPoint());
 }
 
 void QtPanel::center() {
@@ -191,9 +160,9 @@ void QtPanel::center() {
     const QWindow* focus = QGuiApplication::focusWindow();
     const QScreen* screen = focus ? focus->screen() : QGuiApplication::primaryScreen();
     if (!screen) return;
-    QRect frame = outerFrame();
+    QRect frame = dialog_->outerFrame();
     frame.moveCenter(screen->availableGeometry().center());
-    moveTo(frame.topLeft());
+    dialog_->moveTo(frame.topLeft());
 }
 
 // Showing and hiding
@@ -213,9 +182,9 @@ void QtPanel::beginSheet(NSPanel& parent) {
     const auto* below = dynamic_cast<QtPanel*>(&parent.peer());
     parent_ = below ? below->dialog_ : nullptr;
     if (parent_) {
-        QRect frame = outerFrame();
+        QRect frame = dialog_->outerFrame();
         frame.moveCenter(parent_->frameGeometry().center());
-        fit(frame);
+        dialog_->fit(frame);
     }
     makeKeyAndOrderFront();
 }
@@ -227,7 +196,7 @@ void QtPanel::showLater() {
             guarded("Showing a panel", [dialog] {
                 QtPanel* panel = dialog->panel();
                 if (!panel || !panel->wanted_) return;
-                panel->show(panel->parent_ ? Qt::WindowModal : Qt::NonModal);
+                panel->show(Qt::NonModal);
             });
         },
         Qt::QueuedConnection);
@@ -253,21 +222,17 @@ void QtPanel::show(Qt::WindowModality modality) {
     // Where the window manager keeps it above the window that it belongs to, and gives it the keys.
     dialog_->winId();
     dialog_->windowHandle()->setTransientParent(below);
-    if (parent_) {
-        // A sheet blocks its panel, and would block all to which that belongs. The window manager
-        // does not hear of this.
-        belowParent_ = below->transientParent();
-        below->setTransientParent(nullptr);
-    }
+    if (parent_) parent_->block(*dialog_);
     dialog_->show();
     focusFirst();
     makeKeyWindow();
 }
 
-void QtPanel::freeParent() {
-    if (parent_ && parent_->windowHandle()) {
-        parent_->windowHandle()->setTransientParent(belowParent_);
-    }
+void QtPanel::leaveParent() {
+    if (!parent_) return;
+    parent_->unblock();
+    // Before the sheet goes: the window manager would choose another one then.
+    if (dialog_->isActiveWindow()) parent_->activateWindow();
     parent_ = nullptr;
 }
 
@@ -287,8 +252,8 @@ void QtPanel::orderOut() {
     QtControls::endEditing(*dialog_);
     if (!dialog_) return;
     const bool hadKeys = dialog_->isActiveWindow();
+    leaveParent();
     dialog_->hide();
-    freeParent();
     const auto before = before_.lock();
     // A command that comes next waits until the window has the keys again.
     if (hadKeys && before && windows_) windows_->makeKey(*before);
@@ -296,20 +261,23 @@ void QtPanel::orderOut() {
 
 bool QtPanel::mayBeDismissed() {
     const auto kept = panel_.shared_from_this();
-    if (panel_.attachedSheet()) return false;
     QtControls::endEditing(*dialog_);
     // What that has told somebody may have closed it.
     if (!dialog_ || !dialog_->isVisible()) return false;
     panel_.saveFrame();
+    leaveParent();
     return true;
 }
 
 void QtPanel::dismissed() {
     wanted_ = false;
-    freeParent();
     endModal();
     // By what this tells, the panel and this may go.
     panel_.userClosed();
+}
+
+void QtPanel::hostDeletedDialog() {
+    if (!dialog_ && wanted_ && windows_) dismissed();
 }
 
 void QtPanel::runModal() {

@@ -55,6 +55,8 @@ public:
     /// Not while its session has ended and the loop only has to notice, or while a sheet is open:
     /// what comes then is for nobody.
     bool takesInput() const { return !ended_ && !panel_.attachedSheet(); }
+    /// What the window manager adds around the window that has the keys.
+    QMargins usualDecorations() const;
     /// The user wants to close it; false when it stays. This may be gone when it returns.
     bool mayBeDismissed();
     /// The user has closed it.
@@ -73,14 +75,10 @@ private:
     /// or the host's window that has the keys; null without one.
     QWindow* windowBelow();
     void focusFirst();
-    /// The panel below a sheet is again where it was among the windows.
-    void freeParent();
-    /// With its drawer and its decorations.
-    QRect outerFrame();
-    void moveTo(QPoint corner);
-    /// As near to the frame as the screen and what is shown allow.
-    void fit(QRect frame);
-    QMargins decorations();
+    /// Of a sheet that is about to go: its panel takes the keys again.
+    void leaveParent();
+    /// To the panel that is as if the user had closed it.
+    void hostDeletedDialog();
 
     QtWindows* windows_;
     /// Our owner.
@@ -89,13 +87,10 @@ private:
     /// Of the dialog.
     std::unique_ptr<QtControls> controls_;
     std::unique_ptr<QtPanelLayout> layout_;
-    /// What the window manager adds around the dialog, once that is known.
-    QMargins margins_;
     /// The host's window that had the keys before.
     std::weak_ptr<QtWindow> before_;
     /// Of a sheet: the panel over which it opens.
     QPointer<QtPanelDialog> parent_;
-    QPointer<QWindow> belowParent_;
     QEventLoop* loop_ = nullptr;
     /// Somebody wants to see it.
     bool wanted_ = false;

@@ -1,16 +1,59 @@
 #include "platform/qt/QtPanelDialog.h"
 
+#include <QCloseEvent>
 #include <QFrame>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QScreen>
 #include <QStyle>
+#include <QWindow>
+#include <algorithm>
 
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtPanel.h"
 #include "platform/qt/QtWindows.h"
 
 namespace velmora {
+
+namespace {
+
+bool isInput(QEvent::Type type) {
+    switch (type) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseMove:
+        case QEvent::Wheel:
+        case QEvent::ContextMenu:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::ShortcutOverride:
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+        case QEvent::TabletPress:
+        case QEvent::TabletMove:
+        case QEvent::TabletRelease:
+        case QEvent::DragEnter:
+        case QEvent::Drop: return true;
+        default: return false;
+    }
+}
+
+QPoint inside(QPoint corner, QSize size, const QRect& area) {
+    return {std::max(std::min(corner.x(), area.right() + 1 - size.width()), area.left()),
+            std::max(std::min(corner.y(), area.bottom() + 1 - size.height()), area.top())};
+}
+
+QRect availableAt(QPoint point) {
+    const QScreen* screen = QGuiApplication::screenAt(point);
+    if (!screen) screen = QGuiApplication::primaryScreen();
+    return screen ? screen->availableGeometry() : QRect();
+}
+
+}  // namespace
 
 QtPanelDialog::QtPanelDialog(QtPanel& panel)
     : panel_(&panel), parts_(new QHBoxLayout(this)), body_(new QWidget(this)) {
@@ -25,6 +68,36 @@ QtPanelDialog::QtPanelDialog(QtPanel& panel)
 
 bool QtPanelDialog::takesInput() const {
     return !panel_ || panel_->takesInput();
+}
+
+void QtPanelDialog::block(QWidget& sheet) {
+    // The toolkit's own modality, and the window manager's, would block the host's window as well.
+    sheet_ = &sheet;
+    winId();
+    windowHandle()->installEventFilter(this);
+}
+
+bool QtPanelDialog::eventFilter(QObject* watched, QEvent* event) {
+    if (!isBlocked()) return QDialog::eventFilter(watched, event);
+    const bool leads =
+        event->type() == QEvent::MouseButtonPress || event->type() == QEvent::FocusIn;
+    if (leads) {
+        QMetaObject::invokeMethod(
+            sheet_,
+            [sheet = sheet_.data()] {
+                if (!sheet->isVisible()) return;
+                sheet->raise();
+                sheet->activateWindow();
+            },
+            Qt::QueuedConnection);
+    }
+    return isInput(event->type()) || QDialog::eventFilter(watched, event);
+}
+
+void QtPanelDialog::closeEvent(QCloseEvent* event) {
+    // A host that closes all windows before it quits is not kept from it.
+    if (event->spontaneous() && isBlocked()) return event->ignore();
+    QDialog::closeEvent(event);
 }
 
 void QtPanelDialog::showPicture(const QIcon& picture) {
@@ -59,8 +132,29 @@ void QtPanelDialog::openDrawer(bool open) {
     resize(bodyWidth + drawerWidth_, bodyHeight);
 }
 
-void QtPanelDialog::dropHiddenWindow() {
+QSize QtPanelDialog::decorations() {
+    const QWindow* own = windowHandle();
+    if (own && !own->frameMargins().isNull()) margins_ = own->frameMargins();
+    const QMargins around = margins_.isNull() && panel_ ? panel_->usualDecorations() : margins_;
+    return {around.left() + around.right(), around.top() + around.bottom()};
+}
+
+QRect QtPanelDialog::outerFrame() {
+    return isVisible() ? frameGeometry() : QRect(pos(), size() + decorations());
+}
+
+void QtPanelDialog::moveTo(QPoint corner) {
+    // The position of a dialog that has no window yet is that of its frame; a hidden window's is
+    // not, whatever it is moved by.
     if (!isVisible() && testAttribute(Qt::WA_WState_Created)) destroy();
+    move(corner);
+}
+
+void QtPanelDialog::fit(QRect frame) {
+    const QRect area = availableAt(frame.center());
+    const QSize around = decorations();
+    resize((frame.size().boundedTo(area.size()) - around).expandedTo(minimumSizeHint()));
+    moveTo(inside(frame.topLeft(), size() + around, area));
 }
 
 void QtPanelDialog::reject() {

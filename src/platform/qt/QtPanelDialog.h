@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 
 class QFrame;
 class QHBoxLayout;
@@ -21,6 +22,9 @@ public:
     void forgetPanel() { panel_ = nullptr; }
 
     bool takesInput() const;
+    /// What the user does here leads to the sheet, as long as that shows.
+    void block(QWidget& sheet);
+    void unblock() { sheet_ = nullptr; }
 
     /// Where the panel's rows are.
     QWidget& body() { return *body_; }
@@ -34,22 +38,34 @@ public:
     /// What an open drawer takes of the dialog's width.
     int drawerWidth() const { return drawerWidth_; }
 
-    /// The position of a dialog that has no window yet is that of its frame; a hidden window's is
-    /// not, whatever it is moved by.
-    void dropHiddenWindow();
+    /// With its drawer and its decorations: until it has been shown once, these are taken to be the
+    /// usual ones.
+    QRect outerFrame();
+    void moveTo(QPoint corner);
+    /// As near to the frame as the screen and what is shown allow.
+    void fit(QRect frame);
 
     /// What no button takes of Escape, or the button of the title bar.
     void reject() override;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    /// Of its window.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    QSize decorations();
+    bool isBlocked() const { return sheet_ && sheet_->isVisible(); }
+
     QtPanel* panel_;
+    QPointer<QWidget> sheet_;
     QHBoxLayout* parts_;
     QWidget* body_;
     QFrame* drawer_ = nullptr;
     int drawerWidth_ = 0;
+    /// What the window manager adds around it, once that is known.
+    QMargins margins_;
 };
 
 }  // namespace velmora
