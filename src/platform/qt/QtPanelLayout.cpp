@@ -97,12 +97,18 @@ void QtPanelLayout::arrange(const std::vector<Row>& rows) {
     }
     if (!hasWideColumn_) grid_->setColumnStretch(columns_, 1);
     if (!hasTallRow) grid_->setRowStretch(endsInButtons ? index - 1 : index, 1);
+    const QMargins margins = grid_->contentsMargins();
+    const int room = grid_->sizeHint().width() - margins.left() - margins.right();
+    for (const auto& label : labels_) {
+        if (label->wordWrap()) label->setMinimumSize(room, label->heightForWidth(room));
+    }
 }
 
 void QtPanelLayout::place(QWidget& widget, int row, int column, bool isLast) {
     const bool isField = qobject_cast<QLineEdit*>(&widget);
     const bool hasRest = isLast && column + 1 < columns_;
-    const bool wantsRest = isLast && fills(widget);
+    const auto* label = qobject_cast<QLabel*>(&widget);
+    const bool wantsRest = isLast && (fills(widget) || (label && label->wordWrap()));
     if (isField && !hasRest) {
         widget.setMinimumWidth(widget.fontMetrics().averageCharWidth() * fieldLength);
     }
@@ -188,7 +194,7 @@ QLabel* QtPanelLayout::makeLabel(const NSContentView::Label& label, bool isAlone
     const int longest = widget->fontMetrics().averageCharWidth() * lineLength;
     if (isAlone && widget->sizeHint().width() > longest) {
         widget->setWordWrap(true);
-        widget->setMinimumSize(longest, widget->heightForWidth(longest));
+        widget->setMinimumWidth(longest);
     }
     return widget;
 }
