@@ -63,7 +63,7 @@ class Panels:
             panel = open_panel(application)
             self.assertCentred(panel, application.main)
             self.x.keys("c")
-            self.x.keys("Return", "Tab", "Tab")
+            self.x.keys("Return", "Tab", "Tab", "End")
             self.assertTrue(stays(lambda: panel in application.windows(), 0.2))
             self.assertEqual(len(application.commands()), expected - 1)
             self.x.keys("o")

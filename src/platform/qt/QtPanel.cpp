@@ -59,7 +59,7 @@ void QtPanel::makeDialog() {
         dialog_->showPicture(QApplication::style()->standardIcon(
             warns ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation));
     }
-    layout_->arrange(panel_.rows());
+    layout_->arrange(panel_.rows(), QString::fromStdString(panel_.title()));
     dialog_->resize(dialog_->sizeHint());
     // The panel owns this.
     QObject::connect(
@@ -83,7 +83,7 @@ void QtPanel::contentChanged() {
     std::vector<NSControlRef> shown = panel_.controls();
     if (panel_.drawer()) shown.push_back(panel_.drawer()->content());
     controls_->keepOnly(shown);
-    layout_->arrange(panel_.rows());
+    layout_->arrange(panel_.rows(), QString::fromStdString(panel_.title()));
     dialog_->resize(dialog_->size().expandedTo(dialog_->sizeHint()));
 }
 

@@ -71,7 +71,8 @@ bool fills(const QWidget& widget) {
 
 }  // namespace
 
-void QtPanelLayout::arrange(const std::vector<Row>& rows) {
+void QtPanelLayout::arrange(const std::vector<Row>& rows, const QString& title) {
+    title_ = title;
     for (const auto& label : labels_) delete label;
     labels_.clear();
     delete body_->layout();
@@ -143,12 +144,14 @@ void QtPanelLayout::addRow(const Row& cells, int row) {
                 if (auto* title = qobject_cast<QLabel*>(widget)) {
                     label = title;
                 } else {
-                    name(*widget, label);
+                    nameCell(*widget, label);
                 }
                 place(*widget, row, column++, isLast && widget == widgets.back());
             }
         } else {
             QWidget* widget = controls_->widgetOf(*controlIn(cell), *body_);
+            const auto buttons = widget->findChildren<QAbstractButton*>();
+            for (QAbstractButton* button : buttons) nameCell(*button, label);
             name(*widget, label);
             giveKey(*widget, label);
             place(*widget, row, column++, isLast);
@@ -199,17 +202,19 @@ QLabel* QtPanelLayout::makeLabel(const NSContentView::Label& label, bool isAlone
     return widget;
 }
 
-void QtPanelLayout::name(QWidget& widget, const QLabel* label) {
+void QtPanelLayout::name(QWidget& widget, const QLabel* label) const {
     QString text = label ? label->text() : QString();
     if (text.endsWith(QLatin1Char(':'))) text.chop(1);
-    if (text.isEmpty()) return;
+    if (text.isEmpty()) text = title_;
+    if (widget.accessibleName().isEmpty()) widget.setAccessibleName(text);
+}
+
+void QtPanelLayout::nameCell(QWidget& widget, const QLabel* label) {
+    QString text = label ? label->text() : QString();
+    if (text.endsWith(QLatin1Char(':'))) text.chop(1);
+    text += QLatin1String(", ");
     const QString own = widget.accessibleName();
-    const QString before = text + QLatin1String(", ");
-    if (own.isEmpty()) {
-        widget.setAccessibleName(text);
-    } else if (own != text && !own.startsWith(before)) {
-        widget.setAccessibleName(before + own);
-    }
+    if (label && !own.startsWith(text)) widget.setAccessibleName(text + own);
 }
 
 void QtPanelLayout::giveKey(QWidget& widget, QLabel* label) {

@@ -24,7 +24,7 @@ public:
     QtPanelLayout(QtControls& controls, QWidget& body) : controls_(&controls), body_(&body) {}
 
     /// Anew, with the widgets of the controls that are shown already.
-    void arrange(const std::vector<NSContentView::Row>& rows);
+    void arrange(const std::vector<NSContentView::Row>& rows, const QString& title);
 
 private:
     using Row = NSContentView::Row;
@@ -34,8 +34,11 @@ private:
     void addButtonRow(const Row& cells, int row, bool isLast);
     void place(QWidget& widget, int row, int column, bool isLast);
     QLabel* makeLabel(const NSContentView::Label& label, bool isAlone);
-    /// Puts the label's text, which may be null, before the accessible name of what it belongs to.
-    static void name(QWidget& widget, const QLabel* label);
+    /// Gives the widget the label's text, which may be null, as its accessible name, or else the
+    /// panel's title, unless it has a name of its own.
+    void name(QWidget& widget, const QLabel* label) const;
+    /// Puts the label's text before the name of a matrix's cell.
+    static void nameCell(QWidget& widget, const QLabel* label);
     /// Makes the label, which may be null, the one of the widget for those who read by ear.
     static void giveKey(QWidget& widget, QLabel* label);
 
@@ -47,6 +50,8 @@ private:
     /// One of them has what is left over of the width.
     bool hasWideColumn_ = false;
     std::vector<QPointer<QLabel>> labels_;
+    /// The panel's.
+    QString title_;
 };
 
 }  // namespace velmora
