@@ -76,7 +76,7 @@ QWidget* QtControls::widgetOf(const NSControlRef& control, QWidget& parent) {
 
 std::vector<QWidget*> QtControls::matrixRow(const NSMatrixRef& matrix, int row, QWidget& parent) {
     Shown& one = shown(matrix, parent);
-    const auto widgets = static_cast<QtMatrix&>(*one.peer).row(row);
+    auto widgets = static_cast<QtMatrix&>(*one.peer).row(row);
     for (QWidget* widget : widgets) {
         const auto& known = one.widgets;
         if (std::find(known.begin(), known.end(), widget) == known.end()) {

@@ -88,13 +88,22 @@ QSize QtTextArea::sizeHint() const {
     return roomFor(usualWidth, usualHeight);
 }
 
+bool QtTextArea::leave(bool forward) {
+    // While Tab is the text's own, the widget would not let go.
+    const bool before = tabChangesFocus();
+    setTabChangesFocus(true);
+    const bool left = focusNextPrevChild(forward);
+    setTabChangesFocus(before);
+    return left;
+}
+
 bool QtTextArea::event(QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         const bool leaves = (key->modifiers() & Qt::ControlModifier) != 0;
         // Another Tab than these is the text's own, or already goes where it should.
-        if (leaves && key->key() == Qt::Key_Tab) return QWidget::focusNextPrevChild(true);
-        if (key->key() == Qt::Key_Backtab) return QWidget::focusNextPrevChild(false);
+        if (leaves && key->key() == Qt::Key_Tab) return leave(true);
+        if (key->key() == Qt::Key_Backtab) return leave(false);
     }
     return QPlainTextEdit::event(event);
 }

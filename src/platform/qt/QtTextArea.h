@@ -35,6 +35,8 @@ private:
     QSize roomFor(int letters, int lines) const;
     void showFont();
     void changed();
+    /// To the next control or the one before; false without one.
+    bool leave(bool forward);
 
     std::shared_ptr<NSTextView> area_;
     std::function<bool()> takesInput_;
