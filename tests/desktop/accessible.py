@@ -120,3 +120,29 @@ class Panel:
     def screenshot(self, name):
         harness.PICTURES.mkdir(parents=True, exist_ok=True)
         return self.x.screenshot(harness.PICTURES / f"{name}.png")
+
+
+def choose(application, accessibility, *titles):
+    """Opens the menus of the application's main window on the way, and clicks the last title."""
+    window = "^" + re.escape(application.x.title(application.main)) + "$"
+
+    def place(depth):
+        """Where the item of that depth is, once it shows."""
+        nodes = accessibility.nodes(window)
+        at = -1
+        for title in titles[:depth + 1]:
+            at = next((i for i in range(at + 1, len(nodes or []))
+                       if nodes[i].role in ("menu item", "menu", "check menu item") and
+                       nodes[i].name.split("\t")[0] == title), None)
+            if at is None:
+                return None
+        area = nodes[at].area
+        return area if area.width > 0 and (depth == 0 or application.popups()) else None
+
+    for depth, title in enumerate(titles):
+        before = len(application.popups())
+        x, y = wait_for(lambda: place(depth), f"the item {titles[:depth + 1]}").at(0.5, 0.5)
+        application.x.click(x, y)
+        if title != titles[-1]:
+            wait_for(lambda: len(application.popups()) > before, f"the menu {title}")
+    application.no_popups()
