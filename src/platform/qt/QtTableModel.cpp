@@ -1,9 +1,31 @@
 #include "platform/qt/QtTableModel.h"
 
+#include <QHeaderView>
+#include <QStyle>
+#include <QTableView>
+#include <algorithm>
+
 #include "platform/appkit/NSPopUpButtonCell.h"
 #include "platform/qt/QtGuard.h"
 
 namespace velmora {
+
+namespace {
+
+/// The header's font, smaller where a title would not fit into its column.
+QFont fittingFont(const QHeaderView& header, const QString& title, float width) {
+    constexpr qreal smallest = 0.6;
+    QFont font = header.font();
+    const int margins =
+        2 * (header.style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, &header) + 1);
+    const qreal wanted = QFontMetricsF(font).horizontalAdvance(title);
+    const qreal room = std::max<qreal>(static_cast<qreal>(width) - margins, 1);
+    if (wanted <= room) return font;
+    font.setPointSizeF(QFontInfo(font).pointSizeF() * std::max(smallest, room / wanted));
+    return font;
+}
+
+}  // namespace
 
 QtTableModel::QtTableModel(std::shared_ptr<NSTableView> table, QObject* parent)
     : QAbstractTableModel(parent),
@@ -74,11 +96,14 @@ QVariant QtTableModel::valueOf(const QModelIndex& index, int role) const {
 
 QVariant QtTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
     const bool isTitle = role == Qt::DisplayRole || role == Qt::ToolTipRole;
-    if (!table_ || orientation != Qt::Horizontal || !isTitle) return {};
+    if (!table_ || orientation != Qt::Horizontal || (!isTitle && role != Qt::FontRole)) return {};
     const auto& columns = table_->tableColumns();
     if (section < 0 || section >= static_cast<int>(columns.size())) return {};
     const NSTableColumn& column = *columns[static_cast<std::size_t>(section)];
-    return QString::fromStdString(column.headerCell()->stringValue());
+    const QString title = QString::fromStdString(column.headerCell()->stringValue());
+    const auto* view = qobject_cast<const QTableView*>(QObject::parent());
+    if (isTitle || !view) return isTitle ? QVariant(title) : QVariant();
+    return fittingFont(*view->horizontalHeader(), title, column.width());
 }
 
 Qt::ItemFlags QtTableModel::flags(const QModelIndex& index) const {
