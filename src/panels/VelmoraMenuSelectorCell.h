@@ -13,7 +13,7 @@ public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
 
-    void initTextCell_pullsDown(const std::string& title, bool pullsDown);
+    void initTextCell_pullsDown(const std::string& title, bool pullsDown) override;
 
     /// Copies the menu bar.
     void updateMenu();
