@@ -1,6 +1,7 @@
 """Windows of real applications as assistive tools see them: what there is, what it is called, and
 where it stands, for tests that click there. That everything has a name is tested by this alone."""
 
+import contextlib
 import json
 import os
 import pathlib
@@ -117,13 +118,36 @@ class Panel:
         for _ in range(count):
             self.x.click(*area.at(*at))
 
+    def keys(self, *keys):
+        """The bus hands keys on one after the other, each to who has the keyboard by then, so what
+        a click or a key does must be done before the next one."""
+        for key in keys:
+            time.sleep(0.05)
+            self.x.keys(key)
+
+    def focused(self):
+        return next((node for node in self.nodes() or [] if "focused" in node.states), None)
+
+    def move_to(self, name, key="Tab", role=None):
+        """Presses the key until that has the keyboard."""
+        for _ in range(120):
+            before = self.focused()
+            if before and before.name == name and role in (None, before.role):
+                return before
+            self.keys(key)
+            # A table without rows does not say that it has the keyboard.
+            with contextlib.suppress(harness.Timeout):
+                wait_for(lambda: repr(self.focused()) != repr(before), "another one", limit=0.4)
+        raise harness.Timeout(f"{key} never comes to {name}")
+
     def screenshot(self, name):
         harness.PICTURES.mkdir(parents=True, exist_ok=True)
         return self.x.screenshot(harness.PICTURES / f"{name}.png")
 
 
 def choose(application, accessibility, *titles):
-    """Opens the menus of the application's main window on the way, and clicks the last title."""
+    """Opens the menus of the application's main window on the way, and clicks the last title. A title
+    may be several, of which any will do."""
     window = "^" + re.escape(application.x.title(application.main)) + "$"
 
     def place(depth):
@@ -133,7 +157,8 @@ def choose(application, accessibility, *titles):
         for title in titles[:depth + 1]:
             at = next((i for i in range(at + 1, len(nodes or []))
                        if nodes[i].role in ("menu item", "menu", "check menu item") and
-                       nodes[i].name.split("\t")[0] == title), None)
+                       nodes[i].name.split("\t")[0] in (
+                           [title] if isinstance(title, str) else title)), None)
             if at is None:
                 return None
         area = nodes[at].area

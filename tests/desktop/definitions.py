@@ -41,9 +41,8 @@ class Definitions:
         wait_for(lambda: self.x.active_window() == panel.window, "the panel to be active")
         return panel
 
-    def choose_in_cell(self, application, panel, row, path):
-        """By the arrow keys, from the menu that a click on the cell opens. What stands in it is what
-        stands in the menu bar."""
+    def keys_to(self, application, path):
+        """The arrow keys that lead to the item in the copy of the menu bar."""
         nodes = self.accessibility.nodes("^" + application.x.title(application.main)
                                          .replace("*", r"\*"))
         bar = next(i for i, node in enumerate(nodes) if node.role == "menu bar")
@@ -60,18 +59,16 @@ class Definitions:
             begin = nodes.index(items[at]) + 1
             # Its menu stands between an item and the items in it.
             depth, below = items[at].depth, 2
+        return keys + ["Return"]
+
+    def choose_in_cell(self, application, panel, row, path):
+        """From the menu that a click on the cell opens."""
+        keys = self.keys_to(application, path)
         panel.click_cell(row, 1)
         application.popup()
-        self.keys(*keys, "Return")
+        panel.keys(*keys)
         application.no_popups()
         wait_for(lambda: panel.rows()[row][1] == path, f"{path} in row {row}: {panel.rows()}")
-
-    def keys(self, *keys):
-        """The bus hands keys on one after the other, each to who has the keyboard by then, so what
-        a click or a key does must be done before the next one."""
-        for key in keys:
-            time.sleep(0.05)
-            self.x.keys(key)
 
     def double_click(self, panel, row, column):
         panel.click_cell(row, column)
@@ -197,7 +194,7 @@ class Definitions:
             panel.press_button("Add")
             self.choose_in_cell(application, panel, row, path)
             self.double_click(panel, row, 2)
-            self.keys(*name, "Return")
+            panel.keys(*name, "Return")
             wait_for(lambda: panel.rows()[row][2] == name, f"{name}: {panel.rows()}")
         # The first below the last.
         areas = [row[2].area for row in panel.cells()]
@@ -214,9 +211,46 @@ class Definitions:
         self.choose(application, "Run Mnemonic…")
         application.window("^Run Mnemonic")
         mark = application.mark()
-        self.keys("d", "o")
+        panel.keys("d", "o")
         application.wait_text("^ran", mark)
         application.wait_count(1)
+
+    def test_a_panel_is_worked_by_the_keyboard_alone(self):
+        self.home.write_definitions("Shortcuts", self.kind.process_name, (
+            "8k", f"{self.kind.first_menu}/Velmora/Define Mnemonics…"), (
+            "8j", f"{self.kind.first_menu}/Velmora/Run Mnemonic…"))
+        application = self.open()
+        keys = self.keys_to(application, self.kind.counted)
+        self.x.keys("ctrl+k")
+        panel = accessible.Panel(application, self.accessibility, "^Define Mnemonics")
+        wait_for(lambda: self.x.active_window() == panel.window, "the panel to be active")
+        for _ in range(2):
+            panel.move_to("Add")
+            panel.keys("space")
+        panel.wait_rows([["Global", "", ""]] * 2)
+        panel.move_to("Delete")
+        panel.keys("space")
+        panel.wait_rows([["Global", "", ""]])
+        panel.move_to("Global", role="table cell")
+        panel.keys("space")
+        wait_for(lambda: panel.cells()[0][0].is_on(), "the globe")
+        panel.keys("Right", "space")
+        application.popup()
+        panel.keys(*keys)
+        application.no_popups()
+        panel.wait_rows([["Global", self.kind.counted, ""]])
+        panel.keys("Right", "F2", "g", "o", "Return")
+        panel.wait_rows([["Global", self.kind.counted, "go"]])
+        panel.move_to("OK")
+        panel.keys("space")
+        application.no_window(panel.title)
+        self.assertEqual([item["Trigger"] for item in self.saved("Mnemonics", "Velmora")], ["go"])
+        mark = application.mark()
+        wait_for(lambda: self.x.active_window() == application.main, "the window to be active")
+        panel.keys("ctrl+j")
+        application.window("^Run Mnemonic")
+        panel.keys("g", "o")
+        application.wait_text("^ran", mark)
 
     def test_texts_and_scripts_are_written_and_used(self):
         application = self.open()
@@ -227,7 +261,7 @@ class Definitions:
             panel.wait_rows([["Global", "Untitled"]])
             area = panel.find("text").area
             self.x.click(*area.at(0.5, 0.5))
-            self.keys(*text)
+            panel.keys(*text)
             wait_for(lambda: panel.find("text").text == text, "the text")
             panel.press_button("Add")
             wait_for(lambda: panel.find("text").text == "", "the text of the new row")
