@@ -126,7 +126,9 @@ class Panel:
             self.x.keys(key)
 
     def focused(self):
-        return next((node for node in self.nodes() or [] if "focused" in node.states), None)
+        found = [node for node in self.nodes() or [] if "focused" in node.states]
+        # A table's current cell says so even while another control has the keyboard.
+        return min(found, key=lambda node: node.role == "table cell", default=None)
 
     def move_to(self, name, key="Tab", role=None):
         """Presses the key until that has the keyboard."""
