@@ -231,8 +231,8 @@ class Definitions:
         panel.move_to("Delete")
         panel.keys("space")
         panel.wait_rows([["Global", "", ""]])
-        panel.move_to("Global", role="table cell")
-        panel.keys("space")
+        # Over "Add" into the table.
+        panel.keys("shift+Tab", "shift+Tab", "space")
         wait_for(lambda: panel.cells()[0][0].is_on(), "the globe")
         panel.keys("Right", "space")
         application.popup()

@@ -50,7 +50,7 @@ bool QtCellActions::isFor(const QKeyEvent& event, const QModelIndex& index) cons
 void QtCellActions::act(const QModelIndex& index) {
     const Kind kind = kindAt(index);
     if (kind == Kind::popUp) {
-        openMenu(index, true);
+        openMenu(index);
     } else if (kind == Kind::toggle) {
         released(index);
     } else {
@@ -59,7 +59,7 @@ void QtCellActions::act(const QModelIndex& index) {
 }
 
 void QtCellActions::pressed(const QModelIndex& index) {
-    if (kindAt(index) == Kind::popUp) openMenu(index, false);
+    if (kindAt(index) == Kind::popUp) openMenu(index);
 }
 
 void QtCellActions::released(const QModelIndex& index) {
@@ -72,14 +72,14 @@ void QtCellActions::released(const QModelIndex& index) {
 void QtCellActions::doubleClicked(const QModelIndex& index, const NSEventRef& event) {
     const Kind kind = kindAt(index);
     if (!table_ || kind == Kind::toggle) return;
-    if (kind == Kind::popUp) return openMenu(index, false);
+    if (kind == Kind::popUp) return openMenu(index);
     guarded("A double click in a table",
             [&event, kept = table_, column = index.column(), row = index.row()] {
                 kept->userDoubleClicked(column, row, event);
             });
 }
 
-void QtCellActions::openMenu(const QModelIndex& index, bool byKeyboard) {
+void QtCellActions::openMenu(const QModelIndex& index) {
     guarded("A cell's menu", [&] {
         const auto kept = table_;
         const auto cell = std::dynamic_pointer_cast<NSPopUpButtonCell>(
@@ -92,7 +92,7 @@ void QtCellActions::openMenu(const QModelIndex& index, bool byKeyboard) {
         };
         auto* menu = new QtCellMenu(cell->menu(), cell->pullsDown() ? 1 : 0, chosen, &view_);
         const QRect rect = view_.visualRect(index);
-        menu->open(QRect(view_.viewport()->mapToGlobal(rect.topLeft()), rect.size()), byKeyboard);
+        menu->open(QRect(view_.viewport()->mapToGlobal(rect.topLeft()), rect.size()));
     });
 }
 

@@ -37,7 +37,7 @@ public:
 private:
     enum class Kind { nothing, text, drawn, toggle, popUp };
     Kind kindAt(const QModelIndex& index) const;
-    void openMenu(const QModelIndex& index, bool byKeyboard);
+    void openMenu(const QModelIndex& index);
 
     QTableView& view_;
     std::shared_ptr<NSTableView> table_;

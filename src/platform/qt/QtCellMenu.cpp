@@ -42,7 +42,7 @@ void QtCellMenu::add(const NSMenuItemRef& item) {
     if (item->image()) action->setIcon(iconFromImage(*item->image()));
 }
 
-void QtCellMenu::open(const QRect& under, bool byKeyboard) {
+void QtCellMenu::open(const QRect& under) {
     // The choice comes after that, in the same pass of the loop.
     connect(this, &QMenu::aboutToHide, this, &QObject::deleteLater);
     setMinimumWidth(under.width());
@@ -54,8 +54,8 @@ void QtCellMenu::open(const QRect& under, bool byKeyboard) {
         under.top() - height >= screen->availableGeometry().top()) {
         place.setY(under.top() - height);
     }
+    // With none chosen to begin with: the toolkit would open the submenu of one that is, too.
     popup(place);
-    if (byKeyboard && !actions().isEmpty()) setActiveAction(actions().constFirst());
 }
 
 }  // namespace velmora

@@ -18,8 +18,8 @@ public:
     QtCellMenu(NSMenuRef menu, int first, Chosen chosen, QWidget* parent);
 
     /// Opens it under the rectangle of the screen, and above where there is no room below. It
-    /// deletes itself once it has closed. By the keyboard, its first item is chosen to begin with.
-    void open(const QRect& under, bool byKeyboard);
+    /// deletes itself once it has closed.
+    void open(const QRect& under);
 
 private:
     void fill();
