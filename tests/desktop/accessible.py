@@ -112,11 +112,24 @@ class Panel:
         except harness.Timeout as timeout:
             raise harness.Timeout(f"{timeout}; there are {self.rows()}") from None
 
-    def click_cell(self, row, column, at=(0.5, 0.5), count=1):
+    def click_cell(self, row, column):
         wait_for(lambda: len(self.cells()) > row, f"row {row}")
-        area = self.cells()[row][column].area
-        for _ in range(count):
-            self.x.click(*area.at(*at))
+        self.x.click(*self.cells()[row][column].area.at(0.5, 0.5))
+
+    def double_click(self, row, column):
+        self.click_cell(row, column)
+        # As long as a person needs; without it the server merges the two now and then.
+        time.sleep(0.06)
+        self.click_cell(row, column)
+
+    def choose_in_cell(self, row, path):
+        """From the menu that a click on the cell opens, by the arrow keys."""
+        keys = keys_to(self.application, self._accessibility, path)
+        self.click_cell(row, 1)
+        self.application.popup()
+        self.keys(*keys)
+        self.application.no_popups()
+        wait_for(lambda: self.rows()[row][1] == path, f"{path} in row {row}: {self.rows()}")
 
     def keys(self, *keys):
         """The bus hands keys on one after the other, each to who has the keyboard by then, so what
@@ -173,3 +186,24 @@ def choose(application, accessibility, *titles):
         if title != titles[-1]:
             wait_for(lambda: len(application.popups()) > before, f"the menu {title}")
     application.no_popups()
+
+
+def keys_to(application, accessibility, path):
+    """The arrow keys that lead to the item in a copy of the application's menu bar."""
+    title = re.escape(application.x.title(application.main))
+    nodes = accessibility.nodes(f"^{title}$")
+    bar = next(i for i, node in enumerate(nodes) if node.role == "menu bar")
+    depth, below, begin, keys = nodes[bar].depth, 1, bar + 1, []
+    for title in path.split("/"):
+        items = []
+        for node in nodes[begin:]:
+            if node.depth <= depth:
+                break
+            if node.depth == depth + below and node.role != "separator" and node.area.width:
+                items.append(node)
+        at = [item.name for item in items].index(title)
+        keys += (["Right"] if keys else ["Down"]) + ["Down"] * at
+        begin = nodes.index(items[at]) + 1
+        # Its menu stands between an item and the items in it.
+        depth, below = items[at].depth, 2
+    return keys + ["Return"]

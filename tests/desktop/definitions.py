@@ -41,41 +41,6 @@ class Definitions:
         wait_for(lambda: self.x.active_window() == panel.window, "the panel to be active")
         return panel
 
-    def keys_to(self, application, path):
-        """The arrow keys that lead to the item in the copy of the menu bar."""
-        nodes = self.accessibility.nodes("^" + application.x.title(application.main)
-                                         .replace("*", r"\*"))
-        bar = next(i for i, node in enumerate(nodes) if node.role == "menu bar")
-        depth, below, begin, keys = nodes[bar].depth, 1, bar + 1, []
-        for title in path.split("/"):
-            items = []
-            for node in nodes[begin:]:
-                if node.depth <= depth:
-                    break
-                if node.depth == depth + below and node.role != "separator" and node.area.width:
-                    items.append(node)
-            at = [item.name for item in items].index(title)
-            keys += (["Right"] if keys else ["Down"]) + ["Down"] * at
-            begin = nodes.index(items[at]) + 1
-            # Its menu stands between an item and the items in it.
-            depth, below = items[at].depth, 2
-        return keys + ["Return"]
-
-    def choose_in_cell(self, application, panel, row, path):
-        """From the menu that a click on the cell opens."""
-        keys = self.keys_to(application, path)
-        panel.click_cell(row, 1)
-        application.popup()
-        panel.keys(*keys)
-        application.no_popups()
-        wait_for(lambda: panel.rows()[row][1] == path, f"{path} in row {row}: {panel.rows()}")
-
-    def double_click(self, panel, row, column):
-        panel.click_cell(row, column)
-        # As long as a person needs; without it the server merges the two now and then.
-        time.sleep(0.06)
-        panel.click_cell(row, column)
-
     def accept(self, application, panel):
         panel.press_button("OK")
         application.no_window(panel.title)
@@ -91,13 +56,13 @@ class Definitions:
         about = f"{application.first_menu}/Velmora/About Velmora"
         panel = self.panel(application, "Define Gestures…", "Define Gestures")
         panel.press_button("Add")
-        self.choose_in_cell(application, panel, 0, about)
+        panel.choose_in_cell(0, about)
         panel.click_cell(0, 0)
         wait_for(lambda: panel.cells()[0][0].is_on(), "the globe")
         panel.press_button("Add")
-        self.choose_in_cell(application, panel, 1, self.kind.counted)
+        panel.choose_in_cell(1, self.kind.counted)
         for row, letters in ((0, "rd"), (1, "dl")):
-            self.double_click(panel, row, 2)
+            panel.double_click(row, 2)
             prompt = accessible.Panel(application, self.accessibility, "^Learn Gesture")
             prompt.screenshot(f"{self.id()}-prompt")
             mark = application.mark()
@@ -135,7 +100,7 @@ class Definitions:
             panel.press_button("Delete")
             panel.wait_rows([["Global", "", ""]])
             # The prompt goes with the panel, and strokes run their commands again.
-            self.double_click(panel, 0, 2)
+            panel.double_click(0, 2)
             application.window("^Learn Gesture")
             self.x.close_window(panel.window)
             application.no_window("^Define Gestures")
@@ -154,7 +119,7 @@ class Definitions:
         application = self.open()
         panel = self.panel(application, "Define Menu Shortcuts…", "Define Menu Shortcuts")
         panel.press_button("Add")
-        self.choose_in_cell(application, panel, 0, self.kind.counted)
+        panel.choose_in_cell(0, self.kind.counted)
         panel.click_cell(0, 2)
 
         def shows(trigger, text):
@@ -192,8 +157,8 @@ class Definitions:
         for row, (path, name) in enumerate(((self.kind.counted, "do"), (self.kind.dialog, "dia"),
                                             (self.kind.ending, "end"))):
             panel.press_button("Add")
-            self.choose_in_cell(application, panel, row, path)
-            self.double_click(panel, row, 2)
+            panel.choose_in_cell(row, path)
+            panel.double_click(row, 2)
             panel.keys(*name, "Return")
             wait_for(lambda: panel.rows()[row][2] == name, f"{name}: {panel.rows()}")
         # The first below the last.
@@ -220,7 +185,7 @@ class Definitions:
             "8k", f"{self.kind.first_menu}/Velmora/Define Mnemonics…"), (
             "8j", f"{self.kind.first_menu}/Velmora/Run Mnemonic…"))
         application = self.open()
-        keys = self.keys_to(application, self.kind.counted)
+        keys = accessible.keys_to(application, self.accessibility, self.kind.counted)
         self.x.keys("ctrl+k")
         panel = accessible.Panel(application, self.accessibility, "^Define Mnemonics")
         wait_for(lambda: self.x.active_window() == panel.window, "the panel to be active")
