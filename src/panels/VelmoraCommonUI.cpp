@@ -8,6 +8,7 @@
 #include "platform/appkit/NSPasteboard.h"
 #include "platform/appkit/ObjectValue.h"
 #include "platform/foundation/NSBundle.h"
+#include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Outlet.h"
 
@@ -63,9 +64,24 @@ bool VelmoraCommonUI::load(const char* interface, const std::shared_ptr<VelmoraS
     return NSBundle::bundleForClass().loadNibNamed_owner(interface, shared_from_this());
 }
 
+bool VelmoraCommonUI::lacks(const char* interface, const char* outlet, const Id& object) {
+    if (object) return false;
+    NSLog(std::string("interface/") + interface + ".plist: outlets: '" + outlet +
+          "' is missing or of another class");
+    panel_ = nullptr;
+    tableView_ = nullptr;
+    return true;
+}
+
 void VelmoraCommonUI::initWithSettings_delegate(const std::shared_ptr<VelmoraSettings>& settings,
                                                 const std::shared_ptr<VelmoraCommon>& delegate) {
-    if (!load("ManagePanel", settings, delegate)) return;
+    constexpr const char* interface = "ManagePanel";
+    if (!load(interface, settings, delegate) || lacks(interface, "panel", panel_) ||
+        lacks(interface, "globalFlagTC", globalFlagTC_) ||
+        lacks(interface, "menuItemTC", menuItemTC_) || lacks(interface, "triggerTC", triggerTC_) ||
+        lacks(interface, "tableView", tableView_)) {
+        return;
+    }
     const auto globalFlag = std::make_shared<VelmoraGlobalFlagCell>();
     globalFlag->init();
     globalFlagTC_->setDataCell(globalFlag);

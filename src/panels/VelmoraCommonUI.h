@@ -68,6 +68,9 @@ protected:
     /// Takes the two over and loads the interface file with the controller as its owner.
     bool load(const char* interface, const std::shared_ptr<VelmoraSettings>& settings,
               const std::shared_ptr<VelmoraCommon>& delegate);
+    /// Whether the interface file leaves an outlet open without which there is no panel; then
+    /// none is shown, and the log tells.
+    bool lacks(const char* interface, const char* outlet, const Id& object);
     /// Title, header of the trigger column, and the name under which the panel keeps its frame.
     void setTitles(const char* title, const char* triggerHeader, const char* autosaveName);
 

@@ -32,7 +32,12 @@ namespace {
 void VelmoraTextSnippetsUI::initWithSettings_delegate(
     const std::shared_ptr<VelmoraSettings>& settings,
     const std::shared_ptr<VelmoraCommon>& delegate) {
-    if (!load("TextSnippets", settings, delegate)) return;
+    constexpr const char* interface = "TextSnippets";
+    if (!load(interface, settings, delegate) || lacks(interface, "panel", panel_) ||
+        lacks(interface, "globalFlagTC", globalFlagTC_) ||
+        lacks(interface, "tableView", tableView_) || lacks(interface, "textArea", textArea_)) {
+        return;
+    }
     const auto globalFlag = std::make_shared<VelmoraGlobalFlagCell>();
     globalFlag->init();
     globalFlagTC_->setDataCell(globalFlag);

@@ -3,6 +3,7 @@
 #include "images/VelmoraImageFactory.h"
 #include "platform/appkit/NSColor.h"
 #include "platform/foundation/NSBundle.h"
+#include "platform/foundation/NSLog.h"
 #include "platform/runtime/Outlet.h"
 
 namespace velmora {
@@ -62,10 +63,48 @@ namespace {
 void VelmoraDefaultsUI::initWithDefaults(VelmoraDefaults& defaults) {
     defaults_ = &defaults;
     if (!NSBundle::bundleForClass().loadNibNamed_owner("Preferences", shared_from_this())) return;
+    if (const std::string missing = missingPart(); !missing.empty()) {
+        NSLog("interface/Preferences.plist: " + missing + " is missing or of another kind");
+        panel_ = nullptr;
+        return;
+    }
     setValuesToUI();
     for (const auto& cell : preconfiguredFlavors_->cells()) {
         cell->setImage(VelmoraImageFactory::cursorWithHue(cell->tag() / tagsPerHue));
     }
+}
+
+std::string VelmoraDefaultsUI::missingPart() const {
+    const std::pair<const char*, bool> outlets[] = {
+        {"panel", panel_ != nullptr},
+        {"gestureSizeTF", gestureSizeTF_ != nullptr},
+        {"timeoutTF", timeoutTF_ != nullptr},
+        {"makeKeyCB", makeKeyCB_ != nullptr},
+        {"drawFeedbackCB", drawFeedbackCB_ != nullptr},
+        {"modifierMatrix", modifierMatrix_ != nullptr},
+        {"activationMatrix", activationMatrix_ != nullptr},
+        {"titleMatrix", titleMatrix_ != nullptr},
+        {"slider", slider_ != nullptr},
+        {"preconfiguredFlavors", preconfiguredFlavors_ != nullptr},
+        {"bigIcon", bigIcon_ != nullptr},
+    };
+    for (const auto& [name, isThere] : outlets) {
+        if (!isThere) return std::string("the outlet ") + name;
+    }
+    for (int slot = 0; slot < VelmoraSlotCount; ++slot) {
+        const std::string number = std::to_string(slot);
+        if (!std::dynamic_pointer_cast<NSTextFieldCell>(titleMatrix_->cellWithTag(slot))) {
+            return "the title with the tag " + number;
+        }
+        if (!activationMatrix_->cellWithTag(slot)) return "the switch with the tag " + number;
+        if (!buttonChooser(slot)) return "the chooser of slot " + number;
+    }
+    for (int tag = 0; tag < VelmoraSlotCount * modifierBits; ++tag) {
+        if (!modifierMatrix_->cellWithTag(tag)) {
+            return "the modifier with the tag " + std::to_string(tag);
+        }
+    }
+    return {};
 }
 
 void VelmoraDefaultsUI::show() {

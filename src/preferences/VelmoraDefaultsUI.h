@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "platform/appkit/NSButton.h"
 #include "platform/appkit/NSImageView.h"
@@ -41,6 +42,8 @@ public:
     void flavorChanged(const Id& sender);
 
 private:
+    /// What the interface file does not bring of all that is used here; "" for nothing.
+    std::string missingPart() const;
     void setTextColors();
     std::shared_ptr<NSMatrix> buttonChooser(int slot) const;
 

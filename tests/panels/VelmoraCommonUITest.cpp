@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,8 @@
 namespace velmora {
 namespace {
 
+using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 HostDescription editor() {
@@ -79,6 +83,39 @@ TEST(VelmoraCommonUITest, WithoutItsInterfaceFileNothingIsShown) {
     // One line a load; the second try for the gestures has a controller already.
     ASSERT_EQ(log.size(), 7U);
     EXPECT_THAT(log[0], HasSubstr("ManagePanel"));
+}
+
+TEST(VelmoraCommonUITest, AnInterfaceFileThatLeavesAnOutletOpenIsToldAndShowsNothing) {
+    struct Row {
+        const char* file;
+        const char* taken;
+        const char* entry;
+        const char* told;
+    };
+    for (const Row& row :
+         {Row{"ManagePanel", "menuItemTC = menuItemTC;", "Define Gestures…", "'menuItemTC'"},
+          Row{"TextSnippets", "textArea = textArea;", "Edit Scripts…", "'textArea'"},
+          Row{"Preferences", "tag = 13;", "Preferences…", "the chooser of slot 3"}}) {
+        const TemporaryFolder folder;
+        std::filesystem::copy(VELMORA_SOURCE_DIR "/resources", folder.path(),
+                              std::filesystem::copy_options::recursive);
+        const std::string file = folder.path() + "/interface/" + row.file + ".plist";
+        std::ostringstream text;
+        text << std::ifstream(file).rdbuf();
+        std::string contents = text.str();
+        contents.erase(contents.find(row.taken), std::string(row.taken).size());
+        std::ofstream(file) << contents;
+        HeadlessSession session(folder.path());
+        HeadlessProcess& process = session.addProcess(editor());
+        const HeadlessProcess::Scope scope(process);
+        process.launch();
+        const NSMenuItemRef item = menuItemAtPath(*process.desktop().menuBar(),
+                                                  std::string("Editor/Velmora/") + row.entry);
+        item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
+        EXPECT_EQ(process.desktop().keyPanel(), nullptr) << row.file;
+        EXPECT_THAT(session.transcript().texts(Transcript::Kind::log, "Editor"),
+                    ElementsAre(AllOf(HasSubstr(row.file), HasSubstr(row.told))));
+    }
 }
 
 TEST(VelmoraCommonUITest, AnOpenPanelShowsWhatAnotherApplicationAdds) {
