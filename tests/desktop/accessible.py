@@ -163,11 +163,12 @@ class Panel:
 def choose(application, accessibility, *titles):
     """Opens the menus of the application's main window on the way, and clicks the last title. A title
     may be several, of which any will do."""
-    window = "^" + re.escape(application.x.title(application.main)) + "$"
 
     def place(depth):
         """Where the item of that depth is, once it shows."""
-        nodes = accessibility.nodes(window)
+        # The title may change meanwhile, as the document does.
+        title = re.escape(application.x.title(application.main))
+        nodes = accessibility.nodes(f"^{title}$")
         at = -1
         for title in titles[:depth + 1]:
             at = next((i for i in range(at + 1, len(nodes or []))
@@ -190,8 +191,11 @@ def choose(application, accessibility, *titles):
 
 def keys_to(application, accessibility, path):
     """The arrow keys that lead to the item in a copy of the application's menu bar."""
-    title = re.escape(application.x.title(application.main))
-    nodes = accessibility.nodes(f"^{title}$")
+    def main_window():
+        title = re.escape(application.x.title(application.main))
+        return accessibility.nodes(f"^{title}$")
+
+    nodes = wait_for(main_window, "the main window on the bus")
     bar = next(i for i, node in enumerate(nodes) if node.role == "menu bar")
     depth, below, begin, keys = nodes[bar].depth, 1, bar + 1, []
     for title in path.split("/"):
