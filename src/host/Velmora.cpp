@@ -127,7 +127,6 @@ void Velmora::init() {
         item = installInMainMenu(*mainMenu);
     }
     createComponents();
-    if (item) yieldKeyEquivalents(*mainMenu);
     defaults_ = std::make_shared<VelmoraDefaults>();
     defaults_->initForMenuItem(item);
     if (mnemonicsTF_) mnemonicsTF_->setDelegate(mnemonics_);
@@ -168,18 +167,6 @@ NSMenuItemRef Velmora::installInMainMenu(NSMenu& mainMenu) {
     return item;
 }
 
-/// A combination that the host's own menus use stays the host's.
-void Velmora::yieldKeyEquivalents(NSMenu& mainMenu) {
-    for (const NSMenuItemRef& item : vmMenu_->itemArray()) {
-        const std::string key = item->keyEquivalent();
-        if (key.empty()) continue;
-        item->setKeyEquivalent("");
-        const bool isTaken = shortcuts_->findShortcut_withModifiers_inMenu(
-                                 key, item->keyEquivalentModifierMask(), mainMenu) != nullptr;
-        if (!isTaken) item->setKeyEquivalent(key);
-    }
-}
-
 void Velmora::applicationDidBecomeActive(const NSNotification& /*notification*/) {
     defaults_->checkDefaults();
     for (VelmoraCommon* component : components()) component->checkGlobals();
@@ -189,7 +176,6 @@ void Velmora::applicationDidShowMainMenu(const NSNotification& notification) {
     auto* mainMenu = dynamic_cast<NSMenu*>(notification.object);
     const NSMenuItemRef item = mainMenu && vmMenu_ ? installInMainMenu(*mainMenu) : nullptr;
     if (!item) return;
-    yieldKeyEquivalents(*mainMenu);
     defaults_->addMenuItem(item);
 }
 

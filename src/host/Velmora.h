@@ -80,7 +80,6 @@ private:
     std::vector<VelmoraCommon*> components() const;
     void createComponents();
     NSMenuItemRef installInMainMenu(NSMenu& mainMenu);
-    void yieldKeyEquivalents(NSMenu& mainMenu);
 
     NSMenuRef vmMenu_;
     NSPanelRef mnemonicPanel_;

@@ -1,5 +1,7 @@
 #include "platform/appkit/NSMenuItem.h"
 
+#include <utility>
+
 #include "platform/appkit/NSMenu.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
@@ -51,6 +53,11 @@ void NSMenuItem::setKeyEquivalentModifierMask(std::uint32_t mask) {
 }
 
 void NSMenuItem::setKeyEquivalent_modifierMask(std::string key, std::uint32_t mask) {
+    if (menu_ && !std::exchange(givenKeyEquivalent_, true)) NSMenu::noteChange();
+    followKeyEquivalent(std::move(key), mask);
+}
+
+void NSMenuItem::followKeyEquivalent(std::string key, std::uint32_t mask) {
     if (key == keyEquivalent_ && mask == keyEquivalentModifierMask_) return;
     keyEquivalent_ = std::move(key);
     keyEquivalentModifierMask_ = mask;

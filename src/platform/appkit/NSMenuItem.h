@@ -43,6 +43,9 @@ public:
     void setKeyEquivalentModifierMask(std::uint32_t mask);
     /// Both in one change.
     void setKeyEquivalent_modifierMask(std::string key, std::uint32_t mask);
+    /// Whether the key equivalent was set while the item stood in a menu. One with which an item
+    /// comes gives way to whatever else uses the combination; one that it was given does not.
+    bool hasGivenKeyEquivalent() const { return givenKeyEquivalent_; }
 
     virtual bool isEnabled() const { return enabled_; }
     void setEnabled(bool enabled);
@@ -62,6 +65,9 @@ public:
     NSMenu* menu() const { return menu_; }
 
 protected:
+    /// For desktops: what the host's own item has, which nobody has given it.
+    void followKeyEquivalent(std::string key, std::uint32_t mask);
+
     bool separator_ = false;
 
 private:
@@ -73,6 +79,7 @@ private:
     std::weak_ptr<NSObject> target_;
     std::string keyEquivalent_;
     std::uint32_t keyEquivalentModifierMask_ = 0;
+    bool givenKeyEquivalent_ = false;
     bool enabled_ = true;
     std::shared_ptr<NSMenu> submenu_;
     std::shared_ptr<NSImage> image_;

@@ -25,13 +25,22 @@ Transcript::Kind kindOf(const NSEvent& event) {
     }
 }
 
-/// The enabled item of the menu or of those below it that has the key equivalent.
-NSMenuItemRef itemWithKey(const NSMenu& menu, const std::string& key, std::uint32_t modifiers) {
+/// The combination with which an item of the system's own comes gives way to the host's items.
+bool givesWay(const NSMenuItem& item) {
+    return !item.hasGivenKeyEquivalent() && !dynamic_cast<const HeadlessMenuItem*>(&item);
+}
+
+enum class Kind { standing, givingWay };
+
+/// The first enabled item of the menu or of those below it that has the key equivalent.
+NSMenuItemRef itemWithKey(const NSMenu& menu, const std::string& key, std::uint32_t modifiers,
+                          Kind kind) {
     for (const NSMenuItemRef& item : menu.itemArray()) {
-        if (item->hasSubmenu()) {
-            if (NSMenuItemRef found = itemWithKey(*item->submenu(), key, modifiers)) return found;
+        if (const NSMenuRef submenu = item->submenu()) {
+            if (NSMenuItemRef found = itemWithKey(*submenu, key, modifiers, kind)) return found;
         } else if (item->isEnabled() && item->keyEquivalent() == key &&
-                   item->keyEquivalentModifierMask() == modifiers) {
+                   item->keyEquivalentModifierMask() == modifiers &&
+                   givesWay(*item) == (kind == Kind::givingWay)) {
             return item;
         }
     }
@@ -84,7 +93,9 @@ bool HeadlessDesktop::runKeyEquivalent(const NSEvent& event) {
         NSShiftKeyMask | NSControlKeyMask | NSAlternateKeyMask | NSCommandKeyMask;
     const std::string& key = event.fields().charactersIgnoringModifiers;
     if (key.empty()) return false;
-    const NSMenuItemRef item = itemWithKey(*menuBar_, key, event.modifierFlags() & compared);
+    const std::uint32_t modifiers = event.modifierFlags() & compared;
+    NSMenuItemRef item = itemWithKey(*menuBar_, key, modifiers, Kind::standing);
+    if (!item) item = itemWithKey(*menuBar_, key, modifiers, Kind::givingWay);
     if (item) item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
     return item != nullptr;
 }

@@ -85,8 +85,7 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
                 hostLoopBegan_();
             } else if (event->type() == QEvent::Shortcut) {
                 const auto& shortcut = static_cast<const QShortcutEvent&>(*event);
-                if (menuBars_.shortcuts().settle(shortcut) ||
-                    menuBars_.ownMenus().settle(shortcut)) {
+                if (menuBars_.keys().isDeprived(*receiver, shortcut)) {
                     outcome = Outcome::Kept;
                     tellOfUseOfAlt();
                 }
@@ -114,10 +113,7 @@ EventHook::Outcome EventHook::input(QWindow& window, QEvent& event) {
             outcome = mouse(window, static_cast<QMouseEvent&>(event));
             break;
         case QEvent::ShortcutOverride:
-        case QEvent::KeyPress:
-            if (queue_.sends(&event)) return Outcome::Passed;
-            outcome = keyDown(window, static_cast<QKeyEvent&>(event));
-            break;
+        case QEvent::KeyPress: outcome = keyDown(window, static_cast<QKeyEvent&>(event)); break;
         case QEvent::KeyRelease:
             if (queue_.sends(&event)) return Outcome::Passed;
             outcome = take(translator_.keyEvent(window, static_cast<QKeyEvent&>(event)));
@@ -148,29 +144,37 @@ EventHook::Outcome EventHook::mouse(QWindow& window, QMouseEvent& event) {
     const quint64 timestamp = event.timestamp();
     const auto button = static_cast<int>(event.button());
     const bool pressed = event.type() == QEvent::MouseButtonPress;
-    if (pressed) noteUse(window);
     const Outcome outcome = take(translator_.mouseEvent(window, event));
     if (pressed) press_ = Decision{timestamp, button, outcome};
     return outcome;
 }
 
-void EventHook::noteUse(const QWindow& window) {
-    if (!menuBars_.shortcuts().hasGivenBack()) return;
-    const QWidget* widget = QWidget::find(window.winId());
-    if (widget) menuBars_.noticeUse(*widget->window());
+EventHook::Outcome EventHook::keyDown(QWindow& window, QKeyEvent& event) {
+    const bool sentAnew = queue_.sends(&event);
+    if (belongsToOpenMenu(event)) return Outcome::Passed;
+    const bool isPress = event.type() == QEvent::KeyPress;
+    std::optional<Outcome> outcome;
+    if (isPress) outcome = outcomeOf(override_, event.timestamp(), event.key());
+    if (!outcome && sentAnew) outcome = Outcome::Passed;
+    if (!outcome) outcome = take(translator_.keyEvent(window, event));
+    if (*outcome == Outcome::Kept && isPress) return Outcome::Kept;
+    const QScopedValueRollback<bool> offering(offering_, true);
+    if (isPress) {
+        return menuBars_.keys().offerLeftOver(event) ? Outcome::Kept : Outcome::Passed;
+    }
+    return offerToMenus(event, *outcome);
 }
 
-EventHook::Outcome EventHook::keyDown(QWindow& window, QKeyEvent& event) {
-    noteUse(window);
-    if (belongsToOpenMenu(event)) return Outcome::Passed;
-    if (event.type() == QEvent::KeyPress) {
-        const auto outcome = outcomeOf(override_, event.timestamp(), event.key());
-        if (outcome) return *outcome;
-    }
-    const Decision decision{event.timestamp(), event.key(),
-                            take(translator_.keyEvent(window, event))};
-    if (event.type() == QEvent::ShortcutOverride) override_ = decision;
-    return decision.outcome;
+/// What the host is to have goes to the menus' key equivalents first.
+EventHook::Outcome EventHook::offerToMenus(QKeyEvent& shortcutOverride, Outcome outcome) {
+    using Answer = QtMenuKeys::Answer;
+    const Decision decision{shortcutOverride.timestamp(), shortcutOverride.key(), outcome};
+    Answer answer = Answer::notOurs;
+    if (outcome == Outcome::Passed) answer = menuBars_.keys().offer(shortcutOverride);
+    override_ = decision;
+    if (answer == Answer::taken) override_->outcome = Outcome::Kept;
+    // An override that is kept is accepted, which keeps it from the shortcuts too.
+    return answer == Answer::notOurs ? outcome : Outcome::Kept;
 }
 
 std::optional<EventHook::Outcome> EventHook::outcomeOf(std::optional<Decision>& decision,

@@ -43,7 +43,7 @@ public:
     void dispatch(const QtEvent& event);
 
     /// Whether the toolkit is in the middle of an event that it has given us.
-    bool isDelivering() const { return delivery_ != nullptr; }
+    bool isDelivering() const { return delivery_ != nullptr || offering_; }
 
     /// As Desktop::wait.
     void wait(Time deadline);
@@ -93,8 +93,8 @@ private:
     /// bar.
     void tellOfUseOfAlt();
     Outcome mouse(QWindow& window, QMouseEvent& event);
-    void noteUse(const QWindow& window);
     Outcome keyDown(QWindow& window, QKeyEvent& event);
+    Outcome offerToMenus(QKeyEvent& shortcutOverride, Outcome outcome);
     Outcome take(const QtEventRef& event);
     void noteRelease(const QtEvent& event);
     bool endsPressInDelivery(const QtEvent& event) const;
@@ -121,6 +121,7 @@ private:
     Delivery* delivery_ = nullptr;
     /// What a fetch is to have that waits under a loop of the host's own.
     std::vector<NSEventRef> forFetch_;
+    bool offering_ = false;
     std::optional<Decision> press_;
     std::optional<Decision> override_;
 };

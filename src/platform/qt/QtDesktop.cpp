@@ -82,7 +82,7 @@ QtDesktop::QtDesktop()
 }
 
 void QtDesktop::hostWillQuit() {
-    if (session_) session_->menuBars.shortcuts().giveBack(nullptr);
+    if (session_) session_->menuBars.hostMaySave();
 }
 
 void QtDesktop::close() {

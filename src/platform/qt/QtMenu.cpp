@@ -173,7 +173,7 @@ bool QtMenu::isWithin(const QWidget& menu) const {
 
 void QtMenu::takeOver(QtMenuItem& item, QAction& action) {
     if (!owner_) return;
-    item.setHostAction(action, path_, owner_->shortcuts());
+    item.setHostAction(action, path_);
     const QAction* taken = item.hostAction();
     const bool opens = taken && !taken->isSeparator() && depth_ < deepest;
     QMenu* menu = opens ? taken->menu() : nullptr;
@@ -236,13 +236,6 @@ bool QtMenu::isReachable() const {
     return widget_->isEnabled() && !isBlockedByModal(*widget_);
 }
 
-QMenuBar* QtMenu::bar() const {
-    const NSMenu* outermost = this;
-    while (outermost->supermenu()) outermost = outermost->supermenu();
-    const auto* mirror = dynamic_cast<const QtMenu*>(outermost);
-    return mirror ? qobject_cast<QMenuBar*>(mirror->widget_.data()) : nullptr;
-}
-
 bool QtMenu::hasOwnSubmenu() const {
     return std::any_of(own_.begin(), own_.end(),
                        [](const Own& own) { return own.item->hasSubmenu(); });
@@ -277,13 +270,6 @@ void QtMenu::itemWillBeRemoved(int index) {
 void QtMenu::itemWasChanged(int index) {
     const NSMenuItemRef item = itemAtIndex(index);
     if (!owner_) return;
-    if (auto* mirrored = dynamic_cast<QtMenuItem*>(item.get())) {
-        using Outcome = QtShortcuts::Outcome;
-        const Outcome outcome = mirrored->writeKeyEquivalent(owner_->shortcuts(), bar());
-        if (outcome == Outcome::contested) markDirty();
-        if (outcome == Outcome::leftAlone && owner_) owner_->lookAgainLater(*this);
-        return;
-    }
     Own* own = ownOf(item.get());
     if (!own) return;
     QAction* before = own->action;

@@ -40,11 +40,12 @@ public:
     /// Has the host prepare the menu as for its opening.
     void update() override;
 
+    /// The host's action that the item stands for, or the one that shows an item of ours; null when
+    /// it is gone.
+    QAction* actionOf(const NSMenuItem& item) const;
+
     /// Whether a user could open the menu and choose from it.
     bool isReachable() const;
-
-    /// The bar at the top of it all; null for a menu that stands in none now.
-    QMenuBar* bar() const;
 
     /// Whether an item of ours with a submenu stands here.
     bool hasOwnSubmenu() const;
@@ -66,7 +67,6 @@ private:
         NSMenuItem* item;
         QPointer<QAction> action;
     };
-    QAction* actionOf(const NSMenuItem& item) const;
     Own* ownOf(const NSMenuItem* item);
     void drop(Own& own);
     std::vector<NSMenuItemRef> wantedItems();

@@ -20,9 +20,6 @@ namespace {
 /// How long a menu that was prepared for opening stays so when no command follows, in ms.
 constexpr int closeAfter = 100;
 
-/// And how long a host that fights for its shortcuts is left alone, in ms.
-constexpr int lookAgainAfter = 1100;
-
 /// A host that takes our additions away as soon as they come is left alone after so many times.
 constexpr int mostRequests = 20;
 
@@ -70,7 +67,10 @@ void postAddedLeaves(NSMenu& menu) {
 }  // namespace
 
 QtMenuBars::QtMenuBars(QtWindows& windows)
-    : windows_(windows), runner_(*this, windows), delegate_(std::make_shared<MenuDelegate>()) {
+    : windows_(windows),
+      runner_(*this, windows),
+      keys_(*this),
+      delegate_(std::make_shared<MenuDelegate>()) {
     closer_.setSingleShot(true);
     closer_.setInterval(closeAfter);
     QObject::connect(&closer_, &QTimer::timeout, &context_, [this] { closeOpened(); });
@@ -179,24 +179,6 @@ void QtMenuBars::becameDirty(QtMenu& menu) {
     scheduleCheck();
 }
 
-void QtMenuBars::lookAgainLater(QtMenu& menu) {
-    QTimer::singleShot(lookAgainAfter, &context_, [weak = menu.weak_from_this()] {
-        guarded("Looking at the menus", [&weak] {
-            if (const Id kept = weak.lock()) static_cast<QtMenu&>(*kept).markDirty();
-        });
-    });
-}
-
-bool QtMenuBars::hasBar(const QWidget& window) const {
-    return std::any_of(bars_.begin(), bars_.end(), [&](const Bar& known) {
-        return known.bar && known.bar->window() == &window;
-    });
-}
-
-void QtMenuBars::noticeUse(const QWidget& window) {
-    if (shortcuts_.hasGivenBack() && hasBar(window)) shortcuts_.takeAgain(window);
-}
-
 void QtMenuBars::bringUpToDate() {
     if (bringingUpToDate_ || dirty_.empty()) return;
     const Raised busy(bringingUpToDate_);
@@ -228,7 +210,7 @@ void QtMenuBars::closeOpened() {
 
 void QtMenuBars::noticeAction(QObject* receiver, const QActionEvent& event) {
     const QEvent::Type type = event.type();
-    if (type == QEvent::ActionChanged && event.action() == shortcuts_.written()) return;
+    if (type == QEvent::ActionChanged && event.action() == shownKeys_.changing()) return;
     if (closing_ && type == QEvent::ActionRemoved) return;
     bool known = false;
     const auto [first, last] = mirrors_.equal_range(receiver);
@@ -248,12 +230,18 @@ void QtMenuBars::noticeWindow(QObject* receiver, QEvent::Type type) {
     if (!receiver->isWidgetType()) return;
     auto& widget = static_cast<QWidget&>(*receiver);
     if (!widget.isWindow()) return;
-    if (type == QEvent::Close || type == QEvent::DeferredDelete) {
-        if (hasBar(widget)) shortcuts_.giveBack(&widget);
+    auto* menu = qobject_cast<QMenu*>(&widget);
+    if (type == QEvent::Close) {
+        hostMaySave();
+        return;
+    }
+    if (type == QEvent::Hide) {
+        if (menu) shownKeys_.takeOff(*menu);
         return;
     }
     if (type == QEvent::Show) {
         windows_.contextMenus().noticeShow(widget);
+        if (menu) showKeys(*menu);
     } else {
         windows_.noticeActivation(widget);
     }
@@ -263,6 +251,27 @@ void QtMenuBars::noticeWindow(QObject* receiver, QEvent::Type type) {
             scheduleCheck();
         }
     }
+}
+
+void QtMenuBars::showKeys(QMenu& menu) {
+    // Items that came with the opening get their keys only now.
+    bringUpToDate();
+    const auto [first, last] = mirrors_.equal_range(&menu);
+    std::vector<std::pair<QPointer<QAction>, NSMenuItemRef>> given;
+    const QList<QAction*> actions = menu.actions();
+    for (QAction* action : actions) {
+        if (NSMenuItemRef item = QtOwnMenus::itemOf(*action)) given.emplace_back(action, item);
+    }
+    for (auto entry = first; entry != last; ++entry) {
+        for (const NSMenuItemRef& item : entry->second->itemArray()) {
+            if (!item->hasGivenKeyEquivalent()) continue;
+            given.emplace_back(entry->second->actionOf(*item), item);
+        }
+    }
+    for (const auto& [action, item] : given) {
+        if (action) shownKeys_.put(menu, *action, *item);
+    }
+    if (!given.empty()) QtShownKeys::keepOnScreen(menu);
 }
 
 void QtMenuBars::checkWhenOpened(QMenu& menu) {

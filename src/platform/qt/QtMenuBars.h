@@ -10,8 +10,9 @@
 
 #include "platform/appkit/NSMenu.h"
 #include "platform/qt/QtCommandRunner.h"
+#include "platform/qt/QtMenuKeys.h"
 #include "platform/qt/QtOwnMenus.h"
-#include "platform/qt/QtShortcuts.h"
+#include "platform/qt/QtShownKeys.h"
 
 namespace velmora {
 
@@ -43,8 +44,8 @@ public:
                 noticeAction(receiver, static_cast<const QActionEvent&>(*event));
                 break;
             case QEvent::Show:
+            case QEvent::Hide:
             case QEvent::Close:
-            case QEvent::DeferredDelete:
             case QEvent::WindowActivate: noticeWindow(receiver, event->type()); break;
             default: break;
         }
@@ -56,10 +57,9 @@ public:
     void add(QtMenu& menu, const QObject* widget);
     void remove(QtMenu& menu, const QObject* widget);
     void becameDirty(QtMenu& menu);
-    /// Has the menu read again after a while.
-    void lookAgainLater(QtMenu& menu);
-    /// The user presses a button or a key in the window.
-    void noticeUse(const QWidget& window);
+
+    /// The host may look at its actions to save their shortcuts: they are its own.
+    void hostMaySave() { shownKeys_.takeOffAll(); }
 
     /// Looks after our additions each time that the menu has been prepared for opening.
     void checkWhenOpened(QMenu& menu);
@@ -76,7 +76,7 @@ public:
 
     QtOwnMenus& ownMenus() { return ownMenus_; }
     QtCommandRunner& runner() { return runner_; }
-    QtShortcuts& shortcuts() { return shortcuts_; }
+    QtMenuKeys& keys() { return keys_; }
     const Id& delegate() const { return delegate_; }
 
 private:
@@ -89,7 +89,7 @@ private:
     };
     void noticeAction(QObject* receiver, const QActionEvent& event);
     void noticeWindow(QObject* receiver, QEvent::Type type);
-    bool hasBar(const QWidget& window) const;
+    void showKeys(QMenu& menu);
     void findBars();
     void learn(QMenuBar& bar);
     QMenuBar* barOf(const QWidget& window);
@@ -104,7 +104,8 @@ private:
     QObject context_;
     QtOwnMenus ownMenus_;
     QtCommandRunner runner_;
-    QtShortcuts shortcuts_;
+    QtMenuKeys keys_;
+    QtShownKeys shownKeys_;
     Id delegate_;
     bool foundBars_ = false;
     std::vector<Bar> bars_;

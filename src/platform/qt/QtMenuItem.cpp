@@ -1,5 +1,6 @@
 #include "platform/qt/QtMenuItem.h"
 
+#include "platform/qt/QtKeys.h"
 #include "platform/qt/QtMenu.h"
 #include "platform/qt/QtTitles.h"
 
@@ -17,7 +18,7 @@ bool QtMenuItem::isEnabled() const {
     return holder && holder->isReachable();
 }
 
-void QtMenuItem::setHostAction(QAction& action, const std::string& prefix, QtShortcuts& shortcuts) {
+void QtMenuItem::setHostAction(QAction& action, const std::string& prefix) {
     hostAction_ = &action;
     if (separator_) return;
     const std::string title = titleFromText(action.text());
@@ -27,16 +28,13 @@ void QtMenuItem::setHostAction(QAction& action, const std::string& prefix, QtSho
         Selector::named(name.isEmpty() ? joinedPath(prefix, title) : name.toStdString()));
     // First, since whoever hears of another change finds the item and its action in agreement. The
     // action may be gone afterwards.
-    KeyEquivalent equivalent = shortcuts.read(action);
-    setKeyEquivalent_modifierMask(std::move(equivalent.key), equivalent.modifiers);
+    if (!hasGivenKeyEquivalent()) {
+        KeyEquivalent equivalent = keyEquivalentFor(action.shortcut());
+        followKeyEquivalent(std::move(equivalent.key), equivalent.modifiers);
+    }
     setTitle(title);
     // Only for those who hear of the change: isEnabled() asks the action itself.
     setEnabled(enabled);
-}
-
-QtShortcuts::Outcome QtMenuItem::writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar) {
-    if (!hostAction_ || separator_) return QtShortcuts::Outcome::done;
-    return shortcuts.write(*hostAction_, {keyEquivalent(), keyEquivalentModifierMask()}, bar);
 }
 
 }  // namespace velmora

@@ -4,9 +4,6 @@
 #include <QPointer>
 
 #include "platform/appkit/NSMenuItem.h"
-#include "platform/qt/QtShortcuts.h"
-
-class QMenuBar;
 
 namespace velmora {
 
@@ -23,12 +20,9 @@ public:
     /// Null once the host has deleted it.
     QAction* hostAction() const { return hostAction_; }
 
-    /// Binds the item to the action and takes over its key equivalent and title. `prefix` is the
-    /// path of its menu.
-    void setHostAction(QAction& action, const std::string& prefix, QtShortcuts& shortcuts);
-
-    /// Gives the action the item's key equivalent, where it has another.
-    QtShortcuts::Outcome writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar);
+    /// Binds the item to the action and takes over its title and, until the item is given another,
+    /// its first shortcut as the key equivalent. `prefix` is the path of its menu.
+    void setHostAction(QAction& action, const std::string& prefix);
 
 private:
     QPointer<QAction> hostAction_;

@@ -1,13 +1,10 @@
 #include "platform/qt/QtOwnMenus.h"
 
-#include <QKeySequence>
-#include <QShortcutEvent>
 #include <algorithm>
 
 #include "platform/appkit/NSImage.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtImages.h"
-#include "platform/qt/QtKeys.h"
 #include "platform/qt/QtTitles.h"
 #include "platform/runtime/Class.h"
 
@@ -15,15 +12,15 @@ namespace velmora {
 
 namespace {
 
-/// An action of ours, known by its type. It has no object name and no parent of the host.
+/// An action of ours, known by its type. It has no object name and no parent of the host, and no
+/// shortcut but while its menu is open: its key is looked for in the main menu.
 class OwnAction final : public QAction {
 public:
     OwnAction() : QAction(nullptr) { setMenuRole(QAction::NoRole); }
 
     /// The picture that the icon shows.
     std::weak_ptr<NSImage> shown;
-    /// The shortcut that it came with.
-    QKeySequence first;
+    std::weak_ptr<NSObject> item;
 };
 
 /// Runs the item by its menu's message, which others may have taken over.
@@ -33,17 +30,11 @@ void runItem(const std::weak_ptr<NSObject>& chosen) {
     if (menu) menu->performActionForItemAtIndex(menu->indexOfItem(*item));
 }
 
-QKeySequence shortcutOf(const NSMenuItem& item) {
-    return sequenceFor({item.keyEquivalent(), item.keyEquivalentModifierMask()});
-}
-
 void show(const NSMenuItem& item, OwnAction& action) {
     action.setSeparator(item.isSeparatorItem());
     if (item.isSeparatorItem()) return;
     action.setText(textFromTitle(item.title()));
     action.setEnabled(item.isEnabled());
-    const QKeySequence shortcut = shortcutOf(item);
-    if (action.shortcut() != shortcut) action.setShortcut(shortcut);
     if (action.shown.lock() != item.image()) {
         action.shown = item.image();
         action.setIcon(item.image() ? iconFromImage(*item.image()) : QIcon());
@@ -52,10 +43,9 @@ void show(const NSMenuItem& item, OwnAction& action) {
 
 OwnAction* makeAction(NSMenuItem& item) {
     auto* action = new OwnAction;
-    action->first = shortcutOf(item);
-    const std::weak_ptr<NSObject> chosen = item.weak_from_this();
+    action->item = item.weak_from_this();
     QObject::connect(action, &QAction::triggered, action,
-                     [chosen] { guarded("A command", [&] { runItem(chosen); }); });
+                     [chosen = action->item] { guarded("A command", [&] { runItem(chosen); }); });
     return action;
 }
 
@@ -153,28 +143,6 @@ void QtOwnMenu::bringUpToDate() {
     widget_->addActions(wanted);
 }
 
-bool QtOwnMenu::settle(const QKeySequence& key) {
-    for (const Entry& entry : entries_) {
-        if (!entry.action || entry.action->shortcut() != key) continue;
-        if (static_cast<OwnAction&>(*entry.action).first != key) {
-            entry.action->trigger();
-            return true;
-        }
-        const NSMenuItemRef item = entry.item;
-        item->setKeyEquivalent("");
-        return false;
-    }
-    return false;
-}
-
-bool QtOwnMenus::settle(const QShortcutEvent& event) {
-    if (!event.isAmbiguous()) return false;
-    return std::any_of(menus_.begin(), menus_.end(), [&](const auto& known) {
-        const std::shared_ptr<QtOwnMenu> menu = known.second;
-        return menu->settle(event.key());
-    });
-}
-
 QAction* QtOwnMenus::actionFor(NSMenuItem& item, QAction* present) {
     if (item.hasSubmenu()) {
         QAction* opener = openerOf(item.submenu());
@@ -193,6 +161,11 @@ void QtOwnMenus::release(QAction* action) {
 
 bool QtOwnMenus::isOwn(const QAction& action) {
     return dynamic_cast<const OwnAction*>(&action) != nullptr;
+}
+
+NSMenuItemRef QtOwnMenus::itemOf(const QAction& action) {
+    const auto* own = dynamic_cast<const OwnAction*>(&action);
+    return own ? std::static_pointer_cast<NSMenuItem>(own->item.lock()) : nullptr;
 }
 
 QAction* QtOwnMenus::openerOf(const NSMenuRef& menu) {

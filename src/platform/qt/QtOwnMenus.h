@@ -11,8 +11,6 @@
 #include "platform/appkit/NSMenu.h"
 #include "platform/foundation/NSNotificationCenter.h"
 
-class QShortcutEvent;
-
 namespace velmora {
 
 class QtOwnMenus;
@@ -31,9 +29,6 @@ public:
 
     bool isFor(const NSMenu& menu) const { return menu_.lock().get() == &menu; }
     bool isExpired() const { return menu_.expired(); }
-
-    /// As QtOwnMenus::settle, for the items of this menu.
-    bool settle(const QKeySequence& key);
 
     /// The action that opens the QMenu, which may stand in several menus of the host.
     QAction* opener();
@@ -70,10 +65,8 @@ public:
 
     static bool isOwn(const QAction& action);
 
-    /// Of several owners of one combination the toolkit runs none. Runs the item of ours to which
-    /// the user has given it: true. A combination with which an item has come is the host's from
-    /// here on.
-    bool settle(const QShortcutEvent& event);
+    /// The item that an action of ours shows; null for other actions and those that open a menu.
+    static NSMenuItemRef itemOf(const QAction& action);
 
     /// Whether an item with a submenu has ever been shown: additions that every bar is to have.
     bool hasSubmenus() const { return !menus_.empty(); }

@@ -12,7 +12,11 @@
 //   reset             gives every action the shortcuts again that it began with
 //   disable TITLE, enable TITLE
 //   insist TITLE      from now on each change of that action is followed by that at once
+//   give TITLE KEYS   gives that action a shortcut of the host's own
+//   once TITLE        the action does not repeat with its key
+//   bar on|off        shows or hides the menu bar of every window
 //   dialog            opens a modal dialog with a field
+//   unfocus           takes the keyboard focus from the field that has it
 //   text              says what stands in the field with the focus
 //   quit
 
@@ -103,6 +107,14 @@ public:
 
     void setActionEnabled(const QString& title, bool enabled) {
         for (QAction* action : called(title)) action->setEnabled(enabled);
+    }
+
+    void giveTo(const QString& title, const QString& keys) {
+        for (QAction* action : called(title)) action->setShortcut(QKeySequence(keys));
+    }
+
+    void stopRepeating(const QString& title) {
+        for (QAction* action : called(title)) action->setAutoRepeat(false);
     }
 
     void insist(const QString& title) {
@@ -211,6 +223,7 @@ private:
         if (command == "quit") return QApplication::quit();
         if (command == "close") QApplication::activeWindow()->close();
         if (command == "text") sayText();
+        if (command == "unfocus") QApplication::focusWidget()->clearFocus();
         if (command == "dialog") openDialog();
         for (Window* window : windows()) {
             if (command == "refuse") window->refuses = rest == "on";
@@ -221,6 +234,9 @@ private:
             if (command == "disable") window->setActionEnabled(rest, false);
             if (command == "enable") window->setActionEnabled(rest, true);
             if (command == "insist") window->insist(rest);
+            if (command == "give") window->giveTo(rest.section(' ', 0, 0), rest.section(' ', 1));
+            if (command == "once") window->stopRepeating(rest);
+            if (command == "bar") window->menuBar()->setVisible(rest == "on");
         }
     }
 
