@@ -160,6 +160,23 @@ TEST(HeadlessDesktopTest, ALoopThatStillWaitsAtTheEndSeesEverythingReleasedAndTh
     EXPECT_FALSE(host.session().user().letEverythingGo());
 }
 
+TEST(HeadlessDesktopTest, ALoopThatNothingEndsIsGivenUp) {
+    for (const Time deadline : {distantFuture, Time::zero()}) {
+        HeadlessHost host;
+        host.then([deadline] {
+            while (true) {
+                NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(
+                    NSAnyEventMask,
+                    deadline == distantFuture ? deadline
+                                              : desktop().now() + std::chrono::milliseconds(10),
+                    NSDefaultRunLoopMode, true);
+            }
+        });
+        EXPECT_THROW(host.run(), HeadlessSession::Endless);
+        EXPECT_LE(host.session().clock().now(), std::chrono::minutes(1));
+    }
+}
+
 TEST(HeadlessDesktopTest, WhileThePointerIsPinnedEachMotionGoesOnFromTheHand) {
     HeadlessHost host;
     host.moveTo(100, 100);
