@@ -160,7 +160,10 @@ void HeadlessPanel::keyDown(const NSEventRef& event) {
         if (field->userCommanded(command)) return;
         if (!isEscape) field->userEndedEditing();
     }
-    if (isEscape) {
+    if (isEscape && area && area->isEditable()) {
+        // One key is too few to throw a text away.
+        panel_.makeFirstResponder(nullptr);
+    } else if (isEscape) {
         if (!clickButtonWithKey("\x1B")) userCloses();
     } else if (table && !command) {
         table->userPressedKey(event);
