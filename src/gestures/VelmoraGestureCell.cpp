@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
+#include <unordered_set>
 
 #include "platform/appkit/NSColor.h"
 #include "platform/runtime/Class.h"
@@ -12,8 +14,8 @@ namespace velmora {
 
 namespace {
 
-constexpr float letterLength = 10;
-constexpr float avoidance = 2;
+constexpr int letterLength = 10;
+constexpr int avoidance = 2;
 
 constexpr NSSize smallSize{32, 32};
 constexpr float smallMargin = 2;
@@ -28,7 +30,7 @@ bool isDigit(char c) {
 /// The whole number at the beginning of the text, which is taken off together with what separates
 /// it from the next one; 0 where no digits stand.
 float takeNumber(std::string_view& text) {
-    constexpr std::int64_t most = 1'000'000'000;
+    constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max();
     const bool negative = text.starts_with('-');
     if (negative) text.remove_prefix(1);
     std::int64_t number = 0;
@@ -78,22 +80,39 @@ Direction firstAvoidance(std::string_view letters) {
     return avoid;
 }
 
+/// The points of a path, all of whose coordinates are whole numbers.
+class WholePoints {
+public:
+    explicit WholePoints(std::size_t atMost) { points_.reserve(atMost); }
+    /// False when it is there already.
+    bool add(int x, int y) {
+        return points_
+            .insert(std::uint64_t{static_cast<std::uint32_t>(x)} << 32U |
+                    static_cast<std::uint32_t>(y))
+            .second;
+    }
+
+private:
+    std::unordered_set<std::uint64_t> points_;
+};
+
 void addLetters(NSBezierPath& path, std::string_view letters) {
     Direction avoid = firstAvoidance(letters);
+    // What path_containsPoint would find, without a search through the path for each point.
+    WholePoints points(letters.size() + 1);
     int x = 0;
     int y = 0;
+    points.add(x, y);
     for (const char letter : letters) {
         const auto direction = directionOf(letter);
         if (!direction) continue;
-        NSPoint next{static_cast<float>(x) + letterLength * static_cast<float>(direction->x),
-                     static_cast<float>(y) + letterLength * static_cast<float>(direction->y)};
-        while (VelmoraGestureCell::path_containsPoint(path, next)) {
-            next.x += avoidance * static_cast<float>(avoid.x);
-            next.y += avoidance * static_cast<float>(avoid.y);
+        x += letterLength * direction->x;
+        y += letterLength * direction->y;
+        while (!points.add(x, y)) {
+            x += avoidance * avoid.x;
+            y += avoidance * avoid.y;
         }
-        path.lineToPoint(next);
-        x = static_cast<int>(next.x);
-        y = static_cast<int>(next.y);
+        path.lineToPoint({static_cast<float>(x), static_cast<float>(y)});
         if (direction->x != 0) avoid.x = direction->x;
         if (direction->y != 0) avoid.y = direction->y;
     }
