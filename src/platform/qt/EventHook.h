@@ -28,7 +28,8 @@ public:
     EventHook(QtMenuBars& menuBars, QtWindows& windows);
     ~EventHook() override;
 
-    /// Until input is taken: called when something has come that may be the first menu bar.
+    /// Until input is taken: called when something has come that may be the first window or menu
+    /// bar.
     void watchForMenuBar(std::function<void()> mayHaveCome);
 
     /// Called when the host blocks a window inside a fetch or gets input in a loop of its own

@@ -1,7 +1,6 @@
 #include "platform/qt/QtMenuItem.h"
 
 #include "platform/qt/QtMenu.h"
-#include "platform/qt/QtTitles.h"
 
 namespace velmora {
 
@@ -17,10 +16,10 @@ bool QtMenuItem::isEnabled() const {
     return holder && holder->isReachable();
 }
 
-void QtMenuItem::setHostAction(QAction& action, const std::string& prefix, QtShortcuts& shortcuts) {
+void QtMenuItem::setHostAction(QAction& action, const std::string& title, const std::string& prefix,
+                               QtShortcuts& shortcuts) {
     hostAction_ = &action;
     if (separator_) return;
-    const std::string title = titleFromText(action.text());
     const QString name = action.objectName();
     const bool enabled = action.isEnabled();
     NSMenuItem::setAction(

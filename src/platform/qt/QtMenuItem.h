@@ -23,9 +23,10 @@ public:
     /// Null once the host has deleted it.
     QAction* hostAction() const { return hostAction_; }
 
-    /// Binds the item to the action and takes over its key equivalent and title. `prefix` is the
-    /// path of its menu.
-    void setHostAction(QAction& action, const std::string& prefix, QtShortcuts& shortcuts);
+    /// Binds the item to the action, under that title, and takes over its key equivalent. `prefix`
+    /// is the path of its menu.
+    void setHostAction(QAction& action, const std::string& title, const std::string& prefix,
+                       QtShortcuts& shortcuts);
 
     /// Gives the action the item's key equivalent, where it has another.
     QtShortcuts::Outcome writeKeyEquivalent(QtShortcuts& shortcuts, QMenuBar* bar);
