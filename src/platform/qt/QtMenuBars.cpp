@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <climits>
 
+#include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtMenu.h"
@@ -65,6 +66,14 @@ void prepareFirst(NSMenu& mainMenu) {
     const NSMenuItemRef first = mainMenu.itemAtIndex(0);
     const NSMenuRef menu = first ? first->submenu() : nullptr;
     if (menu && menu->numberOfItems() == 0) menu->update();
+}
+
+/// For who looks for the paths of what has no bar on the screen.
+void traceMade(const NSMenu& mainMenu) {
+    if (!NSTraceEnabled()) return;
+    std::string line = "made a main menu:";
+    for (const NSMenuItemRef& item : mainMenu.itemArray()) line += " \"" + item->title() + '"';
+    NSTrace(line);
 }
 
 void postAddedLeaves(NSMenu& menu) {
@@ -199,12 +208,14 @@ std::shared_ptr<QtMenu> QtMenuBars::mirrorOf(QWidget& root) {
     const auto known = std::find_if(roots_.begin(), roots_.end(), [&](const Root& candidate) {
         return candidate.widget == &root;
     });
-    if (!known->mirror) {
+    const bool isNew = !known->mirror;
+    if (isNew) {
         known->mirror = std::make_shared<QtMenu>(*this, root, std::string(), 0);
         known->mirror->markDirty();
     }
     std::shared_ptr<QtMenu> mirror = known->mirror;
     bringUpToDate();
+    if (isNew && !isBar(root)) traceMade(*mirror);
     return mirror;
 }
 
