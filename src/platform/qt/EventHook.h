@@ -14,6 +14,7 @@
 #include "platform/qt/HostQueue.h"
 #include "platform/qt/QtEvent.h"
 #include "platform/qt/QtMenuPicks.h"
+#include "platform/qt/QtPanelKeys.h"
 
 namespace velmora {
 
@@ -118,6 +119,7 @@ private:
     HeldInput held_;
     FetchWait wait_;
     QtMenuPicks picks_;
+    QtPanelKeys panelKeys_;
     QTimer leftOvers_;
     Delivery* delivery_ = nullptr;
     /// What a fetch is to have that waits under a loop of the host's own.
