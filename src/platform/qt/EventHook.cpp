@@ -98,6 +98,10 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
         } else if (menuBarMayHaveCome_ && mayBringMenuBar(receiver, event)) {
             menuBarMayHaveCome_();
         }
+        if (outcome == Outcome::Passed && QtPanelKeys::isKey(*event) &&
+            panelKeys_.deliver(*receiver, *event)) {
+            outcome = Outcome::Kept;
+        }
     });
     return outcome;
 }

@@ -14,6 +14,7 @@
 #include "platform/qt/HostQueue.h"
 #include "platform/qt/QtEvent.h"
 #include "platform/qt/QtMenuPicks.h"
+#include "platform/qt/QtPanelKeys.h"
 
 namespace velmora {
 
@@ -28,7 +29,8 @@ public:
     EventHook(QtMenuBars& menuBars, QtWindows& windows);
     ~EventHook() override;
 
-    /// Until input is taken: called when something has come that may be the first menu bar.
+    /// Until input is taken: called when something has come that may be the first window or menu
+    /// bar.
     void watchForMenuBar(std::function<void()> mayHaveCome);
 
     /// Called when the host blocks a window inside a fetch or gets input in a loop of its own
@@ -117,6 +119,7 @@ private:
     HeldInput held_;
     FetchWait wait_;
     QtMenuPicks picks_;
+    QtPanelKeys panelKeys_;
     QTimer leftOvers_;
     Delivery* delivery_ = nullptr;
     /// What a fetch is to have that waits under a loop of the host's own.

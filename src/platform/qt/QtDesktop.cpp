@@ -24,6 +24,10 @@ namespace {
 
 constexpr Time farAway = std::chrono::hours(1);
 
+/// How long after its window a host may show its menu bar and have it taken for the first main
+/// menu, in ms. One that comes later replaces what was made meanwhile.
+constexpr int patienceForBar = 200;
+
 /// When a wait has to run the timers, it is asked again after so long.
 constexpr std::chrono::milliseconds timerRetry(10);
 
@@ -65,6 +69,8 @@ QtDesktop::Session::Session() : menuBars(windows), typing(windows), hook(menuBar
         cursor.show(nullptr);
     });
     launch.setSingleShot(true);
+    patience.setSingleShot(true);
+    patience.setInterval(patienceForBar);
     timers.setSingleShot(true);
     timers.setTimerType(Qt::PreciseTimer);
 }
@@ -76,6 +82,7 @@ QtDesktop::QtDesktop()
     QObject& context = session_->context;
     QObject::connect(&session_->timers, &QTimer::timeout, &context, [this] { fireTimers(); });
     QObject::connect(&session_->launch, &QTimer::timeout, &context, [this] { tryToLaunch(); });
+    QObject::connect(&session_->patience, &QTimer::timeout, &context, [this] { launch(); });
     LoadHook::runAll();
     session_->hook.watchForMenuBar([this] { session_->launch.start(0); });
     session_->launch.start(0);
@@ -91,8 +98,19 @@ void QtDesktop::close() {
 
 void QtDesktop::tryToLaunch() {
     guarded("The launch", [this] {
+        if (session_->menuBars.hasBar()) {
+            launch();
+        } else if (!session_->patience.isActive() && session_->menuBars.hasMainMenu()) {
+            session_->patience.start();
+        }
+    });
+}
+
+void QtDesktop::launch() {
+    guarded("The launch", [this] {
         if (!session_->menuBars.hasMainMenu()) return;
         session_->launch.disconnect();
+        session_->patience.disconnect();
         session_->hook.takeInput();
         NSApp().finishLaunching();
         trace("launched");

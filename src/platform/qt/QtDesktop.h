@@ -21,7 +21,8 @@ namespace velmora {
 class QtDesktop final : public Desktop {
 public:
     /// Makes it the desktop of this process, runs the load hooks, and begins: the host has finished
-    /// launching when the first window with a menu bar is up, and nothing happens before.
+    /// launching when the first window with a menu bar is up, or one without a bar has been for a
+    /// moment; nothing happens before.
     QtDesktop();
 
     /// The host's loop has ended, or is about to: it will save what it has to save.
@@ -75,11 +76,14 @@ private:
         QtWheel wheel;
         EventHook hook;
         QTimer launch;
+        /// How much longer a menu bar may come.
+        QTimer patience;
         QTimer timers;
         bool active = false;
     };
 
     void tryToLaunch();
+    void launch();
     void applicationStateChanged();
     void fireTimers();
 

@@ -139,8 +139,9 @@ bool QtMenuKeys::isInForce(const NSMenuItem& item) const {
     if (!window || QtWindows::isOwn(*window) || isBlockedByModal(*window)) return false;
     const QAction* action = hostActionOf(item);
     if (action && action->shortcutContext() == Qt::ApplicationShortcut) return true;
-    const QMenuBar* bar = menuBars_.currentBar();
-    return bar && (!bar->parentWidget() || bar->window() == window);
+    const QWidget* root = menuBars_.currentRoot();
+    const bool isForAll = qobject_cast<const QMenuBar*>(root) && !root->parentWidget();
+    return root && (isForAll || root->window() == window);
 }
 
 QtMenuKeys::Answer QtMenuKeys::offer(QKeyEvent& shortcutOverride) {
