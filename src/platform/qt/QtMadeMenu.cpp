@@ -141,6 +141,7 @@ std::vector<QtMenuEntry> QtMadeMenu::commands(const QWidget& window) {
     const auto add = [&](QAction* action, QMenu* menu) {
         const bool own = QtOwnMenus::isOwn(*action);
         std::string title = readable({action->text(), action->toolTip()});
+        if (title.empty()) title = titleFromText(action->text());
         const bool read = !title.empty() || own || action->isSeparator();
         if (!read || !(action->isVisible() || own) || !known.insert(action).second) return;
         entries.push_back({action, action->isSeparator() ? std::string() : std::move(title), menu});
