@@ -12,6 +12,7 @@ import accessible
 import harness
 import hosts
 from harness import wait_for
+from xclient import RIGHT
 
 MNEMONIC, PREFERENCES = "^Run Mnemonic", "Preferences"
 
@@ -72,6 +73,16 @@ class PanelKeys:
                     self.open_panel(key, title)
                     self.x.keys("Escape")
                     self.back(title)
+                # Those that are typed during a stroke come after it.
+                panel = self.open_panel("ctrl+m", MNEMONIC)
+                start, end = (self.x.geometry(panel).at(*at) for at in ((0.1, 0.9), (0.9, 0.9)))
+                self.x.move(*start)
+                self.x.press(RIGHT)
+                self.x.travel([start, end], 900)
+                self.x.keys("a", "b")
+                self.x.release(RIGHT)
+                self.host.wait_says("ran Say", 2)
+                self.back(MNEMONIC)
                 # The first text has the keyboard.
                 self.open_panel("ctrl+p", PREFERENCES)
                 self.x.keys("ctrl+a", "1", "1", "Tab")

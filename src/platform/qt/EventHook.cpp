@@ -36,6 +36,7 @@ EventHook::EventHook(QtMenuBars& menuBars, QtWindows& windows)
     : menuBars_(menuBars),
       thread_(QThread::currentThreadId()),
       translator_(windows),
+      queue_(panelKeys_),
       held_(translator_) {
     leftOvers_.setSingleShot(true);
     connect(&leftOvers_, &QTimer::timeout, this, [this] { deliverLeftOvers(); });

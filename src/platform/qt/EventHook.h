@@ -115,11 +115,11 @@ private:
     std::function<void()> hostLoopBegan_;
 
     EventTranslator translator_;
+    QtPanelKeys panelKeys_;
     HostQueue queue_;
     HeldInput held_;
     FetchWait wait_;
     QtMenuPicks picks_;
-    QtPanelKeys panelKeys_;
     QTimer leftOvers_;
     Delivery* delivery_ = nullptr;
     /// What a fetch is to have that waits under a loop of the host's own.

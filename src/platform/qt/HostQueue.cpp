@@ -7,6 +7,7 @@
 #include <QScopedValueRollback>
 
 #include "platform/qt/QtGuard.h"
+#include "platform/qt/QtPanelKeys.h"
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #include <private/qevent_p.h>
@@ -24,7 +25,7 @@ public:
 
 namespace velmora {
 
-HostQueue::HostQueue() {
+HostQueue::HostQueue(QtPanelKeys& panelKeys) : panelKeys_(panelKeys) {
     timer_.setSingleShot(true);
     connect(&timer_, &QTimer::timeout, this,
             [this] { guarded("HostQueue", [this] { sendNext(); }); });
@@ -113,6 +114,7 @@ void HostQueue::sendKey(const QtOriginal& original, const QtKey& key) {
 
 void HostQueue::notify(QObject& receiver, QEvent& event) {
     QSpontaneKeyEvent::mark(event);
+    if (QtPanelKeys::isKey(event) && panelKeys_.deliver(receiver, event)) return;
     const QScopedValueRollback<const QEvent*> sending(sent_, &event);
     QCoreApplication::instance()->notify(&receiver, &event);
 }

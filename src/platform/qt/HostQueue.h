@@ -8,13 +8,15 @@
 
 namespace velmora {
 
+class QtPanelKeys;
+
 /// Events that were kept from the host and are on their way to it after all. Each is made anew and
 /// sent from the host's loop, one in a pass. The next one is scheduled before an event is sent, so
 /// that it also reaches a loop that the event opens: the release, the menu that the press brought
 /// up.
 class HostQueue final : public QObject {
 public:
-    HostQueue();
+    explicit HostQueue(QtPanelKeys& panelKeys);
 
     void append(const QtEvent& event);
 
@@ -32,6 +34,7 @@ private:
     void sendKey(const QtOriginal& original, const QtKey& key);
     void notify(QObject& receiver, QEvent& event);
 
+    QtPanelKeys& panelKeys_;
     std::deque<std::shared_ptr<const QtOriginal>> events_;
     QTimer timer_;
     const QEvent* sent_ = nullptr;

@@ -1,7 +1,7 @@
 // A host that wants all keys of its application for itself: it filters every event, takes part in
-// the delivery of each, and has shortcuts that are in force in all of its windows. While its own
-// window has the keys it lets them be. What reaches it of other windows is printed, and what its
-// commands do; what it is to do is read from standard input, a line a command:
+// the delivery of each, and has shortcuts that are in force in all of its windows. The keys of its
+// own window it lets be. What reaches it of other windows' is printed, and what its commands do;
+// what it is to do is read from standard input, a line a command:
 //
 //   filter    from here on it takes what it sees of other windows' keys
 //   quit
@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QWindow>
 
 #include "Console.h"
 
@@ -40,8 +41,9 @@ public:
 
 private:
     bool isForeign(const QObject& receiver, const QEvent& event) const {
-        const bool shown = receiver.isWidgetType() || receiver.isWindowType();
-        return isKey(event) && shown && own && !own->isActiveWindow();
+        if (!isKey(event) || !own) return false;
+        if (receiver.isWindowType()) return &receiver != own->windowHandle();
+        return receiver.isWidgetType() && static_cast<const QWidget&>(receiver).window() != own;
     }
 };
 
