@@ -177,7 +177,10 @@ EventHook::Outcome EventHook::offerToMenus(QKeyEvent& shortcutOverride, Outcome 
     Answer answer = Answer::notOurs;
     if (outcome == Outcome::Passed) answer = menuBars_.keys().offer(shortcutOverride);
     override_ = decision;
-    if (answer == Answer::taken) override_->outcome = Outcome::Kept;
+    if (answer == Answer::taken) {
+        override_->outcome = Outcome::Kept;
+        queue_.keyWasTaken();
+    }
     // An override that is kept is accepted, which keeps it from the shortcuts too.
     return answer == Answer::notOurs ? outcome : Outcome::Kept;
 }
