@@ -77,7 +77,7 @@ bool EventHook::eventFilter(QObject* receiver, QEvent* event) {
 }
 
 EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
-    if (QThread::currentThreadId() != thread_) return Outcome::Passed;
+    if (retired_ || QThread::currentThreadId() != thread_) return Outcome::Passed;
     Outcome outcome = Outcome::Passed;
     guarded("EventHook", [&] {
         menuBars_.noticeEvent(receiver, event);

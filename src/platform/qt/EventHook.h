@@ -40,6 +40,9 @@ public:
     /// From here on input goes through the layer.
     void takeInput();
 
+    /// From here on nothing is looked at any more, and every event is left to Qt.
+    void retire() { retired_ = true; }
+
     /// As Desktop::dispatchEvent: at once by leaving the event to Qt, if it is the one that the
     /// hook was called with and nothing came between; else in its turn.
     void dispatch(const QtEvent& event);
@@ -111,6 +114,7 @@ private:
     Qt::HANDLE thread_;
     bool registered_ = false;
     bool takesInput_ = false;
+    bool retired_ = false;
     std::function<void()> menuBarMayHaveCome_;
     std::function<void()> hostLoopBegan_;
 

@@ -96,8 +96,15 @@ void QtDesktop::close() {
     session_.reset();
 }
 
+void QtDesktop::leave() {
+    if (!session_) return;
+    session_->hook.retire();
+    static_cast<void>(session_.release());
+}
+
 void QtDesktop::tryToLaunch() {
     guarded("The launch", [this] {
+        if (!session_) return;
         if (session_->menuBars.hasBar()) {
             launch();
         } else if (!session_->patience.isActive() && session_->menuBars.hasMainMenu()) {
@@ -108,7 +115,7 @@ void QtDesktop::tryToLaunch() {
 
 void QtDesktop::launch() {
     guarded("The launch", [this] {
-        if (!session_->menuBars.hasMainMenu()) return;
+        if (!session_ || !session_->menuBars.hasMainMenu()) return;
         session_->launch.disconnect();
         session_->patience.disconnect();
         session_->hook.takeInput();
@@ -164,6 +171,7 @@ void QtDesktop::timersChanged(std::optional<Time> earliest) {
 }
 
 void QtDesktop::fireTimers() {
+    if (!session_) return;
     // A fetch that waits runs the timers of its own mode.
     if (session_->hook.endWait()) {
         session_->timers.start(timerRetry);

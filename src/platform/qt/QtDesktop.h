@@ -32,6 +32,10 @@ public:
     /// asked from here on gets the answers of a host without windows.
     void close();
 
+    /// The process ends. As close, but nothing of the toolkit is touched any more: what hangs on
+    /// the application object is left to the process.
+    void leave();
+
     Time now() const override;
     void wait(Time deadline) override;
     void timersChanged(std::optional<Time> earliest) override;
