@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <cstdlib>
 
+#include "platform/foundation/AddedEnvironment.h"
 #include "platform/qt/QtDesktop.h"
 #include "platform/qt/QtGuard.h"
 
@@ -29,6 +30,19 @@ void begin() {
     });
 }
 
+/// The programs that the host starts get what the session has, without what brought us into this
+/// one. The variables of a process may be changed as long as nobody else reads them: here the host
+/// is still making its application object, and the toolkit's threads read them under its lock.
+void restoreEnvironment() {
+    for (const AddedEnvironment::Change& change : AddedEnvironment::removal()) {
+        if (change.value) {
+            qputenv(change.variable.c_str(), QByteArray::fromStdString(*change.value));
+        } else {
+            qunsetenv(change.variable.c_str());
+        }
+    }
+}
+
 }  // namespace
 
 /// What the host loads, while it still makes its application object.
@@ -38,6 +52,7 @@ class Plugin final : public QGenericPlugin {
 public:
     QObject* create(const QString& key, const QString& /*specification*/) override {
         if (key.compare(QLatin1String("velmora"), Qt::CaseInsensitive) != 0) return nullptr;
+        restoreEnvironment();
         auto* seat = new QObject();
         // Before any of the host's own that hear of it.
         connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, seat, [] {
