@@ -10,6 +10,7 @@ import sqlite3
 
 # Folders of a home directory in which nothing is kept that the application would read as settings.
 PASSING = (".cache", ".runtime", "Library")
+CACHES = {"cache", "caches"}
 
 
 def files(home):
@@ -17,10 +18,12 @@ def files(home):
     found = {}
     for path in sorted(pathlib.Path(home).rglob("*")):
         name = path.relative_to(home)
-        if name.parts[0] in PASSING or path.is_symlink() or not path.is_file():
+        if name.parts[0] in PASSING or CACHES & {part.lower() for part in name.parts}:
+            continue
+        if path.is_symlink() or not path.is_file():
             continue
         for key, value in decoded(path).items():
-            found[str(name), key] = normal(value, home)
+            found[normal(str(name), home), normal(key, home)] = normal(value, home)
     return found
 
 
@@ -92,10 +95,16 @@ def normal(text, home):
 
 def differences(without, again, with_us):
     """What a run with us has otherwise than both runs without, as lines; what those two have
-    different from each other does not count."""
+    different from each other does not count, nor do files where each run makes one by chance."""
+    def folder(key):
+        return str(pathlib.PurePath(key[0]).parent)
+    varying = {folder(key) for key in set(without) ^ set(again)}
     found = []
-    for key in sorted(set(without) | set(with_us), key=str):
-        if without.get(key) == again.get(key) and without.get(key) != with_us.get(key):
-            name = ": ".join(part for part in key if part) if isinstance(key, tuple) else key
-            found.append(f"{name}: {without.get(key)} became {with_us.get(key)}")
+    for key in sorted(set(without) | set(with_us)):
+        if without.get(key) != again.get(key) or without.get(key) == with_us.get(key):
+            continue
+        if folder(key) in varying and not (key in without and key in with_us):
+            continue
+        name = ": ".join(part for part in key if part)
+        found.append(f"{name}: {without.get(key)} became {with_us.get(key)}")
     return found
