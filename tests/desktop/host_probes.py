@@ -144,6 +144,7 @@ class Host(harness.Application):
             others = [each for each in self.windows() if each != main and self.is_dialog(each)]
             if main and not others:
                 self.main = main
+                self.wait_idle()
                 return self.take_keyboard()
             for each in others:
                 self.x.close_window(each)
@@ -281,6 +282,15 @@ class Host(harness.Application):
         fields = pathlib.Path(f"/proc/{self.process.pid}/stat").read_text().rsplit(")", 1)[1].split()
         return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
+    def wait_idle(self, limit=10):
+        """Waits while it is busy, as some are with a document after their window has come."""
+        end = time.monotonic() + limit
+        while time.monotonic() < end:
+            before = self.processor_time()
+            time.sleep(0.5)
+            if self.processor_time() - before < 0.2:
+                return
+
     def idle(self, seconds=3):
         """Milliseconds of processor time a second, while nothing happens."""
         self.x.move(self.x.size().width - 1, 0)
@@ -358,8 +368,7 @@ class Session:
             self.cells[name] = {"value": "-" if value is None else "yes"}
         except (AssertionError, ValueError, OSError) as problem:
             self.cells[name] = {"value": "no", "note": str(problem)}
-            with contextlib.suppress(ValueError):
-                self.screen.x.screenshot(self.pictures / f"{self.entry.name}-{name}.png")
+            self.keep_evidence(name)
         if self.host is None:
             return
         status = self.host.process.poll()
@@ -370,6 +379,14 @@ class Session:
             self.host.close_others()
         except (AssertionError, OSError):
             self.stop()
+
+    def keep_evidence(self, name):
+        """What the screen and the log show of a probe that failed."""
+        path = self.pictures / f"{self.entry.name}-{name}"
+        with contextlib.suppress(ValueError):
+            self.screen.x.screenshot(path.with_suffix(".png"))
+        if self.host:
+            path.with_suffix(".txt").write_text("\n".join(map(str, self.host.lines()[-40:])))
 
     def stop(self):
         if self.host:
