@@ -3,6 +3,7 @@
 #include <QOpenGLContext>
 #include <QTimer>
 
+#include "platform/foundation/AddedEnvironment.h"
 #include "platform/qt/QtDesktop.h"
 #include "platform/qt/QtGuard.h"
 
@@ -46,6 +47,19 @@ void begin() {
     });
 }
 
+/// The programs that the host starts get what the session has, without what brought us into this
+/// one. The variables of a process may be changed as long as nobody else reads them: here the host
+/// is still making its application object, and the toolkit's threads read them under its lock.
+void restoreEnvironment() {
+    for (const AddedEnvironment::Change& change : AddedEnvironment::removal()) {
+        if (change.value) {
+            qputenv(change.variable.c_str(), QByteArray::fromStdString(*change.value));
+        } else {
+            qunsetenv(change.variable.c_str());
+        }
+    }
+}
+
 }  // namespace
 
 /// What the host loads, while it still makes its application object.
@@ -59,6 +73,7 @@ public:
         // gone when an application object that is a variable itself destroys the windows that are
         // left.
         QOpenGLContext::currentContext();
+        restoreEnvironment();
         auto* seat = new QObject();
         // Before any of the host's own that hear of it.
         connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, seat, [] {
