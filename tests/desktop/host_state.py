@@ -2,6 +2,7 @@
 two runs have in common."""
 
 import configparser
+import difflib
 import json
 import pathlib
 import plistlib
@@ -90,6 +91,14 @@ def output(text, home):
         # Names that are drawn by lot, numbers of processes.
         return re.sub(r"\d+", "N", re.sub(r"[\w=+-]{24,}", "ID", normal(line, home)))
     return {passing(line) for line in text.splitlines() if line.strip()}
+
+
+def said_only_with_us(without, again, with_us):
+    """The lines that neither run without us has, nor one that is much like one of those in which
+    these two differ."""
+    varying = without ^ again
+    return [line for line in sorted(with_us - without - again)
+            if not difflib.get_close_matches(line, varying, 1, 0.8)]
 
 
 def normal(text, home):
