@@ -50,7 +50,9 @@ class Views:
     def open(self):
         self.home.write_preferences((0, 1), (CONTROL_KEY, 1), drawsFeedback=False)
         self.home.write_gestures(f"host-views-qt{self.qt}", ("r", PATH),
-                                 ("d", "Context Menu: Nothing"), ("dr", "Context Menu: Tools"))
+                                 ("d", "Context Menu: Nothing"), ("dr", "Context Menu: Tools"),
+                                 *(("dl", f"Context Menu: {title}")
+                                   for title in ("Nothing", "Neither", "Delete")))
         self.host = self.start(ViewHost, self.qt)
 
     def draw(self, place, letters="r", key=None):
@@ -116,6 +118,14 @@ class Views:
         self.x.click(*self.host.place("graphics", 1), LEFT)
         self.assertEqual(self.host.tell("state"), [])
 
+    def test_several_definitions_of_one_stroke_are_one_click(self):
+        self.open()
+        for way in ("event-exec", "event-popup"):
+            self.host.tell(f"way {way}")
+            said = self.draw(self.host.place("tree", 2), "dl")
+            self.assertEqual(said.count("press"), 1 if way == "event-popup" else 2, said)
+            self.assertIn("deletes tree item2 over item2", said)
+
     def test_nothing_is_chosen_where_the_view_has_moved(self):
         """A host that waits for its menu has it opened a second time for the choice."""
         self.open()
@@ -134,6 +144,9 @@ class Views:
         said = self.draw(place)
         self.assertEqual(said, ["press", "release"])
         self.assertIn("Caught crash: no menu today", self.host.texts())
+
+        self.host.tell("way loop")
+        self.assertEqual(self.draw(place), ["press", "release"])
 
         self.host.tell("way dialog")
         mark = self.host.mark()

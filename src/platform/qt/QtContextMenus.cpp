@@ -24,8 +24,8 @@ namespace {
 /// A menu that comes later than that, in ms, is none that answers our click. The first menu of a
 /// host takes a while.
 constexpr int longestWait = 3000;
-/// So many passes of the loop a host may take until the menu comes that it has posted to itself.
-constexpr int passesToMenu = 4;
+/// So long, in ms, a host may take until the menu comes that it has posted to itself.
+constexpr int patience = 30;
 /// Until the next look at a menu that somebody of ours is at work with, in ms.
 constexpr int busyDelay = 10;
 constexpr std::size_t deepest = 12;
@@ -90,6 +90,11 @@ NSMenuItemRef contextMenuItem(const QAction& action, const std::vector<std::stri
 struct QtContextMenus::Place {
     Place(QWidget& under, QPoint point)
         : widget(&under), global(point), corner(under.mapToGlobal(QPoint())), scrolled(offset()) {}
+
+    bool operator==(const Place& other) const {
+        return widget == other.widget && global == other.global && corner == other.corner &&
+               scrolled == other.scrolled;
+    }
 
     bool isAsItWas() const {
         return widget && widget->mapToGlobal(QPoint()) == corner && offset() == scrolled;
@@ -226,9 +231,14 @@ private:
 };
 
 void QtContextMenus::Opening::waitForMenu() {
-    for (int pass = 0; pass < passesToMenu; ++pass) {
-        if (!menus.empty() || !hiding || thrown) return;
-        attempt([] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+    QTimer limit;
+    limit.setSingleShot(true);
+    limit.start(patience);
+    while (menus.empty() && hiding && !thrown && limit.isActive()) {
+        attempt([] {
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                            QEventLoop::WaitForMoreEvents);
+        });
     }
 }
 
@@ -258,8 +268,23 @@ void QtContextMenus::Opening::closeMenus() {
     }
 }
 
+/// What a click has opened, for whoever asks for the same menu before the host goes on: it sees one
+/// click, however many definitions a stroke has.
+struct QtContextMenus::Recent {
+    Place place;
+    NSMenuRef copy;
+};
+
+QtContextMenus::QtContextMenus() = default;
+QtContextMenus::~QtContextMenus() = default;
+
 NSMenuRef QtContextMenus::menuAt(QWidget& widget, QPoint global) {
-    return std::move(open(Place(widget, global), {})->copy);
+    const Place place(widget, global);
+    if (recent_ && recent_->place == place) return recent_->copy;
+    recent_ = std::make_unique<Recent>(Recent{place, std::move(open(place, {})->copy)});
+    QMetaObject::invokeMethod(
+        &context_, [this] { recent_.reset(); }, Qt::QueuedConnection);
+    return recent_->copy;
 }
 
 std::shared_ptr<QtContextMenus::Opening> QtContextMenus::open(const Place& place,
@@ -270,6 +295,7 @@ std::shared_ptr<QtContextMenus::Opening> QtContextMenus::open(const Place& place
     opening_ = opening;
     opening->choice = choice;
     opening->copy = std::make_shared<Copy>(Copy::Source{*this, place, opening}, Titles());
+    releaseLater(opening);
     {
         const Raised clicking(opening->clicking);
         opening->attempt([&] { opening->click.press(); });
@@ -292,6 +318,19 @@ void QtContextMenus::use(Opening& opening) {
         const Raised looking(opening.looking);
         opening.copy->fillFrom(*menu);
     });
+}
+
+/// A host that answers the press with a loop of its own gets the release from that loop's first
+/// pass.
+void QtContextMenus::releaseLater(const std::shared_ptr<Opening>& opening) {
+    QMetaObject::invokeMethod(
+        &context_,
+        [opening] {
+            if (!opening->clicking) return;
+            opening->pointer.reset();
+            opening->attempt([&] { opening->click.release(); });
+        },
+        Qt::QueuedConnection);
 }
 
 void QtContextMenus::settleLater(const std::shared_ptr<Opening>& opening) {

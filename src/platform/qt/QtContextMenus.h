@@ -23,6 +23,11 @@ NSMenuItemRef contextMenuItem(const QAction& action, const std::vector<std::stri
 /// ever being on the screen, is looked at or chosen from, and is closed.
 class QtContextMenus {
 public:
+    QtContextMenus();
+    ~QtContextMenus();
+    QtContextMenus(const QtContextMenus&) = delete;
+    QtContextMenus& operator=(const QtContextMenus&) = delete;
+
     /// What the context menu for a right click at the point (of the whole screen) in the widget
     /// holds: a copy, whose items run in a later pass of the loop. A menu that the host does not
     /// wait for stays open until that pass, unseen; another one is opened once more for the choice,
@@ -39,10 +44,12 @@ private:
     using Titles = std::vector<std::string>;
     struct Place;
     struct Opening;
+    struct Recent;
     class Copy;
     friend class Copy;
 
     std::shared_ptr<Opening> open(const Place& place, const Titles& choice);
+    void releaseLater(const std::shared_ptr<Opening>& opening);
     void settleLater(const std::shared_ptr<Opening>& opening);
     void settle(const std::shared_ptr<Opening>& opening);
     static void use(Opening& opening);
@@ -53,6 +60,8 @@ private:
     QObject context_;
     /// The opening whose menus are to stay unseen; null at other times.
     std::shared_ptr<Opening> opening_;
+    /// Until the next pass of the loop; null at other times.
+    std::unique_ptr<Recent> recent_;
 };
 
 }  // namespace velmora

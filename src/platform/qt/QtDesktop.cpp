@@ -128,6 +128,7 @@ void QtDesktop::launch() {
 }
 
 void QtDesktop::applicationStateChanged() {
+    if (!session_) return;
     const bool active = QGuiApplication::applicationState() == Qt::ApplicationActive;
     if (active == session_->active) return;
     session_->active = active;

@@ -294,10 +294,6 @@ void QtMenuBars::noticeWindow(QObject* receiver, QEvent::Type type) {
         hostMaySave();
         return;
     }
-    if (type == QEvent::Hide) {
-        if (menu) shownKeys_.takeOff(*menu);
-        return;
-    }
     if (type == QEvent::Show) {
         windows_.contextMenus().noticeShow(widget);
         if (menu) showKeys(*menu);

@@ -47,8 +47,10 @@ public:
             case QEvent::ActionRemoved:
                 noticeAction(receiver, static_cast<const QActionEvent&>(*event));
                 break;
-            case QEvent::Show:
             case QEvent::Hide:
+                if (shownKeys_.isShowing()) shownKeys_.takeOff(*receiver);
+                break;
+            case QEvent::Show:
             case QEvent::Close:
             case QEvent::WindowActivate: noticeWindow(receiver, event->type()); break;
             default: break;
@@ -64,6 +66,12 @@ public:
 
     /// The host may look at its actions to save their shortcuts: they are its own.
     void hostMaySave() { shownKeys_.takeOffAll(); }
+
+    /// Another window may have become active just now: its menus get what the others have before
+    /// anybody uses them.
+    void checkNewMainMenu() {
+        if (hadMain_ && lastMain_ != currentRoot()) check();
+    }
 
     /// Looks after our additions each time that the menu has been prepared for opening.
     void checkWhenOpened(QMenu& menu);

@@ -1,8 +1,7 @@
 #pragma once
 
 #include <QKeyEvent>
-#include <QMenuBar>
-#include <QPointer>
+#include <QObject>
 #include <cstdint>
 #include <vector>
 

@@ -1,6 +1,7 @@
 #include "platform/qt/RightClick.h"
 
 #include <private/qguiapplication_p.h>
+#include <cmath>
 #include <utility>
 
 #include "platform/appkit/NSApplication.h"
@@ -19,7 +20,7 @@ QWindow* windowOf(const QWidget& widget) {
 /// In milliseconds, by the window system's clock: not before the last event.
 quint64 timestamp() {
     const NSEventRef& last = NSApp().currentEvent();
-    return last ? static_cast<quint64>(last->timestamp() * 1000) : 0;
+    return last ? static_cast<quint64>(std::llround(last->timestamp() * 1000)) : 0;
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 //   way WAY        how the context menu comes from here on, with each view:
 //                      event, custom, press, release, queued, or cursor (the item that is under the
 //                      pointer by then), shift (the view moves then), followed by -exec or -popup;
-//                      actions; or, at the press, dialog or throw instead
+//                      actions; or, at the press, dialog, throw or loop instead
 //   decoy          selects the first item of each view
 //   item VIEW N    says where the view's item is: a place on the screen; item tools: the tool bar
 //   state          says what is pressed or grabbed in the toolkit's eyes
@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QDialog>
+#include <QEventLoop>
 #include <QGraphicsRectItem>
 #include <QGraphicsView>
 #include <QGridLayout>
@@ -78,6 +79,8 @@ public:
         const QString way = way_.section('-', 0, 0);
         if (way == moment) open(place);
         if (moment == "press" && way == "dialog") runDialog();
+        if (moment == "press" && way == "loop") loop_.exec();
+        if (moment == "release" && loop_.isRunning()) loop_.quit();
         if (moment == "press" && way == "throw") throw std::runtime_error("no menu today");
         if (moment != "event") return;
         if (way == "shift") {
@@ -123,6 +126,8 @@ private:
     QAbstractScrollArea& view_;
     Contents& contents_;
     QString way_;
+    /// Runs from the press to the release, as a drag does.
+    QEventLoop loop_;
 };
 
 template <class View>
