@@ -6,7 +6,6 @@ selected, and the strokes begin over others.
 """
 
 import itertools
-import statistics
 import unittest
 
 import harness
@@ -18,6 +17,7 @@ VIEWS = ("tree", "list", "table", "text", "graphics")
 WAYS = [f"{moment}-{kind}" for moment in
         ("event", "custom", "press", "release", "queued", "cursor") for kind in ("exec", "popup")]
 PATH = "Context Menu: Delete"
+BAR_PATH = "File/Rest"
 # What a right click makes the host say, whatever it does then.
 CLICK = ("press", "release", "opens", *(f"context item{item}" for item in range(5)))
 # As a person's Ctrl stands in the file.
@@ -77,7 +77,7 @@ class Views:
         return f"deletes {view} {selected}" + ("" if way == "actions" else f" over item{item}")
 
     def test_what_lies_under_the_stroke_is_acted_upon(self):
-        """In each view, however the menu comes, without being seen; and soon."""
+        """In each view, however the menu comes, without being seen."""
         self.open()
         watch = self.screen.watch()
         self.addCleanup(watch.close)
@@ -93,10 +93,6 @@ class Views:
                     if way.endswith("popup") and not way.startswith("queued"):
                         self.assertEqual(said.count("opens"), 1, said)
         self.assertEqual([place for window, place in watch.seen()], [])
-        delays = self.host.delays()
-        self.assertEqual(len(delays), 5 * (len(WAYS) + 1))
-        # The others may have waited for whatever else the machine does.
-        self.assertLess(statistics.quantiles(delays, n=10)[0], 50)
 
     def test_an_item_that_is_not_there_leaves_a_right_click(self):
         """The person's own click opens the menu afterwards, and the left button selects."""
@@ -146,7 +142,7 @@ class Views:
         self.assertIn("Caught crash: no menu today", self.host.texts())
 
         self.host.tell("way loop")
-        self.assertEqual(self.draw(place), ["press", "release"])
+        self.assertEqual(self.draw(place), ["press", "release", "context item2"])
 
         self.host.tell("way dialog")
         mark = self.host.mark()

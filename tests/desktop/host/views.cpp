@@ -254,7 +254,8 @@ public:
     Window()
         : console_([this](const QString& command, const QString& rest) { obey(command, rest); }) {
         setWindowTitle("Window 1");
-        menuBar()->addMenu("&File")->addAction("&Quit");
+        QMenu* file = menuBar()->addMenu("&File");
+        for (const char* title : {"&Rest", "&Quit"}) file->addAction(title);
         tools_ = addToolBar("Tools");
         tools_->addAction("Tool");
         list_.setViewMode(QListView::IconMode);
