@@ -231,6 +231,13 @@ class Barless:
         self.host.windows_by_number[1] = self.host.window("Window 1")
         self.host.no_window("^Login")
         self.host.activate_window(1)
+        window = self.x.geometry(self.host.windows_by_number[1])
+        self.x.click(window.x + 15, window.y + 10)
+        self.host.popup()
+        self.assertIn("Velmora", [text for text, _ in self.host.items()])
+        self.x.keys("Escape")
+        self.host.no_popups()
+        self.x.keys("Escape")
         self.assert_runs("File/Open...", "ran 1 Open...")
         self.assert_keys_work()
 

@@ -340,7 +340,7 @@ void QtMenuBars::checkWhenOpened(QMenu& menu) {
 
 void QtMenuBars::scheduleCheck() {
     // Before the first look at a menu there is nothing to keep up to date.
-    if (checkScheduled_ || mirrors_.empty()) return;
+    if (checkScheduled_ || !hadMain_) return;
     checkScheduled_ = true;
     QMetaObject::invokeMethod(
         &context_,

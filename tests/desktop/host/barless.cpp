@@ -28,6 +28,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStyle>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -245,9 +246,16 @@ private:
         auto* button = new QPushButton("Go");
         layout->addWidget(button);
         QObject::connect(button, &QPushButton::clicked, dialog, [this, dialog] {
-            openWindow()->addBar();
             dialog->close();
         });
+        // For a while nothing is left that anybody could look at, though the bar is there.
+        const auto goOn = [this] {
+            Window* window = openWindow();
+            window->hide();
+            window->addBar();
+            QTimer::singleShot(100, window, &QWidget::show);
+        };
+        QObject::connect(dialog, &QObject::destroyed, qApp, goOn, Qt::QueuedConnection);
         dialog->setGeometry(60, 60, 300, 200);
         dialog->show();
     }
