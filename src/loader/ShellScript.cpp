@@ -49,11 +49,9 @@ private:
             if (text_[++at_] != '\n') add(text_[at_]);
         } else if (c == quote_) {
             quote_ = 0;
-        } else if (quote_ == '\'') {
-            add(c);
-        } else if (c == '$') {
+        } else if (c == '$' && quote_ != '\'') {
             takeVariable();
-        } else if (quote_ == '"') {
+        } else if (quote_ != 0) {
             add(c);
         } else if (c == '"' || c == '\'') {
             quote_ = c;

@@ -13,7 +13,7 @@ import sqlite3
 PASSING = (".cache", ".runtime", "Library")
 # Larger ones are not looked into.
 LARGEST = 1 << 20
-CACHES = {"cache", "caches"}
+CACHES = {"cache", "caches", "qtwebengine"}
 
 
 def files(home):

@@ -245,9 +245,8 @@ private:
         layout->addWidget(new QLineEdit);
         auto* button = new QPushButton("Go");
         layout->addWidget(button);
-        QObject::connect(button, &QPushButton::clicked, dialog, [this, dialog] {
-            dialog->close();
-        });
+        QObject::connect(button, &QPushButton::clicked, dialog,
+                         [this, dialog] { dialog->close(); });
         // For a while nothing is left that anybody could look at, though the bar is there.
         const auto goOn = [this] {
             Window* window = openWindow();
