@@ -11,6 +11,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtMenuBars.h"
+#include "platform/qt/X11PressedWindow.h"
 
 namespace velmora {
 
@@ -81,6 +82,7 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
     Outcome outcome = Outcome::Passed;
     guarded("EventHook", [&] {
         menuBars_.noticeEvent(receiver, event);
+        forgetPressedWindow(*receiver, *event);
         if (takesInput_) {
             if (event->type() == QEvent::WindowBlocked && NSApp().isFetching() && hostLoopBegan_) {
                 hostLoopBegan_();
