@@ -170,6 +170,26 @@ class HostScrolling(ScrolledHost):
         self.wait_bars("area", (0, 73))
         self.assert_released()
 
+    def test_bars_longer_than_a_float_move_by_whole_lines(self):
+        far, most = self.places["far"], 2_000_000_000
+        self.host.tell("end")
+        # From right to left the end is on the left.
+        self.scroll(BOTH, far, (30, -30))
+        self.wait_bars("far", (most - 70, most - 70))
+        self.scroll(BOTH, far, (-3, 3))
+        self.wait_bars("far", (most - 63, most - 63))
+        # Of a third of a line what the bars cannot hold is not lost.
+        self.scroll(VERTICAL, far, *((0, -pixels) for pixels in (4, 2, 4)))
+        self.wait_bars("far", (most - 63, most - 89))
+        self.scroll(BOTH, far, (-300, 300))
+        self.wait_bars("far", (most, most))
+        self.host.tell("reset")
+        self.scroll(BOTH, far, (30, -30))
+        self.wait_bars("far", (most // 2, most // 2))
+        self.scroll(BOTH, far, (-30, 30))
+        self.wait_bars("far", (most // 2 + 70, most // 2 + 70))
+        self.assert_released()
+
     def test_in_the_corner_motion_is_motion(self):
         self.scroll(VERTICAL, self.places["area"], (0, -3))
         self.x.move(0, 0)
