@@ -418,7 +418,8 @@ class TwoScreens(ScrolledHost):
                     self.x.move_by(6, 6)
                     wait_for(lambda: self.rests_at(place), "the pointer to be where it was")
                 self.x.keys("Escape")
-                self.wait_bars("area", (200, 200))
+                # The area that was clicked, unless another one lies there.
+                wait_for(lambda: (200, 200) in self.bars().values(), "10 lines of an area", limit=5)
         self.assert_released()
 
 
