@@ -95,13 +95,17 @@ void VelmoraSettings::removeObject(const VelmoraSetting& record) {
 
 void VelmoraSettings::removeObjectsWhere(
     const std::function<bool(const VelmoraSetting&)>& unwanted) {
-    std::vector<bool> removed(settings_.size());
-    for (std::size_t i = settings_.size(); i-- > 0;) {
-        removed[i] = unwanted(*settings_[i]);
-        if (removed[i]) globalChanged_ |= settings_[i]->isGlobal();
+    std::vector<VelmoraSettingRef> kept;
+    kept.reserve(settings_.size());
+    for (auto own = settings_.rbegin(); own != settings_.rend(); ++own) {
+        if (unwanted(**own)) {
+            globalChanged_ |= (*own)->isGlobal();
+        } else {
+            kept.push_back(*own);
+        }
     }
-    std::size_t index = 0;
-    std::erase_if(settings_, [&](const VelmoraSettingRef&) { return removed[index++]; });
+    std::reverse(kept.begin(), kept.end());
+    settings_ = std::move(kept);
 }
 
 VelmoraSettingRef VelmoraSettings::objectEqualTo(const VelmoraSetting& record) const {

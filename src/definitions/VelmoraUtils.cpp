@@ -42,7 +42,7 @@ std::string VelmoraUtils::menuItemPathFor(const NSMenuItem& item) {
 }
 
 bool VelmoraUtils::mayHavePath(const NSMenuItem& item, std::string_view path) {
-    return !path.empty() && path.ends_with(withoutLeadingSlashes(item.title()));
+    return path.ends_with(withoutLeadingSlashes(item.title()));
 }
 
 }  // namespace velmora

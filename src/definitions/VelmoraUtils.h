@@ -17,8 +17,7 @@ public:
     /// The same, into a string that keeps its memory from call to call.
     static void setMenuItemPath(const NSMenuItem& item, std::string& path);
 
-    /// False for most items whose path is another one, at the cost of comparing one title. An empty
-    /// path is no item's.
+    /// False for most items whose path is another one, at the cost of comparing one title.
     static bool mayHavePath(const NSMenuItem& item, std::string_view path);
 
     /// Appends one title: exactly one "/" joins it to what stands before it, whatever slashes the

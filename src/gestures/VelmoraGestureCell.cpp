@@ -1,9 +1,13 @@
 #include "gestures/VelmoraGestureCell.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 
 #include "platform/appkit/NSColor.h"
 #include "platform/runtime/Class.h"
@@ -12,8 +16,8 @@ namespace velmora {
 
 namespace {
 
-constexpr float letterLength = 10;
-constexpr float avoidance = 2;
+constexpr int letterLength = 10;
+constexpr int avoidance = 2;
 
 constexpr NSSize smallSize{32, 32};
 constexpr float smallMargin = 2;
@@ -28,7 +32,7 @@ bool isDigit(char c) {
 /// The whole number at the beginning of the text, which is taken off together with what separates
 /// it from the next one; 0 where no digits stand.
 float takeNumber(std::string_view& text) {
-    constexpr std::int64_t most = 1'000'000'000;
+    constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max();
     const bool negative = text.starts_with('-');
     if (negative) text.remove_prefix(1);
     std::int64_t number = 0;
@@ -47,25 +51,26 @@ void addPoints(NSBezierPath& path, std::string_view list) {
     }
 }
 
-struct Direction {
+/// Whole numbers: a place of the path, or a way to go.
+struct Point {
     int x;
     int y;
 };
 
-std::optional<Direction> directionOf(char letter) {
+std::optional<Point> directionOf(char letter) {
     switch (letter) {
-        case 'l': return Direction{-1, 0};
-        case 'r': return Direction{1, 0};
-        case 'u': return Direction{0, 1};
-        case 'd': return Direction{0, -1};
+        case 'l': return Point{-1, 0};
+        case 'r': return Point{1, 0};
+        case 'u': return Point{0, 1};
+        case 'd': return Point{0, -1};
         default: return {};
     }
 }
 
 /// To which side the stroke gives way at first: the one to which it goes on each axis before it
 /// goes along the other.
-Direction firstAvoidance(std::string_view letters) {
-    Direction avoid{0, 0};
+Point firstAvoidance(std::string_view letters) {
+    Point avoid{0, 0};
     for (const char letter : letters) {
         const auto direction = directionOf(letter);
         if (!direction) continue;
@@ -78,22 +83,59 @@ Direction firstAvoidance(std::string_view letters) {
     return avoid;
 }
 
+/// The points of a path, whose coordinates are whole numbers.
+class OccupiedPoints {
+public:
+    explicit OccupiedPoints(std::size_t atMost) { points_.reserve(atMost); }
+
+    /// The point itself if it is free, else the first one that is on the way of the avoidance; it
+    /// is occupied from here on.
+    Point takeFree(Point point, Point avoid) {
+        const std::size_t way = (avoid.x > 0 ? 1 : 0) + (avoid.y > 0 ? 2 : 0);
+        int steps = 0;
+        for (const Steps* next = at(point, avoid, 0); next; next = at(point, avoid, steps)) {
+            steps += (*next)[way];
+        }
+        // Whoever comes by again has them all in one.
+        for (int done = 0; done < steps;) {
+            int& known = (*at(point, avoid, done))[way];
+            done += std::exchange(known, steps - done);
+        }
+        const Point free = along(point, avoid, steps);
+        points_.emplace(keyOf(free), Steps{1, 1, 1, 1});
+        return free;
+    }
+
+private:
+    /// For each way of avoidance: so many points from this one on are known to be occupied.
+    using Steps = std::array<int, 4>;
+
+    static Point along(Point point, Point avoid, int steps) {
+        return {point.x + avoidance * steps * avoid.x, point.y + avoidance * steps * avoid.y};
+    }
+    static std::uint64_t keyOf(Point point) {
+        return std::uint64_t{static_cast<std::uint32_t>(point.x)} << 32U |
+               static_cast<std::uint32_t>(point.y);
+    }
+    Steps* at(Point point, Point avoid, int steps) {
+        const auto found = points_.find(keyOf(along(point, avoid, steps)));
+        return found == points_.end() ? nullptr : &found->second;
+    }
+
+    std::unordered_map<std::uint64_t, Steps> points_;
+};
+
 void addLetters(NSBezierPath& path, std::string_view letters) {
-    Direction avoid = firstAvoidance(letters);
-    int x = 0;
-    int y = 0;
+    Point avoid = firstAvoidance(letters);
+    // What path_containsPoint would find, without a search through the path for each point.
+    OccupiedPoints points(letters.size() + 1);
+    Point last = points.takeFree({0, 0}, avoid);
     for (const char letter : letters) {
         const auto direction = directionOf(letter);
         if (!direction) continue;
-        NSPoint next{static_cast<float>(x) + letterLength * static_cast<float>(direction->x),
-                     static_cast<float>(y) + letterLength * static_cast<float>(direction->y)};
-        while (VelmoraGestureCell::path_containsPoint(path, next)) {
-            next.x += avoidance * static_cast<float>(avoid.x);
-            next.y += avoidance * static_cast<float>(avoid.y);
-        }
-        path.lineToPoint(next);
-        x = static_cast<int>(next.x);
-        y = static_cast<int>(next.y);
+        last = points.takeFree(
+            {last.x + letterLength * direction->x, last.y + letterLength * direction->y}, avoid);
+        path.lineToPoint({static_cast<float>(last.x), static_cast<float>(last.y)});
         if (direction->x != 0) avoid.x = direction->x;
         if (direction->y != 0) avoid.y = direction->y;
     }

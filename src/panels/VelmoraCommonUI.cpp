@@ -1,6 +1,7 @@
 #include "panels/VelmoraCommonUI.h"
 
 #include <algorithm>
+#include <set>
 #include <unordered_set>
 
 #include "panels/VelmoraGlobalFlagCell.h"
@@ -192,20 +193,20 @@ bool VelmoraCommonUI::tableView_acceptDrop_row_dropOperation(NSTableView& /*tabl
     if (!dropped || !dropped->array()) return false;
     std::vector<VelmoraSettingRef>& array = settings_->array();
     const auto count = static_cast<int>(array.size());
-    std::vector<bool> moves(array.size());
+    std::set<int> rows;
     std::vector<VelmoraSettingRef> moved;
     for (const PropertyList& number : *dropped->array()) {
         // The rows may be another table's.
         const int from = number.intValue().value_or(-1);
-        if (from < 0 || from >= count || moves[static_cast<std::size_t>(from)]) continue;
-        moves[static_cast<std::size_t>(from)] = true;
+        if (from < 0 || from >= count || !rows.insert(from).second) continue;
         moved.push_back(array[static_cast<std::size_t>(from)]);
     }
     if (moved.empty()) return false;
     int destination = std::clamp(row, 0, count);
-    destination -= static_cast<int>(std::count(moves.begin(), moves.begin() + destination, true));
-    std::size_t index = 0;
-    std::erase_if(array, [&](const VelmoraSettingRef&) { return moves[index++]; });
+    for (auto from = rows.rbegin(); from != rows.rend(); ++from) {
+        if (*from < destination) --destination;
+        array.erase(array.begin() + *from);
+    }
     array.insert(array.begin() + destination, moved.begin(), moved.end());
     for (std::size_t i = 0; i < moved.size(); ++i) {
         tableView_->selectRow_byExtendingSelection(destination + static_cast<int>(i), i > 0);

@@ -1,5 +1,8 @@
 #include "preferences/VelmoraDefaults.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "definitions/VelmoraSettingsDirectory.h"
 #include "images/VelmoraImageFactory.h"
 #include "platform/Desktop.h"
@@ -43,13 +46,14 @@ void take(const NSDictionary& from, const std::string& key, std::int32_t& field)
 
 void take(const NSDictionary& from, const std::string& key, std::uint32_t& field) {
     const PropertyList* value = from.objectForKey(key);
-    if (!value) return;
-    // All 32 bits, so that a mask with bits that are no key is written back as it was read.
-    if (const std::int64_t* number = value->integer()) {
-        field = static_cast<std::uint32_t>(*number);
-    } else if (const auto parsed = value->intValue()) {
-        field = static_cast<std::uint32_t>(*parsed);
-    }
+    const std::optional<std::int32_t> number = value ? value->intValue() : std::nullopt;
+    if (!number) return;
+    // All 32 bits, so that a mask with bits that are no key is written back as it was read; more
+    // than they hold is the most that they do.
+    field = static_cast<std::uint32_t>(*number);
+    if (*number < std::numeric_limits<std::int32_t>::max()) return;
+    constexpr double most = std::numeric_limits<std::uint32_t>::max();
+    field = static_cast<std::uint32_t>(std::min(value->doubleValue().value_or(most), most));
 }
 
 void take(const NSDictionary& from, const std::string& key, bool& field) {

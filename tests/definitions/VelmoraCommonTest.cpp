@@ -199,6 +199,15 @@ TEST(VelmoraCommonTest, ItemsAreFoundByPathElseByTheirOneAction) {
     }
 }
 
+TEST(VelmoraCommonTest, AnEmptyPathIsThatOfALeafWithoutATitleInTheBarItself) {
+    HeadlessHost host("Editor");
+    host.menu({submenu("File", {itemWithKey("Save", "save:", "2", 0), separator()}), separator()});
+    const auto component = makeComponent();
+    const VelmoraSettingRef definition = VelmoraSetting::newSetting();
+    definition->setSelector("save:");
+    EXPECT_EQ(component->findMenuItem(*definition), host.desktop().menuBar()->itemAtIndex(1));
+}
+
 TEST(VelmoraCommonTest, MenusFilledOnDemandAreSearchedOnceTheyWereUpdated) {
     HeadlessHost host("Editor");
     host.menu({submenu(

@@ -217,6 +217,25 @@ class Definitions:
         panel.keys("g", "o")
         application.wait_text("^ran", mark)
 
+    def test_escape_leaves_a_text_before_it_closes_the_panel(self):
+        application = self.open()
+        panel = self.panel(application, "Edit Text Snippets…", "Text Snippets")
+        panel.press_button("Add")
+        panel.wait_rows([["Global", "Untitled"]])
+        area = panel.find("text").area
+        for text in ("a", "ab"):
+            self.x.click(*area.at(0.5, 0.5))
+            panel.keys(text[-1])
+            wait_for(lambda: panel.find("text").text == text, "the text")
+            panel.keys("Escape")
+            # What comes now is not for the text.
+            panel.keys("Home")
+            self.assertTrue(harness.stays(
+                lambda: panel.find("text").text == text and application.window(panel.title), 0.3))
+        panel.keys("Escape")
+        application.no_window(panel.title)
+        self.assertEqual(self.saved("TextSnippets"), [])
+
     def test_texts_and_scripts_are_written_and_used(self):
         application = self.open()
         for entry, title, text in (("Edit Text Snippets…", "Text Snippets", "xyz"),

@@ -105,6 +105,17 @@ class Menus:
         self.host.tell("disable &New")
         self.assert_beeps("File/New")
 
+    def test_deep_menus_are_seen_down_to_a_limit(self):
+        def path(item):
+            return "/".join(["Deep", *map(str, range(2, item)), f"Item {item}"])
+
+        self.open(path(14), path(33), path(34))
+        self.assert_runs(path(14), "ran 1 Item 14")
+        self.assert_runs(path(33), "ran 1 Item 33")
+        self.assert_beeps(path(34))
+        deeper = [line for line in self.host.texts() if "Menus deeper than 32 levels" in line]
+        self.assertEqual(len(deeper), 1, deeper)
+
     def test_menus_that_their_opening_fills_are_filled(self):
         """An item that is not there yet beeps once; the look for it has filled the menus."""
         self.open("Lazy/First", "Lazy/Deeper/Second", "Recent/one.txt", "Fleeting/Now",

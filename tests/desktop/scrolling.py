@@ -17,8 +17,9 @@ SLOTS = {"modifiers2": 0, "mouseButton2": 2, "isEnabled2": True,
          "modifiers4": 1, "mouseButton4": 2, "isEnabled4": True,
          "modifiers6": 0, "mouseButton6": 3, "isEnabled6": True,
          "modifiers8": 0, "mouseButton8": 4, "isEnabled8": True,
-         # Ctrl and Alt alone.
-         "modifiers3": 12, "mouseButton3": -1, "isEnabled3": True}
+         # Ctrl and Alt alone, and Shift and Ctrl.
+         "modifiers3": 12, "mouseButton3": -1, "isEnabled3": True,
+         "modifiers7": 9, "mouseButton7": -1, "isEnabled7": True}
 
 
 class Scrolling(harness.DesktopTest):
@@ -65,8 +66,8 @@ class Scrolling(harness.DesktopTest):
         self.assertNothingHeld()
 
 
-class HostScrolling(Scrolling):
-    """In the host program, which tells where its bars stand."""
+class ScrolledHost(Scrolling):
+    """The host program, which tells where its bars stand."""
 
     qt = 6
 
@@ -105,11 +106,20 @@ class HostScrolling(Scrolling):
         except harness.Timeout:
             self.fail(f"{name} is at {self.bars()[name]}, not at {expected}")
 
+    def begin_by_keys(self, *keys):
+        for key in keys:
+            self.x.key_down(key)
+        self.wait_cursor(1)
+        for key in keys:
+            self.x.key_up(key)
+
     def assert_released(self):
         self.assertNothingHeld()
         self.wait_cursor(0)
         wait_for(lambda: "grab none" in self.host.tell("grab"), "the mouse to be free", limit=5)
 
+
+class HostScrolling(ScrolledHost):
     def test_each_way_scrolls_the_right_bars_by_a_step_for_three_pixels(self):
         # A list moves by whole items, so by one for three pixels; an area by 20 pixels.
         for name, way, motions, expected in (
@@ -158,6 +168,37 @@ class HostScrolling(Scrolling):
         self.host.tell("reset")
         self.scroll(VERTICAL, self.places["area"], *((0, pixels) for pixels in (4, 2, 4)))
         self.wait_bars("area", (0, 73))
+        self.assert_released()
+
+    def test_bars_longer_than_a_float_move_by_whole_lines(self):
+        far, most = self.places["far"], 2_000_000_000
+        self.host.tell("end")
+        # From right to left the end is on the left.
+        self.scroll(BOTH, far, (30, -30))
+        self.wait_bars("far", (most - 70, most - 70))
+        self.scroll(BOTH, far, (-3, 3))
+        self.wait_bars("far", (most - 63, most - 63))
+        # Of a third of a line what the bars cannot hold is not lost.
+        self.scroll(VERTICAL, far, *((0, -pixels) for pixels in (4, 2, 4)))
+        self.wait_bars("far", (most - 63, most - 89))
+        self.scroll(BOTH, far, (-300, 300))
+        self.wait_bars("far", (most, most))
+        self.host.tell("reset")
+        self.scroll(BOTH, far, (30, -30))
+        self.wait_bars("far", (most // 2, most // 2))
+        self.scroll(BOTH, far, (-30, 30))
+        self.wait_bars("far", (most // 2 + 70, most // 2 + 70))
+        self.assert_released()
+
+    def test_in_the_corner_motion_is_motion(self):
+        self.scroll(VERTICAL, self.places["area"], (0, -3))
+        self.x.move(0, 0)
+        self.begin_by_keys("ctrl", "alt")
+        for _ in range(10):
+            self.x.move_by(0, 3)
+            wait_for(lambda: self.rests_at((0, 0)), "the pointer to be where it was")
+        self.x.keys("Escape")
+        self.wait_bars("area", (0, 200))
         self.assert_released()
 
     def test_a_burst_of_motion_is_exact_and_the_pointer_stands_still(self):
@@ -347,6 +388,42 @@ class HostScrolling(Scrolling):
 
 
 class HostScrollingQt5(HostScrolling):
+    qt = 5
+
+
+class TwoScreens(ScrolledHost):
+    """Scaled, and with the pointer on the one that is not the main one."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.screen.split()
+
+    def start(self, kind, *arguments, **options):
+        return super().start(kind, *arguments, environment={"QT_SCALE_FACTOR": "2"}, **options)
+
+    def test_its_last_pixels_are_places_as_any(self):
+        # The host speaks of the toolkit's pixels.
+        x, y = (2 * each for each in self.places["area"])
+        width, height = harness.SCREEN.width // 2, harness.SCREEN.height
+        self.x.move(min(x, width - 9), y)
+        self.x.click(min(x, width - 9), y)
+        for place in ((width - 1, 501), (501, height - 1), (width - 1, height - 1), (501, 501)):
+            with self.subTest(place=place):
+                self.host.tell("reset")
+                self.x.move(*place)
+                self.begin_by_keys("shift", "ctrl")
+                self.assertTrue(self.rests_at(place))
+                for _ in range(10):
+                    self.x.move_by(6, 6)
+                    wait_for(lambda: self.rests_at(place), "the pointer to be where it was")
+                self.x.keys("Escape")
+                # The area that was clicked, unless another one lies there.
+                wait_for(lambda: (200, 200) in self.bars().values(), "10 lines of an area", limit=5)
+        self.assert_released()
+
+
+class TwoScreensQt5(TwoScreens):
     qt = 5
 
 

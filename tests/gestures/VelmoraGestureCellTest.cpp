@@ -3,6 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <iostream>
+#include <random>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/appkit/NSGraphicsContext.h"
@@ -39,7 +44,8 @@ TEST(VelmoraGestureCellTest, AStringBecomesAPathThatMeetsNoneOfItsPointsAgain) {
         {"10,20 -5,7", {{0, 0}, {10, 20}, {-5, 7}}},
         {"1-2", {{0, 0}, {1, -2}}},
         {"3", {{0, 0}, {3, 0}}},
-        {"99999999999999999999 1", {{0, 0}, {1e9F, 1}}},
+        {"2000000000,-2000000001", {{0, 0}, {2e9F, -2000000001.0F}}},
+        {"99999999999999999999 1", {{0, 0}, {2147483647.0F, 1}}},
     };
     for (const Row& row : rows) {
         VelmoraGestureCell cell;
@@ -47,6 +53,44 @@ TEST(VelmoraGestureCellTest, AStringBecomesAPathThatMeetsNoneOfItsPointsAgain) {
         EXPECT_EQ(pointsOf(cell.preprocessGesture()->elements()), row.points) << row.string;
     }
     EXPECT_EQ(VelmoraGestureCell().preprocessGesture(), nullptr);
+}
+
+TEST(VelmoraGestureCellTest, AStringOfAnyLengthIsDrawnAtOnceAndMeetsNoneOfItsPointsAgain) {
+    constexpr std::size_t length = 40'000;
+    std::minstd_rand random;
+    std::string anywhere;
+    while (anywhere.size() < length) anywhere += "udlr"[random() / 7 % 4];
+    const auto repeated = [](std::string_view piece) {
+        std::string letters;
+        while (letters.size() < length) letters += piece;
+        return letters;
+    };
+    for (const std::string& letters :
+         {anywhere, repeated("r"), repeated("lr"), repeated("rdlu"), repeated("rdrulllddu")}) {
+        SCOPED_TRACE(letters.substr(0, 10));
+        VelmoraGestureCell cell;
+        cell.initBig(false);
+        // Each point is where a search through all before it puts it.
+        cell.setStringValue(letters.substr(0, 1000));
+        const NSBezierPathRef path = cell.preprocessGesture();
+        NSBezierPath before;
+        before.moveToPoint({0, 0});
+        for (int i = 1; i < path->elementCount(); ++i) {
+            NSPoint point;
+            path->elementAtIndex_associatedPoints(i, &point);
+            ASSERT_FALSE(VelmoraGestureCell::path_containsPoint(before, point)) << i;
+            before.lineToPoint(point);
+        }
+        cell.setStringValue(letters);
+        const auto begin = std::chrono::steady_clock::now();
+        NSGraphicsContext::record([&] {
+            cell.drawInteriorWithFrame_inView({{0, 0}, {32, 32}}, nullptr);
+        });
+        const std::chrono::duration<double, std::milli> took =
+            std::chrono::steady_clock::now() - begin;
+        std::cout << letters.substr(0, 10) << ": " << took.count() << " ms\n";
+        EXPECT_LT(took.count(), 200) << "with room for a busy machine and the sanitizers";
+    }
 }
 
 TEST(VelmoraGestureCellTest, TheShapeFillsItsPlaceAndADotMarksTheStart) {

@@ -160,6 +160,36 @@ TEST(HeadlessDesktopTest, ALoopThatStillWaitsAtTheEndSeesEverythingReleasedAndTh
     EXPECT_FALSE(host.session().user().letEverythingGo());
 }
 
+TEST(HeadlessDesktopTest, ALoopThatNothingEndsIsGivenUp) {
+    for (const Time deadline : {distantFuture, Time::zero()}) {
+        HeadlessHost host;
+        host.then([deadline] {
+            while (true) {
+                NSApp().nextEventMatchingMask_untilDate_inMode_dequeue(
+                    NSAnyEventMask,
+                    deadline == distantFuture ? deadline
+                                              : desktop().now() + std::chrono::milliseconds(10),
+                    NSDefaultRunLoopMode, true);
+            }
+        });
+        EXPECT_THROW(host.run(), HeadlessSession::Endless);
+        EXPECT_LE(host.session().clock().now(), std::chrono::minutes(1));
+    }
+}
+
+TEST(HeadlessDesktopTest, WhileThePointerIsPinnedEachMotionGoesOnFromTheHand) {
+    HeadlessHost host;
+    host.moveTo(100, 100);
+    host.then([] { desktop().associateMouseAndPointer(false); });
+    host.moveBy(10, 0);
+    host.moveBy(10, -5);
+    host.run();
+    const CGMouseDelta delta = desktop().lastMouseDelta();
+    EXPECT_EQ(delta.x, 20);
+    EXPECT_EQ(delta.y, 5);
+    EXPECT_EQ(desktop().mouseLocation(), (NSPoint{100, 100}));
+}
+
 TEST(HeadlessDesktopTest, TheKeyWindowIsTheOneThatWasMadeKeyAndOnlyWhileTheHostIsActive) {
     HeadlessHost host;
     host.window(window("Front", {{0, 0}, {100, 100}}));

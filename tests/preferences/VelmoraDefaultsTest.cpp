@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -115,6 +116,42 @@ TEST(VelmoraDefaultsTest, ReadsNumbersAndTextsAndKeepsWhatIsAbsentOrOfNoUse) {
     EXPECT_EQ(defaults->flavor(), 12.5);
     EXPECT_EQ(defaults->gestureSize(), 15);
     EXPECT_EQ(defaults->modifierForIndex(0), 3U);
+}
+
+TEST(VelmoraDefaultsTest, WhatIsBeyond32BitsIsTheNearestNumberWhateverItsType) {
+    const struct {
+        const char* number;
+        std::uint32_t mask;
+        std::int32_t size;
+    } rows[] = {
+        {"96", 96, 96},
+        {"2147483648", 2147483648U, 2147483647},
+        {"4294967295", 4294967295U, 2147483647},
+        {"4294967297", 4294967295U, 2147483647},
+        {"18446744073709551615", 4294967295U, 2147483647},
+        {"-1", 4294967295U, -1},
+        {"-2147483648", 2147483648U, std::numeric_limits<std::int32_t>::min()},
+        {"-4294967297", 2147483648U, std::numeric_limits<std::int32_t>::min()},
+    };
+    for (const auto& row : rows) {
+        for (const char* type : {"integer", "real", "string"}) {
+            SCOPED_TRACE(std::string(type) + ' ' + row.number);
+            HeadlessHost host;
+            const std::string value =
+                std::string("<") + type + '>' + row.number + "</" + type + '>';
+            host.writeSettings(fileName, "<plist version=\"1.0\"><dict><key>modifiers0</key>" +
+                                             value + "<key>gestureSize</key>" + value +
+                                             "</dict></plist>");
+            const auto defaults = makeDefaults();
+            EXPECT_EQ(defaults->modifierForIndex(0), row.mask);
+            EXPECT_EQ(defaults->gestureSize(), row.size);
+            defaults->writeDefaults();
+            const auto written =
+                dictionaryWithContentsOfFile(host.files(), host.settingsFile(fileName));
+            EXPECT_EQ(*written->objectForKey("modifiers0"), PropertyList(std::int64_t{row.mask}));
+            EXPECT_EQ(*written->objectForKey("gestureSize"), PropertyList(row.size));
+        }
+    }
 }
 
 TEST(VelmoraDefaultsTest, EveryChangeIsWrittenWholeAndInForceAtOnce) {

@@ -99,7 +99,7 @@ void HeadlessHost::moveTo(float x, float y, int milliseconds) {
 
 void HeadlessHost::moveBy(float dx, float dy, int milliseconds) {
     then([this, dx, dy, milliseconds] {
-        const NSPoint here = session_.user().location();
+        const NSPoint here = session_.user().hand();
         session_.user().move({here.x + dx, here.y + dy}, ms(milliseconds));
     });
     pause(milliseconds);

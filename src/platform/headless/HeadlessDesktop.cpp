@@ -189,6 +189,24 @@ void HeadlessDesktop::removePanel(HeadlessPanel& panel) {
     std::erase(panels_, &panel);
 }
 
+HeadlessPanel* HeadlessDesktop::keyPanel() const {
+    if (panels_.empty()) return nullptr;
+    HeadlessPanel* modal = modal_.empty() ? nullptr : modal_.back();
+    const bool isShown = std::find(panels_.begin(), panels_.end(), modal) != panels_.end();
+    return isShown ? modal : panels_.back();
+}
+
+bool HeadlessDesktop::closeModalPanel() {
+    if (modal_.empty()) return false;
+    modal_.back()->userCloses();
+    return true;
+}
+
+void HeadlessDesktop::endModal(HeadlessPanel& panel) {
+    std::erase(modal_, &panel);
+    session_.loopEnded();
+}
+
 std::unique_ptr<DrawnWindowPeer> HeadlessDesktop::makeDrawnWindow(NSDrawnWindow& /*window*/) {
     return std::make_unique<HeadlessDrawnWindow>(*this);
 }

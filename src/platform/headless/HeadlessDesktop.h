@@ -88,8 +88,10 @@ public:
     /// The scroll view of that name in one of the windows, or null.
     HeadlessScrollView* scrollViewNamed(const std::string& name) const;
 
-    /// The panel of ours that takes the keys, or null.
-    HeadlessPanel* keyPanel() const { return panels_.empty() ? nullptr : panels_.back(); }
+    /// The panel of ours that takes the keys, or null: the modal one, else the frontmost.
+    HeadlessPanel* keyPanel() const;
+    /// Closes the modal panel by its title bar's button. False without one.
+    bool closeModalPanel();
 
     /// The window of ours that is only drawn and was shown last, or null.
     HeadlessDrawnWindow* drawnWindow() const {
@@ -117,9 +119,9 @@ public:
     void removePanel(HeadlessPanel& panel);
     void showDrawnWindow(HeadlessDrawnWindow& window);
     void removeDrawnWindow(HeadlessDrawnWindow& window) { std::erase(drawnWindows_, &window); }
-    /// Between the two, the panel and those shown after it are all that takes input.
+    /// Between the two, nothing else takes input but what becomes modal meanwhile.
     void beginModal(HeadlessPanel& panel) { modal_.push_back(&panel); }
-    void endModal(HeadlessPanel& panel) { std::erase(modal_, &panel); }
+    void endModal(HeadlessPanel& panel);
 
 private:
     void commandRan(NSMenuItem& item);

@@ -92,8 +92,9 @@ void HeadlessMenu::runItem(NSMenuItem& item) {
     }
 }
 
-NSMenuItemRef menuItemAtPath(const NSMenu& menu, const std::string& path) {
-    for (const NSMenuItemRef& item : menu.itemArray()) {
+NSMenuItemRef menuItemAtPath(const NSMenu& menu, const std::string& path, int first) {
+    for (int i = first; i < menu.numberOfItems(); ++i) {
+        const NSMenuItemRef& item = menu.itemAtIndex(i);
         if (item->title() == path) return item;
         if (!item->hasSubmenu()) continue;
         const std::string above = item->title() + '/';

@@ -52,8 +52,9 @@ private:
 };
 
 /// The item of that path in the menu: the titles of the menus below it and of the item itself,
-/// joined by "/"; null when there is none. Items that open a submenu can be named too.
-NSMenuItemRef menuItemAtPath(const NSMenu& menu, const std::string& path);
+/// joined by "/"; null when there is none. Items that open a submenu can be named too. Those of the
+/// menu itself before the index `first` are none.
+NSMenuItemRef menuItemAtPath(const NSMenu& menu, const std::string& path, int first = 0);
 
 /// The path by which menuItemAtPath finds the item in its outermost menu.
 std::string pathOfMenuItem(const NSMenuItem& item);

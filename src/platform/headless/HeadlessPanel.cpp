@@ -15,8 +15,12 @@ constexpr float width = 300;
 constexpr float heightWithoutRows = 40;
 constexpr float rowHeight = 24;
 
-/// The command that a key is in a field; none for a key that types.
+/// The command that a key is in a panel; none for a key that types, or that is pressed with
+/// modifiers.
 Selector commandOf(const NSEvent& key) {
+    constexpr std::uint32_t modifiers = NSShiftKeyMask | NSControlKeyMask | NSAlternateKeyMask |
+                                        NSCommandKeyMask | NSFunctionKeyMask;
+    if ((key.modifierFlags() & modifiers) != 0) return {};
     static const Selector cancel = Selector::named("cancel:");
     static const Selector newline = Selector::named("insertNewline:");
     static const Selector tab = Selector::named("insertTab:");
@@ -24,6 +28,11 @@ Selector commandOf(const NSEvent& key) {
     if (characters == "\x1B") return cancel;
     if (characters == "\r") return newline;
     return characters == "\t" ? tab : Selector();
+}
+
+/// Return and Tab, which a field of one line has no place for.
+bool isControlCharacter(const NSEvent& key) {
+    return key.fields().characters == "\r" || key.fields().characters == "\t";
 }
 
 }  // namespace
@@ -151,7 +160,10 @@ void HeadlessPanel::keyDown(const NSEventRef& event) {
         if (field->userCommanded(command)) return;
         if (!isEscape) field->userEndedEditing();
     }
-    if (isEscape) {
+    if (isEscape && area && area->isEditable()) {
+        // One key is too few to throw a text away.
+        panel_.makeFirstResponder(nullptr);
+    } else if (isEscape) {
         if (!clickButtonWithKey("\x1B")) userCloses();
     } else if (table && !command) {
         table->userPressedKey(event);
@@ -160,7 +172,7 @@ void HeadlessPanel::keyDown(const NSEventRef& event) {
         if (typeIntoText(text, *event)) area->userChangedText(text);
     } else if (command) {
         if (command.name() == "insertNewline:") clickButtonWithKey("\r");
-    } else if (field) {
+    } else if (field && !isControlCharacter(*event)) {
         std::string text = field->stringValue();
         if (typeIntoText(text, *event)) field->userChangedText(text);
     }

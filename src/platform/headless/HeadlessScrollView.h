@@ -15,7 +15,7 @@ public:
 
     const std::string& name() const { return name_; }
 
-    bool acceptsFirstResponder() override { return true; }
+    bool acceptsFirstResponder() override { return takesKeys(); }
     std::shared_ptr<NSClipView> contentView() override;
     float horizontalLineScroll() override { return line_.width; }
     float verticalLineScroll() override { return line_.height; }

@@ -1,13 +1,16 @@
 #include "platform/headless/HeadlessSession.h"
 
 #include <algorithm>
-#include <stdexcept>
+#include <utility>
 
 #include "platform/appkit/NSApplication.h"
 
 namespace velmora {
 
 namespace {
+
+/// So long a loop may go on after everything was done to end it.
+constexpr Time longestIdle = std::chrono::minutes(1);
 
 constexpr const char* settingsFolder = "/Library/Application Support/Velmora";
 
@@ -95,6 +98,7 @@ void HeadlessSession::advanceTo(Time moment) {
 void HeadlessSession::wait(Time deadline) {
     if (const std::optional<Time> next = input_.next()) {
         escapeTyped_ = false;
+        idleSince_.reset();
         if (*next < deadline) {
             advanceTo(*next);
             input_.playNext();
@@ -102,24 +106,31 @@ void HeadlessSession::wait(Time deadline) {
             advanceTo(deadline);
         }
     } else if (!endLoops()) {
-        if (deadline == distantFuture) {
-            throw std::logic_error("the host waits for ever: the user is done");
+        if (!idleSince_) idleSince_ = clock_.now();
+        if (deadline > *idleSince_ + longestIdle) {
+            throw Endless("a loop goes on for ever when nothing more is to come");
         }
         advanceTo(deadline);
     }
 }
 
 bool HeadlessSession::endLoops() {
-    if (mainLoops_ == 0 || escapeTyped_) return false;
+    if (mainLoops_ == 0) return false;
+    const char* done = "lets go of everything";
     if (!user_.letEverythingGo()) {
-        escapeTyped_ = true;
-        const Key escape = *keyNamed("escape");
-        user_.keyDown(escape);
-        user_.keyUp(escape);
+        if (!std::exchange(escapeTyped_, true)) {
+            const Key escape = *keyNamed("escape");
+            user_.keyDown(escape);
+            user_.keyUp(escape);
+            done = "types escape";
+        } else if (current()->desktop().closeModalPanel()) {
+            done = "closes the panel";
+        } else {
+            return false;
+        }
     }
     transcript_.add(clock_.now(), Transcript::Kind::note, {},
-                    escapeTyped_ ? "nothing more is to come; types escape"
-                                 : "nothing more is to come; lets go of everything");
+                    std::string("nothing more is to come; ") + done);
     return true;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,11 @@ namespace velmora {
 /// processes, of which one is current at a time.
 class HeadlessSession {
 public:
+    /// A loop of the host that nothing ends any more.
+    struct Endless : std::runtime_error {
+        using std::runtime_error::runtime_error;
+    };
+
     /// `resourceDirectory` holds the system's resources, among the machine's own files; "" for
     /// none.
     explicit HeadlessSession(std::string resourceDirectory);
@@ -55,8 +62,11 @@ public:
 
     /// Lets time pass until the deadline or the user's next action, whichever comes first; at the
     /// same moment the deadline does. A loop inside a main loop that still waits when the user is
-    /// done sees all buttons and keys released, and then Escape typed.
+    /// done sees all buttons and keys released, then Escape typed, and then its modal panel closed.
+    /// Throws Endless when it has waited for a minute after that, or would wait for ever.
     void wait(Time deadline);
+    /// A loop inside a main loop has ended: one further out, if there is one, waits now.
+    void loopEnded() { escapeTyped_ = false; }
 
 private:
     friend class HeadlessProcess;
@@ -76,6 +86,8 @@ private:
     HeadlessProcess* active_ = nullptr;
     int mainLoops_ = 0;
     bool escapeTyped_ = false;
+    /// Since when a loop has waited with nothing left that could end it.
+    std::optional<Time> idleSince_;
     std::vector<std::unique_ptr<HeadlessProcess>> processes_;
 };
 

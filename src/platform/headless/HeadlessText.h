@@ -22,7 +22,7 @@ public:
           name_(description.text->name),
           text_(description.text->contents) {}
 
-    bool acceptsFirstResponder() override { return true; }
+    bool acceptsFirstResponder() override { return takesKeys(); }
     const std::string& name() const { return name_; }
     const std::string& text() const { return text_; }
     void keyDown(const NSEvent& event) { typeIntoText(text_, event); }

@@ -28,17 +28,20 @@ protected:
                      const CommandHandler& handler)
         : frame_(description.frame),
           contextMenu_(description.contextMenu),
+          takesKeys_(description.takesKeys),
           window_(window),
           handler_(handler) {}
 
     NSViewRef hit(NSPoint point);
     NSMenuRef makeContextMenu() const;
     NSViewRef above() const;
+    bool takesKeys() const { return takesKeys_; }
     std::shared_ptr<NSWindow> ownWindow() const { return window_.lock(); }
 
 private:
     NSRect frame_;
     std::optional<ContextMenuDescription> contextMenu_;
+    bool takesKeys_;
     std::weak_ptr<NSWindow> window_;
     CommandHandler handler_;
     std::vector<std::shared_ptr<NSView>> views_;

@@ -60,6 +60,8 @@ struct ViewDescription {
     std::vector<ViewDescription> views;
     std::optional<TextDescription> text;
     std::optional<ScrollDescription> scroll;
+    /// Whether a text or scroll view can be given the keys, as others never can.
+    bool takesKeys = true;
 };
 
 /// A drawer by the frame of its window, in screen coordinates.

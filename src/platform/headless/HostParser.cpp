@@ -1,5 +1,7 @@
 #include "platform/headless/HostParser.h"
 
+#include "platform/headless/InputNames.h"
+
 namespace velmora {
 
 namespace {
@@ -11,7 +13,10 @@ ItemDescription parseCommand(ScenarioLine& line) {
         if (line.take("runs")) {
             item.action = line.word("an action");
         } else if (line.take("key")) {
-            item.keyEquivalent = line.word("a key");
+            const std::string name = line.word("a key");
+            const std::optional<Key> key = keyNamed(name);
+            if (!key) line.fail(name + " is no key");
+            item.keyEquivalent = key->characters;
             std::uint32_t flag = 0;
             while (line.takeModifier(flag)) item.keyModifiers |= flag;
         } else if (line.take("disabled")) {
@@ -71,6 +76,7 @@ bool parseView(ScenarioText& text, ScenarioLine& line, std::vector<ViewDescripti
     if (view.scroll) parseScroll(line, *view.scroll);
     if (view.text && line.take("holds")) view.text->contents = line.word("its text");
     if (view.text && line.take("focused")) view.text->focused = true;
+    if ((view.text || view.scroll) && line.take("takes no keys")) view.takesKeys = false;
     text.block(line, [&](ScenarioLine& inner) {
         if (parseContextMenu(text, inner, view.contextMenu)) return;
         if (!parseView(text, inner, view.views)) {

@@ -170,8 +170,10 @@ std::string PanelUser::actInCell(const PanelStep& step, NSTableView& table) {
     } else {
         const auto cell =
             std::dynamic_pointer_cast<NSPopUpButtonCell>(table.preparedCell(column, row));
+        // The first item of a menu that is pulled down is its face, which nobody can choose.
+        const int first = cell && cell->pullsDown() ? 1 : 0;
         const NSMenuItemRef item =
-            cell && cell->menu() ? menuItemAtPath(*cell->menu(), step.text) : nullptr;
+            cell && cell->menu() ? menuItemAtPath(*cell->menu(), step.text, first) : nullptr;
         if (!item || item->hasSubmenu()) return "there is no item " + step.text;
         HeadlessUser::clickInMenu();
         table.userChose(*item, column, row);

@@ -10,7 +10,16 @@
 namespace velmora {
 
 const std::vector<ScenarioPlayer::Fault>& ScenarioPlayer::play(const Scenario& scenario) {
-    const Statements& all = scenario.statements;
+    try {
+        playAll(scenario.statements);
+    } catch (const HeadlessSession::Endless& endless) {
+        if (!statement_) statement_ = &scenario.statements.back();
+        fail(endless.what());
+    }
+    return faults_;
+}
+
+void ScenarioPlayer::playAll(const Statements& all) {
     // A host's main loop plays what stands between two changes of the hosts that run.
     const auto changesHosts = [](const Statement& statement) {
         return std::holds_alternative<LaunchStep>(statement.what) ||
@@ -32,7 +41,6 @@ const std::vector<ScenarioPlayer::Fault>& ScenarioPlayer::play(const Scenario& s
         }
         first = last;
     }
-    return faults_;
 }
 
 void ScenarioPlayer::playPart(Statements::const_iterator first, Statements::const_iterator last) {

@@ -37,6 +37,7 @@ public:
 private:
     using Statements = std::vector<Statement>;
 
+    void playAll(const Statements& all);
     void playPart(Statements::const_iterator first, Statements::const_iterator last);
     /// Has these performed one by one before what else is to come.
     void interject(Statements::const_iterator first, Statements::const_iterator last);

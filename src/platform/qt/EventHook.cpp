@@ -25,6 +25,14 @@ bool mayBringMenuBar(const QObject* receiver, const QEvent* event) {
     return event->type() == QEvent::ActionAdded && qobject_cast<const QMenuBar*>(receiver);
 }
 
+/// What ends every loop that waits for the end of a stroke or a scrolling, without anything being
+/// run: a key.
+NSEventRef fetchEnd() {
+    NSEvent::Fields fields;
+    fields.type = NSKeyUp;
+    return std::make_shared<NSEvent>(std::move(fields));
+}
+
 /// An open menu has the keys; who waits for the end of a stroke has them before.
 bool belongsToOpenMenu(const QKeyEvent& event) {
     return !ModifierKeys::isModifierKey(event.key()) && !NSApp().isFetching() &&
@@ -84,8 +92,8 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
         menuBars_.noticeEvent(receiver, event);
         forgetPressedWindow(*receiver, *event);
         if (takesInput_) {
-            if (event->type() == QEvent::WindowBlocked && NSApp().isFetching() && hostLoopBegan_) {
-                hostLoopBegan_();
+            if (event->type() == QEvent::WindowBlocked && NSApp().isFetching()) {
+                hostLoopBegins();
             } else if (event->type() == QEvent::Shortcut) {
                 const auto& shortcut = static_cast<const QShortcutEvent&>(*event);
                 if (menuBars_.keys().isDeprived(*receiver, shortcut)) {
@@ -205,7 +213,7 @@ EventHook::Outcome EventHook::take(const QtEventRef& event) {
             wait_.wake();
             return Outcome::Kept;
         }
-        if (hostLoopBegan_) hostLoopBegan_();
+        hostLoopBegins();
         if (endsPressInDelivery(*event)) {
             forFetch_.push_back(event);
             return Outcome::Kept;
@@ -231,9 +239,12 @@ void EventHook::noteRelease(const QtEvent& event) {
     delivery_->released = true;
 }
 
+std::optional<QPointF> EventHook::pressLocation() const {
+    return delivery_ ? delivery_->pointer : std::nullopt;
+}
+
 QPointF EventHook::pointerLocation() const {
-    if (delivery_ && delivery_->pointer) return *delivery_->pointer;
-    return QCursor::pos();
+    return pressLocation().value_or(QCursor::pos());
 }
 
 bool EventHook::endsPressInDelivery(const QtEvent& event) const {
@@ -266,19 +277,18 @@ void EventHook::closeDeliveries() {
     }
 }
 
+void EventHook::hostLoopBegins() {
+    // Nothing else may come that ends a tracking; it is for the fetch that waits under the loop.
+    if (hostLoopBegan_ && hostLoopBegan_()) forFetch_.push_back(fetchEnd());
+}
+
 void EventHook::wait(Time deadline) {
     closeDeliveries();
     if (delivery_ && !delivery_->released) delivery_->pointer.reset();
     for (NSEventRef& event : std::exchange(forFetch_, {})) NSApp().postEvent(std::move(event));
     for (NSEventRef& event : held_.released(steadyNow())) NSApp().postEvent(std::move(event));
-    if (!NSApp().hasEvents() && !letHostGoOn(deadline)) endFetch();
+    if (!NSApp().hasEvents() && !letHostGoOn(deadline)) NSApp().postEvent(fetchEnd());
     if (NSApp().hasEvents()) leftOvers_.start(0);
-}
-
-void EventHook::endFetch() {
-    NSEvent::Fields fields;
-    fields.type = NSKeyUp;
-    NSApp().postEvent(std::make_shared<NSEvent>(std::move(fields)));
 }
 
 bool EventHook::letHostGoOn(Time deadline) {

@@ -34,8 +34,9 @@ public:
     void watchForMenuBar(std::function<void()> mayHaveCome);
 
     /// Called when the host blocks a window inside a fetch or gets input in a loop of its own
-    /// there, as for a dialog: the pointer and its cursor are to be the host's.
-    void watchForHostLoops(std::function<void()> began) { hostLoopBegan_ = std::move(began); }
+    /// there, as for a dialog: the pointer and its cursor are to be the host's. When it says that
+    /// somebody had the pointer, what they wait for ends with the loop.
+    void watchForHostLoops(std::function<bool()> began) { hostLoopBegan_ = std::move(began); }
 
     /// From here on input goes through the layer.
     void takeInput();
@@ -53,10 +54,6 @@ public:
     /// As Desktop::wait.
     void wait(Time deadline);
 
-    /// Posts what ends every loop that waits for the end of a stroke or a scrolling, without
-    /// anything being run: a key.
-    static void endFetch();
-
     /// Lets a wait return. False when none runs, or the host has begun a loop inside it.
     bool endWait();
 
@@ -64,6 +61,9 @@ public:
     /// that was, until something is waited for, and where the release was, once it has come; the
     /// host may have been busy, and the pointer may have gone on.
     QPointF pointerLocation() const;
+
+    /// The same while it is that of a press or a release, otherwise nothing.
+    std::optional<QPointF> pressLocation() const;
 
     /// When a mouse button was last released, by the desktop's clock.
     static std::optional<Time> lastReleaseTime();
@@ -104,6 +104,7 @@ private:
     void noteRelease(const QtEvent& event);
     bool endsPressInDelivery(const QtEvent& event) const;
     void closeDeliveries();
+    void hostLoopBegins();
     bool letHostGoOn(Time deadline);
     void deliverLeftOvers();
 
@@ -116,7 +117,7 @@ private:
     bool takesInput_ = false;
     bool retired_ = false;
     std::function<void()> menuBarMayHaveCome_;
-    std::function<void()> hostLoopBegan_;
+    std::function<bool()> hostLoopBegan_;
 
     EventTranslator translator_;
     QtPanelKeys panelKeys_;

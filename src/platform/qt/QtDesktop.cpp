@@ -65,8 +65,8 @@ bool isSet(const char* variable) {
 
 QtDesktop::Session::Session() : menuBars(windows), typing(windows), hook(menuBars, windows) {
     hook.watchForHostLoops([this] {
-        pointer.lose();
         cursor.show(nullptr);
+        return pointer.lose();
     });
     launch.setSingleShot(true);
     patience.setSingleShot(true);
@@ -150,9 +150,7 @@ Time QtDesktop::now() const {
 
 void QtDesktop::wait(Time deadline) {
     if (!session_) return;
-    session_->hook.wait(session_->pointer.isLost() ? distantPast : deadline);
-    // Whoever wanted the pointer has lost it to a loop of the host's, and nothing else may come.
-    if (session_ && session_->pointer.isLost() && !NSApp().hasEvents()) EventHook::endFetch();
+    session_->hook.wait(deadline);
     // Also before what ends the tracking: it may have come together with the last motion.
     if (session_ && session_->pointer.hasMoved()) {
         NSEvent::Fields motion;
@@ -251,7 +249,7 @@ void QtDesktop::associateMouseAndPointer(bool connected) {
     if (connected) {
         session_->pointer.release();
     } else {
-        session_->pointer.pin(session_->hook.pointerLocation());
+        session_->pointer.pin(session_->hook.pressLocation());
     }
 }
 

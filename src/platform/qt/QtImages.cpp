@@ -1,7 +1,10 @@
 #include "platform/qt/QtImages.h"
 
+#include <QBuffer>
 #include <QGuiApplication>
 #include <QImage>
+#include <QImageReader>
+#include <algorithm>
 #include <cstring>
 
 namespace velmora {
@@ -10,13 +13,22 @@ namespace {
 
 constexpr int bytesPerPixel = 4;
 
+/// In pixels. The versions of the toolkit have limits of their own, which differ.
+constexpr int largestSide = 4096;
+
 }  // namespace
 
 std::optional<Bitmap> decodeImage(std::string_view bytes) {
     if (bytes.size() > static_cast<std::size_t>(INT_MAX)) return std::nullopt;
-    const QImage decoded = QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()),
-                                            static_cast<int>(bytes.size()));
-    if (decoded.isNull()) return std::nullopt;
+    QByteArray data = QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
+    QBuffer buffer(&data);
+    QImageReader reader(&buffer);
+    const QSize size = reader.size();
+    if (std::max(size.width(), size.height()) > largestSide) return std::nullopt;
+    const QImage decoded = reader.read();
+    if (decoded.isNull() || std::max(decoded.width(), decoded.height()) > largestSide) {
+        return std::nullopt;
+    }
     const QImage image = decoded.convertToFormat(QImage::Format_RGBA8888);
     if (image.isNull()) return std::nullopt;
     Bitmap bitmap = Bitmap::blank(image.width(), image.height());

@@ -10,7 +10,8 @@
 
 namespace velmora {
 
-/// The picture in a file's bytes, in any format that the host's Qt reads; nothing when it is none.
+/// The picture in a file's bytes, in any format that the host's Qt reads; nothing when it is none,
+/// or has more than 4096 pixels a side.
 std::optional<Bitmap> decodeImage(std::string_view bytes);
 
 QPixmap pixmapFromBitmap(const Bitmap& bitmap);

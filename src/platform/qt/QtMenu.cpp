@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
+#include "platform/foundation/NSLog.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtMenuBars.h"
 #include "platform/qt/QtModality.h"
@@ -15,8 +17,14 @@ namespace velmora {
 
 namespace {
 
-/// Deeper menus are no menus.
-constexpr int deepest = 12;
+/// Deeper menus are no menus: a host may make one more for each that is looked into.
+constexpr int deepest = 32;
+
+void tellOfDeeperMenus(const std::string& path) {
+    static bool told = false;
+    if (std::exchange(told, true)) return;
+    NSLog("Menus deeper than " + std::to_string(deepest) + " levels are not seen: " + path);
+}
 
 /// What a user sees in a menu or a bar: neither hidden actions nor placeholders without a title.
 std::vector<QtMenuEntry> shownActions(const QWidget& widget) {
@@ -183,8 +191,12 @@ bool QtMenu::isWithin(const QWidget& menu) const {
 void QtMenu::takeOver(QtMenuItem& item, const QtMenuEntry& entry) {
     if (!owner_) return;
     item.setHostAction(*entry.action, entry.title, path_);
-    const bool opens = item.hostAction() && !item.isSeparatorItem() && depth_ < deepest;
+    const bool opens = item.hostAction() && !item.isSeparatorItem();
     QWidget* menu = opens ? entry.submenu.data() : nullptr;
+    if (menu && depth_ >= deepest) {
+        tellOfDeeperMenus(joinedPath(path_, item.title()));
+        menu = nullptr;
+    }
     const bool holdsItself = menu && !isWindow(menu) && isWithin(*menu);
     if (!menu || !owner_ || holdsItself) {
         item.setSubmenu(nullptr);

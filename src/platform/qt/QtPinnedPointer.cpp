@@ -18,66 +18,84 @@ QPoint pixelAt(QPointF place) {
     return {static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y()))};
 }
 
-/// The screen at the place, or the main one; null without any.
-const QScreen* screenAt(QPointF place) {
-    const QScreen* screen = QGuiApplication::screenAt(pixelAt(place));
-    return screen ? screen : QGuiApplication::primaryScreen();
+/// How many of the X server's pixels are one of the toolkit's there, in the server's coordinates.
+double scaleAt(QPoint serverPlace) {
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        if (screen->handle()->geometry().contains(serverPlace)) return screen->devicePixelRatio();
+    }
+    return qGuiApp->devicePixelRatio();
 }
 
-/// The X server's coordinates for those of the toolkit.
-QPoint nativePlace(QPointF place, const QScreen& screen) {
-    const QPointF inside = place - screen.geometry().topLeft();
-    return screen.handle()->geometry().topLeft() + (inside * screen.devicePixelRatio()).toPoint();
+/// The X server's coordinates for those of the toolkit; nothing outside the screens.
+std::optional<QPoint> serverPlaceFor(QPointF place) {
+    const QScreen* screen = QGuiApplication::screenAt(pixelAt(place));
+    if (!screen) return {};
+    const QPointF inside = place - screen->geometry().topLeft();
+    return screen->handle()->geometry().topLeft() + (inside * screen->devicePixelRatio()).toPoint();
 }
 
 }  // namespace
 
-QtPinnedPointer::QtPinnedPointer() = default;
-QtPinnedPointer::~QtPinnedPointer() = default;
+class QtPinnedPointer::Hold {
+public:
+    virtual ~Hold() = default;
 
-void QtPinnedPointer::pin(QPointF place) {
-    pinned_ = true;
-    raw_ = std::make_unique<X11RawMotion>();
-    const QScreen* screen = screenAt(place);
-    const std::optional<QPoint> start =
-        raw_->isOn() && screen ? raw_->begin() : std::optional<QPoint>();
-    if (!start) {
-        raw_.reset();
-        pixels_ = 1;
-        place_ = pixelAt(place);
-        seen_ = QCursor::pos();
-    } else {
+    /// Sets the pointer back to its place, and tells how far the mouse has moved since this was
+    /// asked last, in the toolkit's pixels.
+    virtual QPointF motion() = 0;
+};
+
+/// Has only coordinates of the X server, which can be finer than the toolkit's.
+class QtPinnedPointer::ServerHold final : public Hold {
+public:
+    /// Null where no server tells motion.
+    static std::unique_ptr<Hold> begin(std::optional<QPointF> press) {
+        auto hold = std::make_unique<ServerHold>();
         // Motion counts from that moment, so the pointer's place must be of the same.
-        pixels_ = screen->devicePixelRatio();
-        place_ = nativePlace(place, *screen);
-        seen_ = *start;
+        const std::optional<QPoint> start =
+            hold->server_.isOn() ? hold->server_.begin() : std::nullopt;
+        if (!start) return nullptr;
+        hold->scale_ = scaleAt(*start);
+        hold->place_ = hold->told_ = *start;
+        const std::optional<QPoint> pressed = press ? serverPlaceFor(*press) : std::nullopt;
+        const QPoint since = pressed ? *start - *pressed : QPoint();
         // The toolkit may have meant the pixel beside.
-        const QPoint off = seen_ - place_;
-        if (std::abs(off.x()) < pixels_ && std::abs(off.y()) < pixels_) place_ = seen_;
+        if (std::abs(since.x()) >= hold->scale_ || std::abs(since.y()) >= hold->scale_) {
+            hold->place_ = *pressed;
+            hold->first_ = since;
+        }
+        return hold;
     }
-    rest_ = QPointF(seen_ - place_) / pixels_;
-}
 
-void QtPinnedPointer::lose() {
-    if (!pinned_) return;
-    lost_ = true;
-    pinned_ = false;
-    raw_.reset();
-}
+    QPointF motion() override {
+        const auto now = server_.take();
+        if (!now) return {};
+        QPointF moved = now->motion + std::exchange(first_, {});
+        // A device that tells places goes on from where it was, not from where the pointer is put.
+        if (now->told) moved += *now->told - std::exchange(told_, *now->told);
+        if (now->pointer != place_) server_.moveTo(place_);
+        return moved / scale_;
+    }
 
-void QtPinnedPointer::release() {
-    lost_ = false;
-    if (!pinned_) return;
-    // What has moved until now shall not move the pointer.
-    motion();
-    pinned_ = false;
-    raw_.reset();
-}
+private:
+    X11RawMotion server_;
+    double scale_ = 1;
+    QPoint place_;
+    /// Where a device has told last that it is.
+    QPoint told_;
+    /// From the press to the beginning.
+    QPointF first_;
+};
 
-QPointF QtPinnedPointer::motion() {
-    if (!raw_) {
+/// Has only coordinates of the toolkit.
+class QtPinnedPointer::ToolkitHold final : public Hold {
+public:
+    explicit ToolkitHold(std::optional<QPointF> press)
+        : seen_(QCursor::pos()), place_(press ? pixelAt(*press) : seen_), first_(seen_ - place_) {}
+
+    QPointF motion() override {
         const QPoint now = QCursor::pos();
-        const QPoint moved = now - seen_;
+        const QPoint moved = now - seen_ + std::exchange(first_, {});
         seen_ = now;
         if (now == place_) return moved;
         QCursor::setPos(place_);
@@ -85,23 +103,44 @@ QPointF QtPinnedPointer::motion() {
         seen_ = QCursor::pos();
         return moved;
     }
-    const auto now = raw_->take();
-    if (!now) return {};
-    if (now->pointer != place_) raw_->moveTo(place_);
-    if (!now->isPlace) return now->motion / pixels_;
-    // A device that tells places goes on from where it was, not from where the pointer is put.
-    return QPointF(now->pointer - std::exchange(seen_, now->pointer)) / pixels_;
+
+private:
+    QPoint seen_;
+    QPoint place_;
+    /// From the press to the beginning.
+    QPoint first_;
+};
+
+QtPinnedPointer::QtPinnedPointer() = default;
+QtPinnedPointer::~QtPinnedPointer() = default;
+
+void QtPinnedPointer::pin(std::optional<QPointF> press) {
+    rest_ = {};
+    hold_ = ServerHold::begin(press);
+    if (!hold_) hold_ = std::make_unique<ToolkitHold>(press);
+}
+
+bool QtPinnedPointer::lose() {
+    const bool wasPinned = hold_ != nullptr;
+    hold_.reset();
+    return wasPinned;
+}
+
+void QtPinnedPointer::release() {
+    // What has moved until now shall not move the pointer.
+    if (hold_) hold_->motion();
+    hold_.reset();
 }
 
 bool QtPinnedPointer::hasMoved() {
-    if (!pinned_) return false;
-    rest_ += motion();
+    if (!hold_) return false;
+    rest_ += hold_->motion();
     return std::abs(rest_.x()) >= 1 || std::abs(rest_.y()) >= 1;
 }
 
 CGMouseDelta QtPinnedPointer::takeDelta() {
-    if (!pinned_) return {};
-    rest_ += motion();
+    if (!hold_) return {};
+    rest_ += hold_->motion();
     const CGMouseDelta delta{static_cast<std::int32_t>(std::trunc(rest_.x())),
                              static_cast<std::int32_t>(std::trunc(rest_.y()))};
     rest_ -= QPointF(delta.x, delta.y);

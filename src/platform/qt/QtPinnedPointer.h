@@ -3,12 +3,11 @@
 #include <QPoint>
 #include <QPointF>
 #include <memory>
+#include <optional>
 
 #include "platform/appkit/CGDirectDisplay.h"
 
 namespace velmora {
-
-class X11RawMotion;
 
 /// The pointer while the mouse does not move it. Motion is read from the X server where that tells
 /// it, and the pointer is set back to its place; elsewhere it is read off the pointer.
@@ -16,16 +15,17 @@ class QtPinnedPointer {
 public:
     QtPinnedPointer();
     ~QtPinnedPointer();
+    QtPinnedPointer(const QtPinnedPointer&) = delete;
+    QtPinnedPointer& operator=(const QtPinnedPointer&) = delete;
 
-    /// The pointer stands there from here on; what it has moved since is the first motion. The
-    /// place is the toolkit's.
-    void pin(QPointF place);
+    /// The pointer stands from here on where a button was pressed, in the toolkit's coordinates;
+    /// what it has moved since is the first motion. Without a press it stands where it is.
+    void pin(std::optional<QPointF> press);
     void release();
 
-    /// The host needs the pointer before it is released: it stays where it is.
-    void lose();
-    /// Lost, and not yet released.
-    bool isLost() const { return lost_; }
+    /// The host needs the pointer before it is released: it stays where it is. False when it is not
+    /// pinned.
+    bool lose();
 
     /// Whether there is motion to take. The toolkit tells of none that ends where it saw the
     /// pointer before, as motion often does that is set back in between.
@@ -35,18 +35,14 @@ public:
     CGMouseDelta takeDelta();
 
 private:
-    QPointF motion();
+    class Hold;
+    class ServerHold;
+    class ToolkitHold;
 
-    bool pinned_ = false;
-    bool lost_ = false;
-    /// Where it stands and where it was seen last: in the X server's pixels where that tells the
-    /// motion, which can be finer than the toolkit's; and how many of them are one of those.
-    QPoint place_;
-    QPoint seen_;
-    double pixels_ = 1;
-    /// What is not yet a whole pixel of the toolkit's.
+    /// What keeps it at its place; null while the mouse moves it.
+    std::unique_ptr<Hold> hold_;
+    /// Motion in the toolkit's pixels that has not been taken yet.
     QPointF rest_;
-    std::unique_ptr<X11RawMotion> raw_;
 };
 
 }  // namespace velmora

@@ -6,6 +6,7 @@
 #include <QVariant>
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace velmora {
 
@@ -18,20 +19,38 @@ bool isReversed(const QScrollBar& bar) {
     return bar.orientation() == Qt::Horizontal && bar.isRightToLeft();
 }
 
-/// Where what is visible begins along the bar, from the left or the top.
-float originOf(const QScrollBar& bar) {
-    const QPointF kept = bar.property(fractionMark).toPointF();
-    const bool isOurs = bar.property(fractionMark).isValid() && kept.x() == bar.value();
-    const double value = bar.value() + (isOurs ? kept.y() : 0);
-    return static_cast<float>(isReversed(bar) ? bar.minimum() + bar.maximum() - value : value);
+/// Where what is visible begins along the bar, from the left or the top: a whole number of the
+/// bar's, and from 0 to 1 more. A float would not hold it where bars are long.
+struct Origin {
+    std::int64_t whole;
+    double fraction;
+};
+
+std::int64_t sumOfEnds(const QScrollBar& bar) {
+    return std::int64_t{bar.minimum()} + bar.maximum();
 }
 
-void setOrigin(QScrollBar& bar, float place) {
-    // A bar that is not to move keeps its value also where that has more digits than the place.
-    if (place == originOf(bar)) return;
+Origin originOf(const QScrollBar& bar) {
+    const QPointF kept = bar.property(fractionMark).toPointF();
+    const bool isOurs = bar.property(fractionMark).isValid() && kept.x() == bar.value();
+    const double fraction = isOurs ? kept.y() : 0;
+    if (!isReversed(bar)) return {bar.value(), fraction};
+    const std::int64_t whole = sumOfEnds(bar) - bar.value();
+    return fraction > 0 ? Origin{whole - 1, 1 - fraction} : Origin{whole, 0};
+}
+
+/// What the document's coordinates call the origin.
+float placeOf(const Origin& origin) {
+    return static_cast<float>(origin.fraction);
+}
+
+void scrollTo(QScrollBar& bar, float place) {
+    const Origin now = originOf(bar);
+    if (place == placeOf(now)) return;
     // At the end the place may have been rounded beyond it.
-    double origin = std::clamp<double>(place, bar.minimum(), bar.maximum());
-    if (isReversed(bar)) origin = bar.minimum() + bar.maximum() - origin;
+    double origin =
+        std::clamp<double>(static_cast<double>(now.whole) + place, bar.minimum(), bar.maximum());
+    if (isReversed(bar)) origin = static_cast<double>(sumOfEnds(bar)) - origin;
     const double whole = std::floor(origin);
     // The host hears of it, and may take the bar away.
     const QPointer<QScrollBar> kept(&bar);
@@ -39,8 +58,10 @@ void setOrigin(QScrollBar& bar, float place) {
     if (kept) bar.setProperty(fractionMark, QPointF(bar.value(), origin - whole));
 }
 
-float constrained(const QScrollBar& bar, float origin) {
-    return std::clamp(origin, static_cast<float>(bar.minimum()), static_cast<float>(bar.maximum()));
+float constrained(const QScrollBar& bar, float place) {
+    const std::int64_t now = originOf(bar).whole;
+    return std::clamp(place, static_cast<float>(bar.minimum() - now),
+                      static_cast<float>(bar.maximum() - now));
 }
 
 }  // namespace
@@ -57,8 +78,8 @@ public:
 
     void scrollToPoint(NSPoint point) override {
         // The host hears of each bar's change, and may take the area away.
-        if (area_) setOrigin(*area_->horizontalScrollBar(), point.x);
-        if (area_) setOrigin(*area_->verticalScrollBar(), point.y);
+        if (area_) scrollTo(*area_->horizontalScrollBar(), point.x);
+        if (area_) scrollTo(*area_->verticalScrollBar(), point.y);
     }
 
 private:
@@ -92,7 +113,7 @@ NSRect QtScrollView::documentVisibleRect() {
     if (!area()) return {};
     const QScrollBar& across = *area()->horizontalScrollBar();
     const QScrollBar& down = *area()->verticalScrollBar();
-    return {{originOf(across), originOf(down)},
+    return {{placeOf(originOf(across)), placeOf(originOf(down))},
             {static_cast<float>(across.pageStep()), static_cast<float>(down.pageStep())}};
 }
 

@@ -7,8 +7,9 @@ class QAbstractScrollArea;
 
 namespace velmora {
 
-/// A scroll area of the host as a scroll view. The document's coordinates are the values of the
-/// scroll bars, whatever they count (pixels, lines, items), and a line is their single step.
+/// A scroll area of the host as a scroll view. The document's coordinates count what the scroll
+/// bars count (pixels, lines, items), from the value where each stands, so that they are exact
+/// however long a bar is; they move with it. A line is a bar's single step.
 class QtScrollView final : public QtViewOf<NSScrollView> {
 public:
     /// Whether the widget is a scroll area with something to scroll.

@@ -104,6 +104,9 @@ bool QtTextArea::event(QEvent* event) {
         // Another Tab than these is the text's own, or already goes where it should.
         if (leaves && key->key() == Qt::Key_Tab) return leave(true);
         if (key->key() == Qt::Key_Backtab) return leave(false);
+        // Where there is a text to lose, the panel has only the next one.
+        const bool isEscape = key->key() == Qt::Key_Escape && key->modifiers() == Qt::NoModifier;
+        if (isEscape && !isReadOnly() && leave(false)) return true;
     }
     return QPlainTextEdit::event(event);
 }

@@ -9,8 +9,8 @@
 namespace velmora {
 
 /// The widget that shows a text of several lines. Tab and Return belong to the text while it can be
-/// edited; Control-Tab goes on to the next control, Shift-Tab and Control-Shift-Tab back to the one
-/// before.
+/// edited; Control-Tab goes on to the next control, Shift-Tab, Control-Shift-Tab and Escape back to
+/// the one before.
 class QtTextArea final : public QPlainTextEdit, public ControlPeer {
 public:
     /// What the user types counts while `takesInput()`.

@@ -2,10 +2,12 @@
 
 #include <QPoint>
 #include <QPointF>
+#include <QSize>
 #include <cstdint>
 #include <deque>
 #include <map>
 #include <optional>
+#include <vector>
 
 #include "platform/qt/X11Connection.h"
 
@@ -27,11 +29,10 @@ public:
 
     struct Reading {
         QPoint pointer;
-        /// Since the last reading, or since the beginning.
+        /// What mice have moved since the last reading, or since the beginning.
         QPointF motion;
-        /// A device has told places, as a tablet does: what has moved is the pointer, the motion
-        /// says nothing.
-        bool isPlace = false;
+        /// Where a device that tells places has put the pointer meanwhile, as a tablet does.
+        std::optional<QPoint> told;
     };
     /// All that the server had before this call. Nothing when it does not answer any more.
     std::optional<Reading> take();
@@ -45,25 +46,38 @@ private:
         /// The request's number on the connection.
         std::uint32_t number = 0;
     };
+    /// What the numbers of a device's motion are. The server's own device, by which programs move
+    /// the pointer, has either.
+    enum class Mode { relative, absolute, either };
     struct Event {
         /// Of the last request that the server had seen before it.
         std::uint32_t number;
         std::uint16_t device;
-        QPointF motion;
+        QPointF numbers;
     };
     bool select();
     /// Waits for the server's answer, so that all events from before it are there; some from after
     /// it may be there too.
     Answer pointer();
     void readEvents();
-    bool isAbsolute(std::uint16_t device);
+    void readEither(const std::vector<Event>& events, Reading& reading);
+    Mode modeOf(std::uint16_t device);
+    bool isServersOwn(std::uint16_t device);
+    bool hasAbsoluteAxes(std::uint16_t device);
 
     X11OwnConnection connection_;
     std::uint8_t extension_ = 0;
+    /// The atom of the property that the server's own devices have.
+    std::uint32_t ownDeviceProperty_ = 0;
+    QSize size_;
+    /// Where the pointer was put last, or was seen at the beginning.
+    QPoint from_;
+    /// How the server's own device was understood last.
+    bool ownDeviceTellsPlaces_ = false;
     /// Motion counts from this request on.
     std::uint32_t first_ = 0;
     std::deque<Event> events_;
-    std::map<std::uint16_t, bool> absolute_;
+    std::map<std::uint16_t, Mode> modes_;
     /// The last, since finding out sets some of the others.
     bool on_;
 };

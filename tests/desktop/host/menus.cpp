@@ -73,6 +73,7 @@ public:
         fillFile();
         makeFilledMenus(*bar);
         makeToolsMenu(*bar);
+        makeDeepMenu(*bar);
         setMenuBar(bar);
     }
 
@@ -147,6 +148,14 @@ private:
         QMenu* fleeting = bar.addMenu("Fleeting");
         connect(fleeting, &QMenu::aboutToShow, this, [this, fleeting] { add(*fleeting, "Now"); });
         connect(fleeting, &QMenu::aboutToHide, fleeting, &QMenu::clear, Qt::QueuedConnection);
+    }
+
+    void makeDeepMenu(QMenuBar& bar) {
+        QMenu* menu = bar.addMenu("Deep");
+        for (int level = 2; level <= 40; ++level) {
+            add(*menu, QString("Item %1").arg(level));
+            menu = menu->addMenu(QString::number(level));
+        }
     }
 
     void makeToolsMenu(QMenuBar& bar) {

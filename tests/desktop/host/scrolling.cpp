@@ -5,6 +5,7 @@
 //   places         "place NAME X Y" for each: its middle, on the screen
 //   reset          scrolls all to their beginnings
 //   middle         scrolls all half way
+//   end            scrolls all to their ends
 //   later dialog   half a second from now, opens a dialog
 //   later delete   or deletes the window, and opens another one
 //   cursor         "cursor N": the number of cursors in force above those of the widgets
@@ -51,6 +52,18 @@ public:
     QPoint turned_;
 };
 
+/// Shows nothing of a document that is longer than most numbers are, from right to left.
+class Far : public QAbstractScrollArea {
+public:
+    Far() {
+        setLayoutDirection(Qt::RightToLeft);
+        for (QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()}) {
+            bar->setRange(1'000'000'000, 2'000'000'000);
+            bar->setSingleStep(7);
+        }
+    }
+};
+
 class Window : public QWidget {
 public:
     explicit Window(int number) {
@@ -70,9 +83,10 @@ public:
         auto* disabled = makeArea(new QLabel);
         disabled->setEnabled(false);
         add(*grid, disabled, "disabled");
+        add(*grid, new Far, "far");
         plain_ = new Plain;
         plain_->setFocusPolicy(Qt::ClickFocus);
-        grid->addWidget(plain_, 3, 0);
+        grid->addWidget(plain_, 3, 1);
         resize(700, 620);
         QTimer::singleShot(0, this, [number] { say(QString("ready %1").arg(number)); });
     }
@@ -114,7 +128,7 @@ public:
     void scrollTo(int percent) {
         for (QAbstractScrollArea* area : areas_) {
             for (QScrollBar* bar : {area->horizontalScrollBar(), area->verticalScrollBar()}) {
-                bar->setValue(bar->maximum() * percent / 100);
+                bar->setValue(static_cast<int>(qint64{bar->maximum()} * percent / 100));
             }
         }
         plain_->turned_ = {};
@@ -199,6 +213,7 @@ private:
         if (command == "places") window_->sayPlaces();
         if (command == "reset") window_->scrollTo(0);
         if (command == "middle") window_->scrollTo(50);
+        if (command == "end") window_->scrollTo(100);
         if (command == "watch") window_->watchArea();
         if (command == "throw") window_->throwOnce();
         if (command == "vanish") window_->vanishOnce();
