@@ -3,6 +3,8 @@
 #include <QTimer>
 #include <cstdlib>
 
+#include "platform/foundation/PosixUser.h"
+#include "platform/qt/HostProcess.h"
 #include "platform/qt/QtDesktop.h"
 #include "platform/qt/QtGuard.h"
 
@@ -20,6 +22,7 @@ void closeDesktop() {
 /// A host without widgets has no menus that we know, and must never get a widget.
 void begin() {
     if (desktopOfProcess || !qobject_cast<QApplication*>(QCoreApplication::instance())) return;
+    if (!isOwnUsersProcess(userHomeDirectory())) return;
     guarded("The start", [] {
         desktopOfProcess = new QtDesktop();
         qAddPostRoutine(closeDesktop);
