@@ -128,7 +128,7 @@ TEST_F(PosixFileSystemTest, AWriteThatFindsNoRoomLeavesTheOldFile) {
     struct rlimit small = before;
     small.rlim_cur = 10'000;
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    const bool written = files_.writeAtomically(path("file"), std::string(20'000, 'x'));
+    const auto written = files_.writeAtomically(path("file"), std::string(20'000, 'x'));
     ::setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, signal);
     EXPECT_FALSE(written);

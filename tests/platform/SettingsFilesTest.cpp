@@ -176,10 +176,11 @@ TEST_F(SettingsFilesTest, AFaultIsToldOnceForEachReasonUntilItHasPassed) {
         EXPECT_TRUE(settings_.read(files_, "/d/x").failed);
         EXPECT_TRUE(settings_.read(files_, "/d/x").failed);
         EXPECT_TRUE(settings_.read(files_, "/d/y").failed);
-        if (i == 0) EXPECT_THAT(host_.log(), SizeIs(1));
+        EXPECT_THAT(host_.log(), SizeIs(i < 2 ? 1 : 2));
         host_.files().setReadFails("/d", false);
         EXPECT_FALSE(settings_.read(files_, "/d/y").failed);
-        if (i > 0) EXPECT_FALSE(settings_.read(files_, "/d/x").failed);
+        if (i == 0) continue;
+        EXPECT_FALSE(settings_.read(files_, "/d/x").failed);
     }
     EXPECT_THAT(host_.log(), ElementsAre("Cannot read '/d/x' now: Input/output error",
                                          "Cannot read '/d/x' now: Input/output error"));
