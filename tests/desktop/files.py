@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """Definition and preference files that are edited outside while applications run."""
 
+import itertools
+import os
 import plistlib
 import resource
 import unittest
@@ -141,7 +143,9 @@ class Files:
         self.home.write_gestures("Velmora", ("d", self.kind.switched), ("r", self.kind.counted))
         process = application.process.pid
         limits = resource.prlimit(process, resource.RLIMIT_NOFILE)
-        resource.prlimit(process, resource.RLIMIT_NOFILE, (0, limits[1]))
+        used = {int(name) for name in os.listdir(f"/proc/{process}/fd")}
+        free = next(number for number in itertools.count() if number not in used)
+        resource.prlimit(process, resource.RLIMIT_NOFILE, (free, limits[1]))
         try:
             application.come_back()
             application.wait_text("^Cannot read ", mark)

@@ -136,6 +136,8 @@ class Preferences:
         # Ten writes, one version.
         panel.click("check box", "Gesture 1, Shift")
         self.wait_stored(modifiers0=9)
+        # The host answers when it is through with the click.
+        wait_for(lambda: panel.find("check box", "Gesture 1, Shift").is_on(), "the tick")
         [version] = history.glob("VelmoraDefaults.plist.*")
         self.assertEqual(version.read_bytes(), first)
         self.assertEqual(history.stat().st_mode & 0o777, 0o700)
@@ -156,7 +158,7 @@ class Preferences:
         preferences.mkdir()
         (preferences / "inside").write_text("x")
         panel.click("check box", "Gesture 1, On")
-        wait_for(panel.find("check box", "Gesture 1, On").is_on, "the change in the panel")
+        wait_for(lambda: panel.find("check box", "Gesture 1, On").is_on(), "the tick")
         self.assertEqual((preferences / "inside").read_text(), "x")
         self.assertEqual(len(list(history.glob("VelmoraDefaults.plist.*"))), 2)
 

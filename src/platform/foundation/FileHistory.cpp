@@ -61,11 +61,11 @@ std::vector<std::string> FileHistory::versions() const {
 
 std::string FileHistory::nextVersion() {
     if (!files_.stamp(folder_)) files_.createDirectoryAtPath(folder_);
-    const std::vector<std::string> kept = versions();
+    kept_ = versions();
     std::int64_t moment = files_.now().nanoseconds / nanosecondsInMillisecond;
     // The order of the names is that of the versions, also when the clock was set back.
-    if (!kept.empty()) moment = std::max(moment, *millisecondsOf(kept.back()) + 1);
-    return versionAt(moment);
+    if (!kept_.empty()) moment = std::max(moment, *millisecondsOf(kept_.back()) + 1);
+    return kept_.emplace_back(versionAt(moment));
 }
 
 std::optional<std::string> FileHistory::keep() {
@@ -90,8 +90,7 @@ void FileHistory::remove(const std::string& version) {
 }
 
 void FileHistory::removeOldest() {
-    const std::vector<std::string> kept = versions();
-    for (std::size_t i = 0; i + mostVersions < kept.size(); ++i) remove(kept[i]);
+    for (std::size_t i = 0; i + mostVersions < kept_.size(); ++i) remove(kept_[i]);
 }
 
 }  // namespace velmora

@@ -23,8 +23,7 @@ public:
     std::string pathOf(const std::string& version) const { return prefix_ + version; }
 
     /// Keeps what the file holds now, as its newest version, and says which; nothing on failure.
-    /// Versions beyond the most stay until removeOldest, for the case that the file is not
-    /// replaced in the end.
+    /// What was beyond the most then is removed by removeOldest, not before the file was replaced.
     std::optional<std::string> keep();
     /// The same with contents that the file might have had.
     std::optional<std::string> keep(const std::string& contents);
@@ -39,6 +38,8 @@ private:
     std::string folder_;
     std::string name_;
     std::string prefix_;
+    /// As they were found when the last one was kept, with that one.
+    std::vector<std::string> kept_;
 };
 
 }  // namespace velmora

@@ -186,6 +186,27 @@ FileReading readAll(const Descriptor& file, std::size_t limit) {
     return reading;
 }
 
+bool isRegular(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/// Gives the file the name of the target. A file system may begin to write a file to the disk when
+/// it is renamed over another one, and takes a while for that; when the two change places it does
+/// not. What is in the target's place by then goes, if it is a file.
+bool takePlace(const std::string& aside, const std::string& target, bool replaces) {
+    const auto exchange = [&] {
+        return ::renameat2(AT_FDCWD, aside.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0;
+    };
+    if (!replaces || !exchange()) return ::rename(aside.c_str(), target.c_str()) == 0;
+    if (isRegular(aside)) {
+        ::unlink(aside.c_str());
+        return true;
+    }
+    exchange();
+    return false;
+}
+
 bool copy(const std::string& from, const std::string& to) {
     const Descriptor source(
         again([&] { return ::open(from.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); }));
@@ -254,7 +275,7 @@ std::optional<FileStamp> PosixFileSystem::writeAtomically(const std::string& pat
                          (replaces ? adopt(file.get(), old) : ::fchmod(file.get(), ownerOnly) == 0);
     if (file.close() && written) {
         const auto stamp = stampOf(AT_FDCWD, aside.c_str());
-        if (stamp && ::rename(aside.c_str(), target->c_str()) == 0) return stamp;
+        if (stamp && takePlace(aside, *target, replaces)) return stamp;
     }
     ::unlink(aside.c_str());
     return std::nullopt;

@@ -88,9 +88,9 @@ bool SettingsFiles::writeContents(FileSystem& files, const std::string& contents
     const std::optional<FileStamp> there = files.stamp(path);
     if (there && there->kind != FileStamp::Kind::regular) return false;
     std::optional<std::string> kept;
-    if (there && mustBeKept(files, path, *there, contents)) kept = keep(files, path);
-    const std::optional<FileStamp> stamp = files.writeAtomically(path, contents);
     FileHistory history(files, path);
+    if (there && mustBeKept(files, path, *there, contents)) kept = keep(history, path);
+    const std::optional<FileStamp> stamp = files.writeAtomically(path, contents);
     if (!stamp) {
         if (kept) history.remove(*kept);
         return false;
@@ -117,8 +117,8 @@ bool SettingsFiles::mustBeKept(FileSystem& files, const std::string& path, const
     return files.contentsOfFile(path, PropertyListLimits::fileSize) != contents;
 }
 
-std::optional<std::string> SettingsFiles::keep(FileSystem& files, const std::string& path) {
-    std::optional<std::string> version = FileHistory(files, path).keep();
+std::optional<std::string> SettingsFiles::keep(FileHistory& history, const std::string& path) {
+    std::optional<std::string> version = history.keep();
     if (!version && !toldOfHistory_) {
         toldOfHistory_ = true;
         NSLog("Cannot keep what '" + path + "' held before in the folder History");

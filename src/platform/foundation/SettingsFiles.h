@@ -11,6 +11,8 @@
 
 namespace velmora {
 
+class FileHistory;
+
 /// The files of the settings directory as one process reads and writes them: definitions,
 /// preferences, the places of panels. Other processes may replace any of them at any time.
 ///
@@ -63,7 +65,7 @@ private:
     FileReading readContents(FileSystem& files, const std::string& path);
     bool mustBeKept(FileSystem& files, const std::string& path, const FileStamp& there,
                     const std::string& contents);
-    std::optional<std::string> keep(FileSystem& files, const std::string& path);
+    std::optional<std::string> keep(FileHistory& history, const std::string& path);
     void written(FileSystem& files, const std::string& path);
     void endPass(FileSystem& files);
     void failed(const std::string& path, const std::string& reason);
