@@ -3,12 +3,9 @@
 #include <QOpenGLContext>
 #include <QTimer>
 
-<<<<<<< HEAD
+#include "platform/foundation/AddedEnvironment.h"
 #include "platform/foundation/PosixUser.h"
 #include "platform/qt/HostProcess.h"
-=======
-#include "platform/foundation/AddedEnvironment.h"
->>>>>>> main
 #include "platform/qt/QtDesktop.h"
 #include "platform/qt/QtGuard.h"
 
