@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/file.h>
+#include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -162,6 +163,12 @@ TEST_F(PosixFileSystemTest, OnlyRegularFilesAreReadAndNothingIsWaitedFor) {
          {path("pipe"), path("link"), path(""), path("none"), std::string("/dev/zero")}) {
         EXPECT_THAT(files_.contentsOfFile(name, noLimit), Eq(std::nullopt)) << name;
     }
+    // Nor is a pipe opened: whoever waits for a reader would take us for one.
+    const Descriptor watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    ASSERT_GE(::inotify_add_watch(watch.get(), path("pipe").c_str(), IN_OPEN), 0);
+    files_.read(path("pipe"), noLimit);
+    char event[sizeof(inotify_event)];
+    EXPECT_EQ(::read(watch.get(), event, sizeof event), -1);
     // Its size is said to be 0.
     EXPECT_THAT(files_.contentsOfFile("/proc/self/status", noLimit),
                 Optional(testing::HasSubstr("Pid:")));

@@ -158,6 +158,21 @@ TEST_F(SettingsFilesTest, AWriteThatFailsLeavesTheFileAndItsHistoryAsTheyWere) {
     EXPECT_THAT(host_.log(), IsEmpty());
 }
 
+TEST_F(SettingsFilesTest, AVersionThatStoodInNoFileIsKeptAndReachesTheDisk) {
+    write(NSArray{"a"});
+    host_.advance(1);
+    settings_.keepVersion(files_, NSArray{"a"}, "/d/x");
+    EXPECT_THAT(versions(), IsEmpty()) << "the file has it";
+    settings_.keepVersion(files_, NSArray{"b"}, "/d/x");
+    EXPECT_EQ(settings_.read(files_, "/d/x").root, PropertyList(NSArray{"a"}));
+    FileHistory history(files_, "/d/x");
+    ASSERT_THAT(history.versions(), SizeIs(1));
+    const std::string version = history.pathOf(history.versions()[0]);
+    EXPECT_EQ(settings_.read(files_, version).root, PropertyList(NSArray{"b"}));
+    host_.advance(1);
+    EXPECT_EQ(host_.files().waitsFor(version), 1);
+}
+
 TEST_F(SettingsFilesTest, WhatCannotBeKeptIsReplacedAllTheSameAndToldOnce) {
     put("(old)");
     host_.files().setWriteFails("/d/History", true);

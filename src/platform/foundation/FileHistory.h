@@ -15,7 +15,7 @@ class FileHistory {
 public:
     static constexpr std::size_t mostVersions = 30;
 
-    /// Both outlive the history; the file need not exist.
+    /// The file system outlives the history; the file need not exist.
     FileHistory(FileSystem& files, const std::string& path);
 
     /// Oldest first: UTC to the millisecond, as "2026-01-31T23-59-59.999Z".
@@ -34,7 +34,7 @@ private:
     std::string nextVersion();
 
     FileSystem& files_;
-    const std::string& path_;
+    std::string path_;
     std::string folder_;
     std::string name_;
     std::string prefix_;

@@ -159,10 +159,12 @@ FileReading unreadable(const char* reason) {
     return reading;
 }
 
+constexpr const char* noFile = "it is no file";
+
 FileReading readAll(const Descriptor& file, std::size_t limit) {
     const auto stamp = stampOf(file.get(), "");
     if (!stamp) return failure(errno);
-    if (stamp->kind != FileStamp::Kind::regular) return unreadable("it is no file");
+    if (stamp->kind != FileStamp::Kind::regular) return unreadable(noFile);
     FileReading reading;
     reading.outcome = FileReading::Outcome::read;
     reading.stamp = *stamp;
@@ -249,6 +251,10 @@ std::optional<FileStamp> PosixFileSystem::stamp(const std::string& path) {
 }
 
 FileReading PosixFileSystem::read(const std::string& path, std::size_t limit) {
+    // To open a pipe would wake whoever waits to write into it.
+    const auto there = stampOf(AT_FDCWD, path.c_str());
+    if (!there) return failure(errno);
+    if (there->kind != FileStamp::Kind::regular) return unreadable(noFile);
     const Descriptor file(
         again([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
     if (!file.isOpen()) return failure(errno);

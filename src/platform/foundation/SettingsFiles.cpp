@@ -97,7 +97,8 @@ bool SettingsFiles::writeContents(FileSystem& files, const std::string& contents
     }
     if (kept) history.removeOldest();
     files_[path] = {stamp, hashOf(contents), true};
-    written(files, path);
+    if (const auto folder = files.stamp(folderOf(path))) folders_[folderOf(path)] = *folder;
+    settleAfterPass(files, path);
     return true;
 }
 
@@ -106,7 +107,10 @@ void SettingsFiles::keepVersion(FileSystem& files, const PropertyList& root,
     const std::string xml = xmlDataFromPropertyList(root);
     if (files.contentsOfFile(path, PropertyListLimits::fileSize) == xml) return;
     FileHistory history(files, path);
-    if (history.keep(xml)) history.removeOldest();
+    const std::optional<std::string> version = history.keep(xml);
+    if (!version) return;
+    history.removeOldest();
+    settleAfterPass(files, history.pathOf(*version));
 }
 
 bool SettingsFiles::mustBeKept(FileSystem& files, const std::string& path, const FileStamp& there,
@@ -126,8 +130,7 @@ std::optional<std::string> SettingsFiles::keep(FileHistory& history, const std::
     return version;
 }
 
-void SettingsFiles::written(FileSystem& files, const std::string& path) {
-    if (const auto folder = files.stamp(folderOf(path))) folders_[folderOf(path)] = *folder;
+void SettingsFiles::settleAfterPass(FileSystem& files, const std::string& path) {
     const bool isFirst = fresh_.empty();
     fresh_.insert(path);
     if (!currentDesktop()) {
@@ -140,7 +143,7 @@ void SettingsFiles::written(FileSystem& files, const std::string& path) {
 
 void SettingsFiles::endPass(FileSystem& files) {
     for (const std::string& path : std::exchange(fresh_, {})) {
-        files_[path].isFresh = false;
+        if (const auto file = files_.find(path); file != files_.end()) file->second.isFresh = false;
         files.settle(path);
     }
 }

@@ -66,7 +66,7 @@ private:
     bool mustBeKept(FileSystem& files, const std::string& path, const FileStamp& there,
                     const std::string& contents);
     std::optional<std::string> keep(FileHistory& history, const std::string& path);
-    void written(FileSystem& files, const std::string& path);
+    void settleAfterPass(FileSystem& files, const std::string& path);
     void endPass(FileSystem& files);
     void failed(const std::string& path, const std::string& reason);
 
