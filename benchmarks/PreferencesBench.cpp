@@ -1,6 +1,6 @@
-// A click on a modifier in the preferences panel, which writes the file ten times, in a directory on
-// the disk (at most 2 ms, also with 1,000 versions of other files in the history), and the wait for
-// the disk that follows it once.
+// A click on a modifier in the preferences panel, which writes the file ten times, in a directory
+// on the disk (at most 2 ms, also with 1,000 versions of other files in the history), and the wait
+// for the disk that follows it once.
 
 #include <benchmark/benchmark.h>
 
