@@ -9,7 +9,7 @@
 
 #include "Allocations.h"
 #include "definitions/VelmoraCommon.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/SettingsFiles.h"
 #include "support/HeadlessHost.h"
 
 namespace {
@@ -82,9 +82,10 @@ void merge(benchmark::State& state) {
     std::int64_t date = 1;
     for (auto _ : state) {
         state.PauseTiming();
-        writeArrayToFile(host.files(), records(count, 0), component->appSpecificSettingsFileName());
-        writeArrayToFile(host.files(), records(count, count / 2),
-                         component->globalSettingsFileName());
+        SettingsFiles::ofProcess().write(host.files(), records(count, 0),
+                                         component->appSpecificSettingsFileName());
+        SettingsFiles::ofProcess().write(host.files(), records(count, count / 2),
+                                         component->globalSettingsFileName());
         host.files().memory().setModificationDate(component->globalSettingsFileName(),
                                                   NSDate{++date});
         component->settings()->initWithContentsOfFile_forceGlobal(

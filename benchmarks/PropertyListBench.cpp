@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/foundation/MemoryFileSystem.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/SettingsFiles.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ NSArray definitions() {
 MemoryFileSystem& filesWithDefinitions() {
     static MemoryFileSystem files = [] {
         MemoryFileSystem made;
-        writeArrayToFile(made, definitions(), path);
+        SettingsFiles::ofProcess().write(made, definitions(), path);
         return made;
     }();
     return files;
@@ -64,15 +64,16 @@ void readByTheLibraryAlone(benchmark::State& state) {
 
 void readDefinitions(benchmark::State& state) {
     MemoryFileSystem& files = filesWithDefinitions();
-    const double time = measure(
-        state, [&files] { benchmark::DoNotOptimize(arrayWithContentsOfFile(files, path)); });
+    const double time = measure(state, [&files] {
+        benchmark::DoNotOptimize(SettingsFiles::ofProcess().read(files, path));
+    });
     if (libraryTime > 0) state.counters["times_library"] = time / libraryTime;
 }
 
 void writeDefinitions(benchmark::State& state) {
     MemoryFileSystem& files = filesWithDefinitions();
     const NSArray list = definitions();
-    while (state.KeepRunning()) writeArrayToFile(files, list, path);
+    while (state.KeepRunning()) SettingsFiles::ofProcess().write(files, list, path);
 }
 
 // Both in one run, since the second is measured against the first.

@@ -3,11 +3,11 @@
 #include <string>
 
 #include "definitions/VelmoraSettings.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/FileHistory.h"
 #include "platform/headless/HeadlessSession.h"
 
 /// Any bytes as a definition file: what was read is written and read again as the same records, and
-/// what could not be read as a list is set aside before it is written over.
+/// what stood there before is kept.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace velmora;
     HeadlessSession session("");
@@ -16,13 +16,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string file = session.homeDirectory() + "/Definitions.plist";
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     session.files().writeAtomically(file, bytes);
-    const bool readable = arrayWithContentsOfFile(session.files(), file).has_value();
 
     VelmoraSettings list;
     list.initWithContentsOfFile_forceGlobal(file, false);
     list.createBackup();
     list.saveSettingsWithGlobalFlag_toFile(false, file);
-    if (readable == session.files().fileExistsAtPath(file + ".broken") && size > 0) std::abort();
+    if (session.files().contentsOfFile(file) != bytes) {
+        const FileHistory history(session.files(), file);
+        const std::vector<std::string> versions = history.versions();
+        if (versions.size() != 1 ||
+            session.files().contentsOfFile(history.pathOf(versions[0])) != bytes) {
+            std::abort();
+        }
+    }
     VelmoraSettings again;
     again.initWithContentsOfFile_forceGlobal(file, false);
     if (again.count() != list.count()) std::abort();

@@ -8,7 +8,7 @@
 #include "commands/VelmoraShortcuts.h"
 #include "commands/VelmoraTriggers.h"
 #include "platform/appkit/NSApplication.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/SettingsFiles.h"
 #include "platform/headless/HeadlessSession.h"
 
 namespace {
@@ -88,7 +88,7 @@ public:
             list.emplace_back(std::move(record));
         }
         const std::string file = shortcuts_->appSpecificSettingsFileName();
-        writeArrayToFile(process_.desktop().files(), list, file);
+        SettingsFiles::ofProcess().write(process_.desktop().files(), list, file);
         process_.desktop().setOnCommand([this](NSMenuItem&) { ++ran_; });
         process_.desktop().setMenuBar(randomBar(choices));
         shortcuts_->init();

@@ -9,7 +9,6 @@
 #include "platform/Desktop.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSLog.h"
-#include "platform/foundation/PropertyListFile.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
@@ -41,7 +40,8 @@ Class& VelmoraCommon::classObject() {
 
 void VelmoraCommon::init() {
     settings_ = std::make_shared<VelmoraSettings>();
-    settings_->initWithContentsOfFile_forceGlobal(appSpecificSettingsFileName(), false);
+    ownFileIsRead_ =
+        settings_->initWithContentsOfFile_forceGlobal(appSpecificSettingsFileName(), false);
     mixinGlobals();
 }
 
@@ -65,13 +65,14 @@ std::string VelmoraCommon::appSpecificSettingsFileName() {
 
 bool VelmoraCommon::mixinGlobals() {
     const std::string file = globalSettingsFileName();
+    std::optional<NSDate> date = timeStamp_;
     if (FileSystem& files = desktop().files(); files.fileExistsAtPath(file)) {
-        const std::optional<NSDate> date = files.modificationDate(file);
+        date = files.modificationDate(file);
         if (timeStamp_ && timeStamp_ == date) return false;
-        timeStamp_ = date;
     }
     VelmoraSettings shared;
-    shared.initWithContentsOfFile_forceGlobal(file, true);
+    if (!shared.initWithContentsOfFile_forceGlobal(file, true)) return false;
+    timeStamp_ = date;
 
     // Each own record takes the first equal shared record that is left. The shared records of one
     // content are interchangeable, so counting them serves; the first ones are those taken.
@@ -79,6 +80,8 @@ bool VelmoraCommon::mixinGlobals() {
     Counts left;
     for (const VelmoraSettingRef& record : shared.array()) ++left[record.get()];
     Counts taken;
+    std::vector<VelmoraSettingRef> held;
+    if (ui_) held = settings_->array();
     settings_->removeObjectsWhere([&](const VelmoraSetting& own) {
         if (!own.isGlobal()) return false;
         const auto found = left.find(&own);
@@ -87,6 +90,10 @@ bool VelmoraCommon::mixinGlobals() {
         ++taken[found->first];
         return false;
     });
+    // What an open panel has changed stands in no file.
+    if (settings_->array().size() < held.size()) {
+        VelmoraSettings::keepVersion(held, appSpecificSettingsFileName());
+    }
     std::vector<VelmoraSettingRef> added;
     for (const VelmoraSettingRef& record : shared.array()) {
         const auto found = taken.find(record.get());
@@ -101,9 +108,22 @@ bool VelmoraCommon::mixinGlobals() {
 }
 
 void VelmoraCommon::checkGlobals() {
+    readOwnFileAgain();
     if (!mixinGlobals()) return;
     globalsChanged();
     if (ui_) message<void()>(*ui_, Selector::named("updateDisplay"));
+}
+
+void VelmoraCommon::readOwnFileAgain() {
+    if (ownFileIsRead_ || ui_) return;
+    VelmoraSettings own;
+    if (!own.initWithContentsOfFile_forceGlobal(appSpecificSettingsFileName(), false)) return;
+    ownFileIsRead_ = true;
+    // The shared records have their places in the own file.
+    settings_->array() = std::move(own.array());
+    timeStamp_.reset();
+    mixinGlobals();
+    activateSettings();
 }
 
 void VelmoraCommon::showPanel() {
@@ -151,6 +171,7 @@ void VelmoraCommon::save() {
 }
 
 void VelmoraCommon::saveLocal() {
+    ownFileIsRead_ = true;
     settings_->saveSettingsWithGlobalFlag_toFile(false, appSpecificSettingsFileName());
 }
 

@@ -41,10 +41,12 @@ public:
     std::string appSpecificSettingsFileName();
 
     /// Merges the shared file if it changed since the last time: global records that it no longer
-    /// holds leave the list, new ones join its end. True when records joined.
+    /// holds leave the list, new ones join its end. True when records joined. A file that cannot be
+    /// read for a reason that may pass is merged the next time.
     bool mixinGlobals();
 
-    /// mixinGlobals; when records joined, globalsChanged, and an open panel shows them.
+    /// mixinGlobals; when records joined, globalsChanged, and an open panel shows them. Before that
+    /// the own file is read, if init could not for such a reason, and activated.
     void checkGlobals();
 
     /// The first definition with exactly that trigger, or null; null for no or an empty trigger.
@@ -98,7 +100,11 @@ protected:
     bool weakMatchUnique = true;
 
 private:
+    void readOwnFileAgain();
+
     std::optional<NSDate> timeStamp_;
+    /// Or written, so that there is nothing more to learn from it.
+    bool ownFileIsRead_ = false;
     std::shared_ptr<VelmoraSettings> settings_;
     Id ui_;
     bool updatingMenu_ = false;

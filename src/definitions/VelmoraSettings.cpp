@@ -5,25 +5,39 @@
 
 #include "platform/Desktop.h"
 #include "platform/foundation/NSLog.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/SettingsFiles.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
+
+namespace {
+
+NSArray dictionariesOf(const std::vector<VelmoraSettingRef>& records, bool globalOnly) {
+    NSArray array;
+    array.reserve(records.size());
+    for (const VelmoraSettingRef& record : records) {
+        if (!globalOnly || record->isGlobal()) array.emplace_back(record->dictionary());
+    }
+    return array;
+}
+
+}  // namespace
 
 Class& VelmoraSettings::classObject() {
     static auto* object = new Class("VelmoraSettings", &NSObject::classObject());
     return *object;
 }
 
-void VelmoraSettings::initWithContentsOfFile_forceGlobal(const std::optional<std::string>& path,
+bool VelmoraSettings::initWithContentsOfFile_forceGlobal(const std::optional<std::string>& path,
                                                          bool forceGlobal) {
     settings_.clear();
     settings_.reserve(16);
     settingsBackup_.reset();
     globalChanged_ = false;
-    std::optional<NSArray> array;
-    if (path) array = arrayWithContentsOfFile(desktop().files(), *path);
-    if (!array) return;
+    if (!path) return true;
+    SettingsFiles::Reading reading = SettingsFiles::ofProcess().read(desktop().files(), *path);
+    NSArray* array = reading.array();
+    if (!array) return !reading.failed;
     settings_.reserve(array->size());
     for (PropertyList& element : *array) {
         if (NSDictionary* dictionary = element.dictionary()) {
@@ -31,6 +45,7 @@ void VelmoraSettings::initWithContentsOfFile_forceGlobal(const std::optional<std
                 VelmoraSetting::newWithDictionary_forceGlobal(std::move(*dictionary), forceGlobal));
         }
     }
+    return true;
 }
 
 void VelmoraSettings::createBackup() {
@@ -115,14 +130,15 @@ VelmoraSettingRef VelmoraSettings::objectEqualTo(const VelmoraSetting& record) c
     return nullptr;
 }
 
+void VelmoraSettings::keepVersion(const std::vector<VelmoraSettingRef>& records,
+                                  const std::string& path) {
+    SettingsFiles::ofProcess().keepVersion(desktop().files(), dictionariesOf(records, false), path);
+}
+
 void VelmoraSettings::saveSettingsWithGlobalFlag_toFile(bool globalOnly,
                                                         const std::string& path) const {
-    NSArray array;
-    array.reserve(settings_.size());
-    for (const VelmoraSettingRef& record : settings_) {
-        if (!globalOnly || record->isGlobal()) array.emplace_back(record->dictionary());
-    }
-    if (!writeArrayToFile(desktop().files(), array, path)) {
+    if (!SettingsFiles::ofProcess().write(desktop().files(), dictionariesOf(settings_, globalOnly),
+                                          path)) {
         NSLog("Failed to write '" + path + "'!");
     }
 }

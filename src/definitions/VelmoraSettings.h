@@ -20,8 +20,9 @@ public:
     Class& isa() const override { return classObject(); }
 
     /// Reads a definition file; without a path, or when the file is missing, unreadable or no
-    /// array, the list is empty. Elements that are no dictionaries are passed over.
-    void initWithContentsOfFile_forceGlobal(const std::optional<std::string>& path,
+    /// array, the list is empty. Elements that are no dictionaries are passed over. False, with an
+    /// empty list, when the state of the machine is in the way and the file may well hold records.
+    bool initWithContentsOfFile_forceGlobal(const std::optional<std::string>& path,
                                             bool forceGlobal);
 
     /// Copies every record aside, in place of an earlier backup.
@@ -64,6 +65,9 @@ public:
     /// Writes the records, with the flag the global ones only. A failure is a line in the log and
     /// changes nothing.
     void saveSettingsWithGlobalFlag_toFile(bool globalOnly, const std::string& path) const;
+
+    /// Adds a list that was not written to the file to the file's history.
+    static void keepVersion(const std::vector<VelmoraSettingRef>& records, const std::string& path);
 
 private:
     std::vector<VelmoraSettingRef> settings_;

@@ -1,14 +1,14 @@
 #include "loader/SettingsCommands.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
-#include <optional>
 
+#include "loader/SettingsDirectory.h"
 #include "loader/SettingsFile.h"
 #include "platform/foundation/PosixFileSystem.h"
+#include "platform/foundation/PropertyListGuard.h"
 
 namespace velmora {
 
@@ -16,35 +16,36 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t largestFile = 256U << 20U;
+constexpr const char* preferencesName = "VelmoraDefaults.plist";
 
-/// As the plug-in has it in every application.
-std::string settingsDirectory() {
-    const char* home = std::getenv("HOME");
-    return std::string(home ? home : "") + "/Library/Application Support/Velmora";
-}
-
-std::vector<std::string> settingsFiles() {
+/// Sorted. Empty, with the reason, when the directory cannot be read.
+std::vector<std::string> settingsFiles(std::string* reason = nullptr) {
     std::vector<std::string> paths;
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(settingsDirectory(), error)) {
+    for (const auto& entry : fs::directory_iterator(settingsDirectoryOfUser(), error)) {
         const std::string name = entry.path().filename().string();
         if (SettingsFile::named(name).kind != SettingsFile::Kind::Other) {
             paths.push_back(entry.path().string());
         }
     }
     std::sort(paths.begin(), paths.end());
+    if (error && reason) *reason = error.message();
     return paths;
 }
 
-/// Nothing when the file itself cannot be read.
-std::optional<FileReport> check(const std::string& path) {
+/// A file that is not there or not to be read has that as its one problem.
+FileReport check(const std::string& path) {
     PosixFileSystem files;
     std::error_code error;
     const std::string absolute = fs::absolute(path, error).string();
-    const std::optional<std::string> contents = files.contentsOfFile(absolute, largestFile);
-    if (!contents) return std::nullopt;
-    return checkSettings(SettingsFile::named(fs::path(path).filename().string()), *contents);
+    const FileReading reading = files.read(absolute, PropertyListLimits::fileSize);
+    if (reading.outcome == FileReading::Outcome::read) {
+        return checkSettings(SettingsFile::named(fs::path(path).filename().string()),
+                             reading.contents);
+    }
+    FileReport report;
+    report.problems.push_back("cannot be read: " + reading.reason);
+    return report;
 }
 
 std::string described(const SettingsFile& file, const FileReport& report) {
@@ -66,32 +67,38 @@ std::string described(const SettingsFile& file, const FileReport& report) {
 
 int listSettings() {
     const std::vector<std::string> paths = settingsFiles();
-    std::cout << settingsDirectory() << (paths.empty() ? ": no files\n" : ":\n");
+    std::cout << settingsDirectoryOfUser() << (paths.empty() ? ": no files\n" : ":\n");
     std::size_t width = 0;
     for (const std::string& path : paths) {
         width = std::max(width, fs::path(path).filename().string().size());
     }
     for (const std::string& path : paths) {
         const std::string name = fs::path(path).filename().string();
-        const std::optional<FileReport> report = check(path);
+        const FileReport report = check(path);
         std::cout << "  " << std::left << std::setw(static_cast<int>(width)) << name << "  "
-                  << (report ? described(SettingsFile::named(name), *report) : "cannot be read")
+                  << (report.isReadable ? described(SettingsFile::named(name), report)
+                                        : report.problems.front())
                   << '\n';
     }
     return 0;
 }
 
 int checkSettingsFiles(std::vector<std::string> paths) {
-    if (paths.empty()) paths = settingsFiles();
     bool good = true;
-    for (const std::string& path : paths) {
-        const std::optional<FileReport> report = check(path);
-        if (!report) {
-            std::cout << path << ": cannot be read\n";
+    if (paths.empty()) {
+        std::string reason;
+        paths = settingsFiles(&reason);
+        const std::string preferences = settingsPathOf(preferencesName);
+        if (!reason.empty()) {
+            std::cout << settingsDirectoryOfUser() << ": cannot be read: " << reason << '\n';
             good = false;
-            continue;
+        } else if (!std::count(paths.begin(), paths.end(), preferences)) {
+            std::cout << preferences << ": is missing, so no button or key begins anything\n";
+            good = false;
         }
-        for (const std::string& problem : report->problems) {
+    }
+    for (const std::string& path : paths) {
+        for (const std::string& problem : check(path).problems) {
             std::cout << path << ": " << problem << '\n';
             good = false;
         }

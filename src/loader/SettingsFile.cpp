@@ -180,8 +180,10 @@ FileReport checkSettings(const SettingsFile& file, std::string_view contents) {
     const NSArray* records = root->array();
     const NSDictionary* values = root->dictionary();
     if (records && file.kind != SettingsFile::Kind::Preferences) {
+        report.isReadable = true;
         checker.definitions(file, *records);
     } else if (values && file.kind != SettingsFile::Kind::Definitions) {
+        report.isReadable = true;
         checker.preferences(*values);
     } else if (file.kind == SettingsFile::Kind::Definitions) {
         report.problems.emplace_back("holds no array of definitions");

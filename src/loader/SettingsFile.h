@@ -22,6 +22,8 @@ struct SettingsFile {
 
 /// What a check found in a file.
 struct FileReport {
+    /// Whether it is the property list that it should be, whatever is wrong inside.
+    bool isReadable = false;
     /// Of definitions; 0 for preferences.
     int count = 0;
     /// A sentence each, with the place in the file; none in a good file.

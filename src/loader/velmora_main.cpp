@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "loader/HistoryCommands.h"
 #include "loader/RunCommand.h"
 #include "loader/SettingsCommands.h"
 
@@ -15,6 +16,9 @@ void printUsage(std::ostream& out) {
     out << "usage: velmora run APPLICATION [ARGUMENTS]   start an application with Velmora in it\n"
            "       velmora list                          show the files with your definitions\n"
            "       velmora check [FILE...]               look for mistakes in them, or in FILEs\n"
+           "       velmora history [FILE...]             show what they held before, and what "
+           "changed\n"
+           "       velmora restore FILE VERSION          bring a version back\n"
            "       velmora --version\n"
            "       velmora --help\n"
            "\n"
@@ -44,6 +48,8 @@ int main(int count, char** arguments) {
     const std::vector<std::string> rest(words.begin() + 1, words.end());
     if (command == "run") return run(rest);
     if (command == "check") return velmora::checkSettingsFiles(rest);
+    if (command == "history") return velmora::listHistory(rest);
+    if (command == "restore" && rest.size() == 2) return velmora::restoreVersion(rest[0], rest[1]);
     if (rest.empty()) {
         if (command == "list") return velmora::listSettings();
         if (command == "--version") {

@@ -7,7 +7,7 @@
 #include "images/VelmoraImageFactory.h"
 #include "platform/Desktop.h"
 #include "platform/appkit/NSEvent.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/SettingsFiles.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
@@ -100,8 +100,10 @@ bool VelmoraDefaults::readDefaults() {
     if (!files.fileExistsAtPath(file)) return false;
     const std::optional<NSDate> date = files.modificationDate(file);
     if (timeStamp_ && timeStamp_ == date) return false;
+    SettingsFiles::Reading reading = SettingsFiles::ofProcess().read(files, file);
+    if (reading.failed) return false;
     timeStamp_ = date;
-    if (const auto dictionary = dictionaryWithContentsOfFile(files, file)) readFrom(*dictionary);
+    if (const NSDictionary* dictionary = reading.dictionary()) readFrom(*dictionary);
     return true;
 }
 
@@ -136,7 +138,7 @@ NSDictionary VelmoraDefaults::dictionary() const {
 }
 
 void VelmoraDefaults::writeDefaults() {
-    writeDictionaryToFile(desktop().files(), dictionary(), globalDefaultsFileName());
+    SettingsFiles::ofProcess().write(desktop().files(), dictionary(), globalDefaultsFileName());
 }
 
 void VelmoraDefaults::checkDefaults() {

@@ -35,7 +35,8 @@ public:
     void addMenuItem(const NSMenuItemRef& item);
 
     /// Reads the file if it changed since the last reading. True when it was read, also when it
-    /// could not be parsed: its fields then keep their values, as those of absent keys do.
+    /// could not be parsed: its fields then keep their values, as those of absent keys do. False
+    /// when the state of the machine is in the way; it is then read the next time.
     bool readDefaults();
     /// Writes all fields. The outcome is not checked.
     void writeDefaults();

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/foundation/FileHistory.h"
 #include "platform/runtime/Class.h"
 #include "support/HeadlessHost.h"
 
@@ -137,15 +138,76 @@ TEST(VelmoraCommonTest, SavingWritesTheSharedFileOnlyWhenTheSharedSetChanged) {
     EXPECT_EQ(shared.objectAtIndex(0)->trigger(), "Z");
 }
 
-TEST(VelmoraCommonTest, AnUnreadableFileIsSetAsideBeforeItIsWrittenOver) {
+TEST(VelmoraCommonTest, WhatCannotBeReadForAReasonThatMayPassIsReadAtTheNextActivation) {
     HeadlessHost host("Editor");
-    host.writeSettings(ownFile, "( { Trigger = half");
+    host.writeSettings(ownFile, file("bA"));
+    host.writeSettings(sharedFile, file("AC"));
+    for (const char* name : {ownFile, sharedFile}) {
+        host.files().setReadFails(host.settingsFile(name), true);
+    }
     const auto component = makeComponent();
-    EXPECT_EQ(component->settings()->count(), 0);
+    component->checkGlobals();
+    EXPECT_EQ(triggersOf(*component), "");
+    EXPECT_EQ(component->activated, 0);
+    EXPECT_EQ(host.log(), std::vector<std::string>{"Cannot read '" + host.settingsFile(ownFile) +
+                                                   "' now: Input/output error"});
+
+    host.files().setReadFails(host.settingsFile(sharedFile), false);
+    component->checkGlobals();
+    EXPECT_EQ(triggersOf(*component), "AC");
+    host.files().setReadFails(host.settingsFile(ownFile), false);
+    component->checkGlobals();
+    EXPECT_EQ(triggersOf(*component), "bAC") << "in the order that the user gave them";
+    EXPECT_EQ(component->activated, 1);
+    const int reads = host.files().readsOf(host.settingsFile(ownFile));
+    component->checkGlobals();
+    EXPECT_EQ(host.files().readsOf(host.settingsFile(ownFile)), reads);
+
+    // Once it has been read, a fault takes nothing away, and the date counts as not seen.
+    host.writeSettings(sharedFile, file("D"));
+    host.files().setReadFails(host.settingsFile(sharedFile), true);
+    component->checkGlobals();
+    EXPECT_EQ(triggersOf(*component), "bAC");
+    EXPECT_FALSE(component->settings()->globalChanged());
+    host.files().setReadFails(host.settingsFile(sharedFile), false);
+    component->checkGlobals();
+    EXPECT_EQ(triggersOf(*component), "bD");
+}
+
+TEST(VelmoraCommonTest, WhatWasAcceptedInAPanelIsNotReplacedByAFileThatIsReadLater) {
+    HeadlessHost host("Editor");
+    host.writeSettings(ownFile, file("a"));
+    host.files().setReadFails(host.settingsFile(ownFile), true);
+    const auto component = makeComponent();
     component->settings()->addObject();
-    component->save();
-    EXPECT_EQ(host.readSettings("EditorThings.plist.broken"), "( { Trigger = half");
-    EXPECT_EQ(makeComponent()->settings()->count(), 1);
+    component->settings()->objectAtIndex(0)->setTrigger("z");
+    component->storeAndActivateSettings();
+    host.files().setReadFails(host.settingsFile(ownFile), false);
+    component->checkGlobals();
+    EXPECT_EQ(triggersOf(*component), "z");
+    const FileHistory history(host.files(), host.settingsFile(ownFile));
+    ASSERT_EQ(history.versions().size(), 1U);
+    EXPECT_EQ(host.files().contentsOfFile(history.pathOf(history.versions()[0])), file("a"));
+}
+
+TEST(VelmoraCommonTest, ASettingsDirectoryThatIsGoneTakesNothingAway) {
+    HeadlessHost host("Editor");
+    host.writeSettings(sharedFile, file("A"));
+    const auto component = makeComponent();
+    const std::string folder = host.settingsFile("").substr(0, host.settingsFile("").size() - 1);
+    host.files().remove(host.settingsFile(sharedFile));
+    ASSERT_TRUE(host.files().remove(folder));
+    component->checkGlobals();
+    component->checkGlobals();
+    EXPECT_EQ(triggersOf(*component), "A");
+    EXPECT_EQ(host.log().size(), 1U);
+    // One that has its files again is used, and so is one that was saved to.
+    host.writeSettings(sharedFile, file("AB"));
+    component->checkGlobals();
+    EXPECT_EQ(triggersOf(*component), "AB");
+    host.files().remove(host.settingsFile(sharedFile));
+    component->checkGlobals();
+    EXPECT_EQ(triggersOf(*component), "");
 }
 
 TEST(VelmoraCommonTest, FindsTheFirstDefinitionOfExactlyThatTrigger) {

@@ -73,7 +73,7 @@ TEST(VelmoraSettingsTest, TheSharedFileGetsTheGlobalRecordsOnly) {
         EXPECT_EQ(read.count() > 0 && read.array().back()->isGlobal(), globalOnly);
     }
     fill(list, "").saveSettingsWithGlobalFlag_toFile(false, host.settingsFile("Empty.plist"));
-    EXPECT_EQ(arrayWithContentsOfFile(host.files(), host.settingsFile("Empty.plist")), NSArray());
+    EXPECT_EQ(propertyListFromData(host.readSettings("Empty.plist").value()), NSArray());
 }
 
 TEST(VelmoraSettingsTest, AFailedWriteIsALineInTheLogAndChangesNothing) {

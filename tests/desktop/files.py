@@ -1,7 +1,10 @@
 #!/usr/bin/env python3
 """Definition and preference files that are edited outside while applications run."""
 
+import itertools
+import os
 import plistlib
+import resource
 import unittest
 
 import harness
@@ -127,6 +130,44 @@ class Files:
         self.assertEqual(gestures.read_bytes(), BROKEN[2])
         self.assertEqual(preferences.read_bytes(), BROKEN[-1])
         application.wait_count(1)
+
+    def test_a_fault_of_the_machine_takes_nothing_away(self):
+        self.home.write_preferences()
+        self.home.write_gestures("Velmora", ("d", self.kind.switched))
+        application = self.start(self.kind)
+        self.assert_runs(application, "d", self.kind.switched)
+
+        # No file can be opened; what runs already has what it needs.
+        mark = application.mark()
+        application.leave()
+        self.home.write_gestures("Velmora", ("d", self.kind.switched), ("r", self.kind.counted))
+        process = application.process.pid
+        limits = resource.prlimit(process, resource.RLIMIT_NOFILE)
+        used = {int(name) for name in os.listdir(f"/proc/{process}/fd")}
+        free = next(number for number in itertools.count() if number not in used)
+        resource.prlimit(process, resource.RLIMIT_NOFILE, (free, limits[1]))
+        try:
+            application.come_back()
+            application.wait_text("^Cannot read ", mark)
+        finally:
+            resource.prlimit(process, resource.RLIMIT_NOFILE, limits)
+        self.assert_runs(application, "d", self.kind.switched)
+        self.edit(application, lambda: None)
+        self.assert_runs(application, "r", self.kind.counted)
+
+        # The directory itself goes, as with a home that is not mounted, and comes back.
+        aside = self.home.settings.with_name("aside")
+        mark = application.mark()
+        self.edit(application, lambda: self.home.settings.rename(aside))
+        application.wait_text("^Cannot read .*folder", mark)
+        self.assert_runs(application, "d", self.kind.switched)
+        def bring_back():
+            self.home.settings.rmdir()
+            aside.rename(self.home.settings)
+            self.home.write_gestures("Velmora", ("r", self.kind.switched))
+        self.edit(application, bring_back)
+        self.assert_runs(application, "r", self.kind.switched)
+        self.assert_beeps(application, "d")
 
 
 class FeatherpadFiles(Files, harness.DesktopTest):

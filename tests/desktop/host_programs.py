@@ -4,6 +4,8 @@
 The programs stand in host/. Each run with the plug-in is held against one without it.
 """
 
+import os
+import pathlib
 import unittest
 
 import harness
@@ -18,13 +20,13 @@ LOSING = {"delete": 8, "hide": 8}
 class HostPrograms:
     qt = None
 
-    def launch(self, name, *arguments, plugin=True):
+    def launch(self, name, *arguments, plugin=True, **options):
         self.home.write_preferences()
         program = f"host-{name}-qt{self.qt}"
         self.home.write_gestures("Velmora", ("rd", "File/Say"), ("r", "File/Say"))
         application = self.start(
             harness.Application, [BUILD / "tests/desktop" / program, *arguments], plugin=plugin,
-            name=f"{program}-{len(self.applications)}")
+            name=f"{program}-{len(self.applications)}", **options)
         return application
 
     def focus(self, application, window):
@@ -115,6 +117,28 @@ class HostPrograms:
             self.assertEqual(application.beeps(), 0)
         self.assertEqual(said[0], said[1])
         self.assertIn("press 2", said[1])
+
+
+    def test_a_home_of_another_user_is_left_alone(self):
+        self.home.write_preferences()
+        self.home.write_gestures("Velmora", ("r", "File/Say"))
+        somebody_else = 65534
+        home = self.home.path
+        if os.geteuid() == 0:
+            os.chown(home, somebody_else, somebody_else)
+        else:
+            home = pathlib.Path("/")
+        application = self.launch("leaving", "quit", environment={"HOME": str(home)})
+        window = application.window("first")
+        self.focus(application, window)
+        # The stroke is the host's as it goes; ours would have begun long before.
+        harness.draw(self.x, "r", self.x.geometry(window), 600, 80, button=RIGHT)
+        self.says(application, "press 2")
+        self.says(application, "release 2")
+        self.x.keys("g")
+        self.assertEqual(application.wait_exit(), 0)
+        self.assertNotIn("command first", application.output())
+        self.assertFalse(application.log_file.exists())
 
 
 class Qt5HostPrograms(HostPrograms, harness.DesktopTest):

@@ -2,7 +2,9 @@
 """The preferences panel in real applications: each change is in force at once, here and elsewhere.
 And how all panels look: in both languages, on light and dark desktops."""
 
+import os
 import plistlib
+import subprocess
 import unittest
 
 import accessible
@@ -112,6 +114,53 @@ class Preferences:
         wait_for(lambda: panel.find("text", "Gesture size (pixels)").text == "33", "the new size")
         self.assertTrue(panel.find("check box", "Gesture 2, On").is_on())
         self.assertTrue(panel.find("radio button", "Gesture 2, Middle").is_on())
+
+    def velmora(self, *arguments):
+        """What the tool says, with its status in front."""
+        done = subprocess.run([harness.VELMORA, *arguments], capture_output=True, text=True,
+                              env={**os.environ, "HOME": str(self.home.path)})
+        return f"{done.returncode} {done.stdout}{done.stderr}"
+
+    def test_what_a_click_replaces_is_kept_and_brought_back(self):
+        self.home.settings.rmdir()
+        application = self.open()
+        panel = self.panel(application)
+        self.assertRegex(self.velmora("check"), "^1 .*VelmoraDefaults.plist: is missing")
+        preferences, history = self.home.preferences_file(), self.home.settings / "History"
+        panel.click("check box", "Gesture 1, Ctrl")
+        self.wait_stored(modifiers0=8)
+        for path, mode in ((self.home.settings, 0o700), (preferences, 0o600)):
+            self.assertEqual(path.stat().st_mode & 0o777, mode)
+        self.assertFalse(list(self.home.settings.glob("History/VelmoraDefaults*")))
+        first = preferences.read_bytes()
+        # Ten writes, one version.
+        panel.click("check box", "Gesture 1, Shift")
+        self.wait_stored(modifiers0=9)
+        # The host answers when it is through with the click.
+        wait_for(lambda: panel.find("check box", "Gesture 1, Shift").is_on(), "the tick")
+        [version] = history.glob("VelmoraDefaults.plist.*")
+        self.assertEqual(version.read_bytes(), first)
+        self.assertEqual(history.stat().st_mode & 0o777, 0o700)
+        name = version.name.removeprefix("VelmoraDefaults.plist.")
+        self.assertRegex(self.velmora("history", "VelmoraDefaults.plist"),
+                         f"^0 (?s:.*){name}(?s:.*)changed modifiers0 from 8 to 9")
+        self.assertRegex(self.velmora("restore", "VelmoraDefaults.plist", "2000"), "^1 .*no version")
+        self.assertRegex(self.velmora("restore", "VelmoraDefaults.plist", name), "^0 ")
+        self.assertEqual(preferences.read_bytes(), first)
+        self.assertEqual(len(list(history.glob("VelmoraDefaults.plist.*"))), 2)
+        application.leave()
+        application.come_back()
+        wait_for(lambda: not panel.find("check box", "Gesture 1, Shift").is_on(),
+                 "the version in the panel")
+
+        # What is no file stays what it is.
+        preferences.unlink()
+        preferences.mkdir()
+        (preferences / "inside").write_text("x")
+        panel.click("check box", "Gesture 1, On")
+        wait_for(lambda: panel.find("check box", "Gesture 1, On").is_on(), "the tick")
+        self.assertEqual((preferences / "inside").read_text(), "x")
+        self.assertEqual(len(list(history.glob("VelmoraDefaults.plist.*"))), 2)
 
     def test_the_keyboard_alone_does(self):
         self.home.write_definitions("Shortcuts", self.kind.process_name, (

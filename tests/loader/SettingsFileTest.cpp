@@ -28,7 +28,7 @@ TEST(SettingsFileTest, TheNameTellsComponentAndApplication) {
         {"VelmoraTextSnippets.plist", Kind::Definitions, "TextSnippets", ""},
         {"GesturesScripts.plist", Kind::Definitions, "Scripts", "Gestures"},
         {"Gestures.plist", Kind::Other, "", ""},
-        {"featherpadGestures.plist.broken", Kind::Other, "", ""},
+        {"featherpadGestures.plist.old", Kind::Other, "", ""},
         {"notes.txt", Kind::Other, "", ""},
     };
     for (const Row& row : rows) {

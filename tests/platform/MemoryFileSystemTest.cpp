@@ -29,33 +29,36 @@ TEST(MemoryFileSystemTest, FilesLieInFoldersThatExist) {
     EXPECT_THAT(files.files(), ElementsAre("/a/x"));
 }
 
-TEST(MemoryFileSystemTest, RenamingReplacesFilesAndTakesAFoldersContentsAlong) {
+TEST(MemoryFileSystemTest, AFolderIsListedAndGoesOnlyWhenItIsEmpty) {
     MemoryFileSystem files;
     files.createDirectories("/a/sub");
     files.writeAtomically("/a/x", "x");
     files.writeAtomically("/a/sub/y", "y");
     files.writeAtomically("/a-x", "no part of /a");
-    files.writeAtomically("/z", "z");
+    EXPECT_THAT(files.namesIn("/a/"), ElementsAre("sub", "x"));
+    EXPECT_THAT(files.namesIn("/none"), ElementsAre());
 
-    EXPECT_FALSE(files.rename("/none", "/b"));
-    EXPECT_FALSE(files.rename("/a", "/a/sub/b"));
-    EXPECT_FALSE(files.rename("/a", "/z"));
-    EXPECT_FALSE(files.rename("/z", "/a"));
-    EXPECT_FALSE(files.rename("/z", "/none/z"));
-    EXPECT_TRUE(files.rename("/z", "/z"));
-    EXPECT_TRUE(files.rename("/z", "/a/x"));
-    EXPECT_TRUE(files.rename("/a", "/b"));
-    EXPECT_THAT(files.files(), ElementsAre("/a-x", "/b/sub/y", "/b/x"));
-    EXPECT_THAT(files.contentsOfFile("/b/x", noLimit), Optional(std::string("z")));
-
-    EXPECT_FALSE(files.remove("/b"));
-    EXPECT_TRUE(files.remove("/b/x"));
-    EXPECT_TRUE(files.remove("/b/sub/y"));
-    EXPECT_TRUE(files.remove("/b/sub"));
-    EXPECT_TRUE(files.remove("/b"));
-    EXPECT_FALSE(files.remove("/b"));
+    EXPECT_FALSE(files.remove("/a"));
+    EXPECT_TRUE(files.remove("/a/x"));
+    EXPECT_TRUE(files.remove("/a/sub/y"));
+    EXPECT_TRUE(files.remove("/a/sub"));
+    EXPECT_TRUE(files.remove("/a"));
+    EXPECT_FALSE(files.remove("/a"));
     EXPECT_FALSE(files.remove("/"));
     EXPECT_THAT(files.files(), ElementsAre("/a-x"));
+}
+
+TEST(MemoryFileSystemTest, ADuplicateHoldsWhatWasThereWhenTheFileIsReplaced) {
+    MemoryFileSystem files;
+    const auto stamp = files.writeAtomically("/x", "old");
+    EXPECT_EQ(files.read("/x", noLimit).stamp, stamp);
+    EXPECT_TRUE(files.duplicate("/x", "/kept"));
+    EXPECT_FALSE(files.duplicate("/x", "/kept"));
+    EXPECT_FALSE(files.duplicate("/none", "/y"));
+    EXPECT_FALSE(files.duplicate("/x", "/none/y"));
+    files.writeAtomically("/x", "new");
+    EXPECT_NE(files.stamp("/x"), stamp);
+    EXPECT_THAT(files.contentsOfFile("/kept", noLimit), Optional(std::string("old")));
 }
 
 TEST(MemoryFileSystemTest, AWriteHasTheClocksDateUntilAnotherIsSet) {
@@ -68,8 +71,7 @@ TEST(MemoryFileSystemTest, AWriteHasTheClocksDateUntilAnotherIsSet) {
     EXPECT_THAT(files.modificationDate("/y"), Optional(NSDate{200}));
     EXPECT_TRUE(files.setModificationDate("/x", {1}));
     EXPECT_THAT(files.modificationDate("/x"), Optional(NSDate{1}));
-    files.rename("/x", "/y");
-    EXPECT_THAT(files.modificationDate("/y"), Optional(NSDate{1}));
+    files.remove("/x");
     EXPECT_THAT(files.modificationDate("/x"), Eq(std::nullopt));
     EXPECT_FALSE(files.setModificationDate("/x", {1}));
 }

@@ -2,8 +2,12 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
+#include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <csignal>
@@ -11,6 +15,7 @@
 #include <fstream>
 #include <thread>
 
+#include "platform/foundation/Descriptor.h"
 #include "support/TemporaryFolder.h"
 
 namespace velmora {
@@ -63,11 +68,13 @@ TEST_F(PosixFileSystemTest, AFileIsWrittenAndReplacedAsAWhole) {
     EXPECT_THAT(names(), ElementsAre("a"));
 }
 
-TEST_F(PosixFileSystemTest, TheModeIsKeptAndThatOfANewFileIsTheUsual) {
-    const mode_t mask = ::umask(027);
+TEST_F(PosixFileSystemTest, TheModeIsKeptAndWhatIsNewIsItsOwnersAlone) {
+    const mode_t mask = ::umask(0);
     EXPECT_TRUE(files_.writeAtomically(path("new"), "1"));
     ::umask(mask);
-    EXPECT_EQ(mode("new"), 0640U);
+    EXPECT_EQ(mode("new"), 0600U);
+    EXPECT_TRUE(files_.createDirectoryAtPath(path("folder")));
+    EXPECT_EQ(mode("folder"), 0700U);
     for (const mode_t kept : {0600U, 0666U, 0444U, 0755U}) {
         ASSERT_EQ(::chmod(path("new").c_str(), kept), 0);
         EXPECT_TRUE(files_.writeAtomically(path("new"), "2"));
@@ -122,7 +129,7 @@ TEST_F(PosixFileSystemTest, AWriteThatFindsNoRoomLeavesTheOldFile) {
     struct rlimit small = before;
     small.rlim_cur = 10'000;
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    const bool written = files_.writeAtomically(path("file"), std::string(20'000, 'x'));
+    const auto written = files_.writeAtomically(path("file"), std::string(20'000, 'x'));
     ::setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, signal);
     EXPECT_FALSE(written);
@@ -156,6 +163,12 @@ TEST_F(PosixFileSystemTest, OnlyRegularFilesAreReadAndNothingIsWaitedFor) {
          {path("pipe"), path("link"), path(""), path("none"), std::string("/dev/zero")}) {
         EXPECT_THAT(files_.contentsOfFile(name, noLimit), Eq(std::nullopt)) << name;
     }
+    // Nor is a pipe opened: whoever waits for a reader would take us for one.
+    const Descriptor watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    ASSERT_GE(::inotify_add_watch(watch.get(), path("pipe").c_str(), IN_OPEN), 0);
+    files_.read(path("pipe"), noLimit);
+    char event[sizeof(inotify_event)];
+    EXPECT_EQ(::read(watch.get(), event, sizeof event), -1);
     // Its size is said to be 0.
     EXPECT_THAT(files_.contentsOfFile("/proc/self/status", noLimit),
                 Optional(testing::HasSubstr("Pid:")));
@@ -176,17 +189,85 @@ TEST_F(PosixFileSystemTest, TheModificationDateIsThatOfTheLinkItselfToTheNanosec
     EXPECT_THAT(files_.modificationDate(path("none")), Eq(std::nullopt));
 }
 
-TEST_F(PosixFileSystemTest, FoldersAreMadeAndFilesRenamedAndRemoved) {
+TEST_F(PosixFileSystemTest, FoldersAreMadeAndFilesRemoved) {
     EXPECT_TRUE(files_.createDirectoryAtPath(path("folder")));
     EXPECT_FALSE(files_.createDirectoryAtPath(path("folder")));
     EXPECT_FALSE(files_.createDirectoryAtPath(path("none/folder")));
     std::ofstream(path("a")) << "a";
-    std::ofstream(path("b")) << "b";
-    EXPECT_TRUE(files_.rename(path("a"), path("b")));
-    EXPECT_EQ(contents("b"), "a");
-    EXPECT_FALSE(files_.rename(path("a"), path("c")));
-    EXPECT_TRUE(files_.remove(path("b")));
-    EXPECT_FALSE(files_.remove(path("b")));
+    EXPECT_THAT(files_.namesIn(path("")), UnorderedElementsAre("folder", "a"));
+    EXPECT_TRUE(files_.remove(path("a")));
+    EXPECT_FALSE(files_.remove(path("a")));
+    EXPECT_THAT(files_.namesIn(path("none")), testing::IsEmpty());
+}
+
+TEST_F(PosixFileSystemTest, ADuplicateHoldsWhatWasThereWhenTheFileIsReplaced) {
+    std::ofstream(path("file")) << "old";
+    fs::create_symlink("file", path("link"));
+    EXPECT_TRUE(files_.duplicate(path("link"), path("kept")));
+    EXPECT_FALSE(fs::is_symlink(path("kept")));
+    EXPECT_EQ(fs::hard_link_count(path("file")), 2U);
+    EXPECT_TRUE(files_.writeAtomically(path("link"), "new"));
+    EXPECT_EQ(contents("kept"), "old");
+    EXPECT_FALSE(files_.duplicate(path("link"), path("kept"))) << "something stands there";
+    EXPECT_EQ(contents("kept"), "old");
+    EXPECT_FALSE(files_.duplicate(path("file"), path("none/kept")));
+    EXPECT_FALSE(files_.duplicate(path("none"), path("kept too")));
+    // No file has two names on two file systems.
+    EXPECT_TRUE(files_.duplicate("/proc/self/cmdline", path("copy")));
+    EXPECT_THAT(contents("copy"), testing::HasSubstr("velmora_tests"));
+    EXPECT_EQ(mode("copy"), 0600U);
+}
+
+TEST_F(PosixFileSystemTest, AStampTellsEveryChangeOfAFile) {
+    const auto written = files_.writeAtomically(path("file"), "1");
+    ASSERT_TRUE(written);
+    EXPECT_EQ(files_.stamp(path("file")), written);
+    EXPECT_EQ(files_.read(path("file"), noLimit).stamp, *written);
+    EXPECT_NE(files_.writeAtomically(path("file"), "1"), written);
+    std::ofstream(path("file"), std::ios::app) << "2";
+    EXPECT_NE(files_.stamp(path("file")), written);
+    EXPECT_EQ(files_.stamp(path("none")), std::nullopt);
+    EXPECT_EQ(files_.stamp(path(""))->kind, FileStamp::Kind::folder);
+}
+
+TEST_F(PosixFileSystemTest, AFaultOfTheMachineIsTellableFromAMissingFile) {
+    using Outcome = FileReading::Outcome;
+    std::ofstream(path("file")) << "x";
+    fs::create_symlink("circle", path("circle"));
+    EXPECT_EQ(files_.read(path("none"), noLimit).outcome, Outcome::missing);
+    EXPECT_EQ(files_.read(path("file/below"), noLimit).outcome, Outcome::missing);
+    EXPECT_EQ(files_.read(path("circle"), noLimit).outcome, Outcome::unreadable);
+    EXPECT_EQ(files_.read(path(""), noLimit).outcome, Outcome::unreadable);
+    // The memory of a process that is nothing to read at that place.
+    EXPECT_EQ(files_.read("/proc/self/mem", noLimit).outcome, Outcome::fault);
+
+    struct rlimit before {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    struct rlimit none = before;
+    none.rlim_cur = 0;
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    const FileReading reading = files_.read(path("file"), noLimit);
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(reading.outcome, Outcome::fault);
+    EXPECT_THAT(reading.reason, testing::HasSubstr("open files"));
+}
+
+TEST_F(PosixFileSystemTest, WhatAProcessLeftInTheMiddleOfAWriteIsRemoved) {
+    const pid_t gone = ::fork();
+    if (gone == 0) ::_exit(0);
+    ::waitpid(gone, nullptr, 0);
+    const std::string left = ".velmora-" + std::to_string(gone) + "-1";
+    const std::string locked = ".velmora-" + std::to_string(gone) + "-2";
+    const std::string ours = ".velmora-" + std::to_string(::getpid()) + "-1000000";
+    for (const std::string& name : {left, locked, ours, std::string(".velmora-x")}) {
+        std::ofstream(path(name)) << "x";
+    }
+    // As a process of another container would have it, whose number means nothing here.
+    const Descriptor holder(::open(path(locked).c_str(), O_RDONLY | O_CLOEXEC));
+    ASSERT_EQ(::flock(holder.get(), LOCK_EX | LOCK_NB), 0);
+    ASSERT_TRUE(files_.writeAtomically(path("file"), "new"));
+    files_.settle(path("file"));
+    EXPECT_THAT(names(), UnorderedElementsAre("file", locked, ours, ".velmora-x"));
 }
 
 }  // namespace

@@ -11,7 +11,6 @@
 
 #include "platform/foundation/MemoryFileSystem.h"
 #include "support/BinaryPropertyList.h"
-#include "support/HeadlessHost.h"
 #include "support/TemporaryFolder.h"
 
 namespace velmora {
@@ -83,6 +82,7 @@ TEST(PropertyListFileTest, WhatIsNoPropertyListIsRefused) {
         "\x7F\x45LF\x02\x01\x01",
         std::string(1000, '\0'),
         document("<string>a\0b</string>"s),
+        document("<string>a&#0;<![CDATA[&#0;]]></string>"),
         "bplist",
         "bplist01" + binaryPropertyList({"\x08"}).substr(8),
         binaryPropertyList({"\xA1\x01", "\x00"s}),
@@ -150,6 +150,8 @@ TEST(PropertyListFileTest, ValuesOfEveryKindComeBackFromXMLAsTheyWere) {
         PropertyList::Data{},
         PropertyList::Data{"\0\x01\xFF"s},
         PropertyList::Data{std::string(1000, 'x')},
+        "a\0b\0"s,
+        NSArray{"\0"s, "&#0;", "fdd0", "\xEF\xB7\x91", dictionaryOf({{"a\0b"s, "\0\0"s}})},
         NSArray{},
         NSDictionary(),
         deep,
@@ -166,8 +168,6 @@ TEST(PropertyListFileTest, WhatXMLCannotHoldIsWrittenAsNearAsItGoes) {
         PropertyList written;
         PropertyList read;
     } rows[] = {
-        {"a\0b"s, "a"},
-        {dictionaryOf({{"a\0b"s, 1}}), dictionaryOf({{"a", 1}})},
         {PropertyList::Date{1.75}, PropertyList::Date{1}},
         {PropertyList::Date{-1.25}, PropertyList::Date{-2}},
         {PropertyList::Date{1e300}, PropertyList::Date{252423993599}},
@@ -268,134 +268,19 @@ TEST(PropertyListFileTest, RealsDoNotDependOnTheHostsLocale) {
     EXPECT_EQ(std::strtod("2,5", nullptr), 2.5);
 }
 
-class PropertyListFilesTest : public testing::Test {
-protected:
-    std::string contents(const std::string& path) {
-        return host_.files().contentsOfFile(path, 1U << 20U).value_or("(none)");
-    }
-    void put(const std::string& path, const std::string& bytes) {
-        host_.files().memory().createDirectories("/d");
-        ASSERT_TRUE(host_.files().writeAtomically(path, bytes));
-    }
-
-    HeadlessHost host_;
-    FileSystem& files_ = host_.files();
-};
-
-TEST_F(PropertyListFilesTest, AFileHasOneKindOfRoot) {
-    put("/d/array", "(a)");
-    put("/d/dictionary", "{a = b;}");
-    put("/d/string", "a");
-    put("/d/empty", "");
-    put("/d/broken", "(a");
-    EXPECT_THAT(arrayWithContentsOfFile(files_, "/d/array"), Optional(NSArray{"a"}));
-    EXPECT_THAT(dictionaryWithContentsOfFile(files_, "/d/dictionary"),
+TEST(PropertyListFileTest, AFileHasOneKindOfRoot) {
+    MemoryFileSystem files;
+    const std::pair<const char*, const char*> contents[] = {{"/dictionary", "{a = b;}"},
+                                                            {"/array", "(a)"},
+                                                            {"/string", "a"},
+                                                            {"/empty", ""},
+                                                            {"/broken", "{a"}};
+    for (const auto& [path, text] : contents) files.writeAtomically(path, text);
+    EXPECT_THAT(dictionaryWithContentsOfFile(files, "/dictionary"),
                 Optional(dictionaryOf({{"a", "b"}})));
-    for (const char* path :
-         {"/d/dictionary", "/d/string", "/d/empty", "/d/broken", "/d/none", "/d"}) {
-        EXPECT_THAT(arrayWithContentsOfFile(files_, path), Eq(std::nullopt)) << path;
+    for (const char* path : {"/array", "/string", "/empty", "/broken", "/none", "/"}) {
+        EXPECT_THAT(dictionaryWithContentsOfFile(files, path), Eq(std::nullopt)) << path;
     }
-    for (const char* path : {"/d/array", "/d/string", "/d/empty", "/d/broken", "/d/none", "/d"}) {
-        EXPECT_THAT(dictionaryWithContentsOfFile(files_, path), Eq(std::nullopt)) << path;
-    }
-}
-
-TEST_F(PropertyListFilesTest, WhatIsWrittenIsReadBack) {
-    put("/d/x", "(old)");
-    EXPECT_TRUE(writeArrayToFile(files_, {"a", NSArray{}}, "/d/x"));
-    EXPECT_THAT(arrayWithContentsOfFile(files_, "/d/x"), Optional(NSArray{"a", NSArray{}}));
-    EXPECT_TRUE(writeDictionaryToFile(files_, dictionaryOf({{"a", 1.5}}), "/d/y"));
-    EXPECT_THAT(dictionaryWithContentsOfFile(files_, "/d/y"), Optional(dictionaryOf({{"a", 1.5}})));
-    EXPECT_THAT(host_.files().memory().files(), ElementsAre("/d/x", "/d/y"));
-    EXPECT_THAT(host_.log(), IsEmpty());
-}
-
-TEST_F(PropertyListFilesTest, AnUnreadableFileIsSetAsideBeforeItIsReplaced) {
-    const struct {
-        std::string before;
-        bool isSetAside;
-    } rows[] = {
-        {"<plist><array><string>a", true},
-        {"(a, b", true},
-        {"{a = b;}", true},
-        {"just a word", true},
-        {std::string(100, '\0'), true},
-        {"", false},
-        {"()", false},
-    };
-    for (const auto& row : rows) {
-        HeadlessHost host;
-        host.files().memory().createDirectories("/d");
-        host.files().writeAtomically("/d/x.plist", row.before);
-        host.files().writeAtomically("/d/x.plist.broken", "earlier");
-        EXPECT_TRUE(writeArrayToFile(host.files(), {"new"}, "/d/x.plist"));
-        EXPECT_THAT(arrayWithContentsOfFile(host.files(), "/d/x.plist"), Optional(NSArray{"new"}));
-        EXPECT_THAT(host.files().contentsOfFile("/d/x.plist.broken", 1000),
-                    Optional(row.isSetAside ? row.before : "earlier"));
-        if (row.isSetAside) {
-            EXPECT_THAT(host.log(), ElementsAre("Set aside '/d/x.plist' as '/d/x.plist.broken'"));
-        } else {
-            EXPECT_THAT(host.log(), IsEmpty());
-        }
-    }
-}
-
-TEST_F(PropertyListFilesTest, AWriteThatFailsLeavesTheFileAsItWas) {
-    put("/d/x", "(broken");
-    host_.files().setWriteFails("/d/x.broken", true);
-    EXPECT_FALSE(writeArrayToFile(files_, {"new"}, "/d/x"));
-    EXPECT_EQ(contents("/d/x"), "(broken");
-    EXPECT_THAT(host_.log(), IsEmpty());
-
-    put("/d/y", "(fine)");
-    host_.files().setWriteFails("/d/y", true);
-    EXPECT_FALSE(writeArrayToFile(files_, {"new"}, "/d/y"));
-    EXPECT_EQ(contents("/d/y"), "(fine)");
-
-    EXPECT_FALSE(writeArrayToFile(files_, {"new"}, "/none/x"));
-}
-
-TEST_F(PropertyListFilesTest, AFileThatWasSetAsideComesBackWhenTheWriteFails) {
-    /// Renames, but has no room for new contents.
-    class FullDisk final : public FileSystem {
-    public:
-        bool fileExistsAtPath(const std::string& path) override {
-            return memory.fileExistsAtPath(path);
-        }
-        bool createDirectoryAtPath(const std::string&) override { return false; }
-        std::optional<NSDate> modificationDate(const std::string& path) override {
-            return memory.modificationDate(path);
-        }
-        std::optional<std::string> contentsOfFile(const std::string& path,
-                                                  std::size_t limit) override {
-            return memory.contentsOfFile(path, limit);
-        }
-        bool writeAtomically(const std::string&, const std::string&) override { return false; }
-        bool rename(const std::string& from, const std::string& to) override {
-            return memory.rename(from, to);
-        }
-        bool remove(const std::string& path) override { return memory.remove(path); }
-        std::unique_ptr<ScriptFile> createScriptFile(const std::string&,
-                                                     const std::string&) override {
-            return nullptr;
-        }
-
-        MemoryFileSystem memory;
-    };
-    FullDisk disk;
-    disk.memory.writeAtomically("/x", "(broken");
-    EXPECT_FALSE(writeArrayToFile(disk, {"new"}, "/x"));
-    EXPECT_THAT(disk.memory.contentsOfFile("/x", 100), Optional("(broken"s));
-    EXPECT_THAT(disk.memory.files(), ElementsAre("/x"));
-    EXPECT_THAT(host_.log(), IsEmpty());
-}
-
-TEST_F(PropertyListFilesTest, WhatWouldNotBeReadIsNotWritten) {
-    put("/d/x", "(old)");
-    PropertyList deep = 1;
-    for (int i = 0; i < 300; ++i) deep = NSArray{deep};
-    EXPECT_FALSE(writeArrayToFile(files_, {deep}, "/d/x"));
-    EXPECT_EQ(contents("/d/x"), "(old)");
 }
 
 }  // namespace

@@ -79,7 +79,7 @@ TEST(ScenarioPlayerTest, EveryKindOfExpectationCanFail) {
         {"expect item \"File/Save/All\" missing", "enabled"},
         {"expect item \"File/Recent/a.txt\" enabled", "missing"},
         {"expect file \"a\" exists", "no file /home/user/Library/Application Support/Velmora/a"},
-        {"expect set aside \"a\"", "no file"},
+        {"expect set aside \"a\"", "none"},
         {"expect file \"a\" read 1 times", "0"},
         {"file \"a\" \"x\"\nexpect file \"a\" missing", "x"},
         {"file \"a\" \"x\"\nexpect file \"a\" holds \"y\"", "x"},

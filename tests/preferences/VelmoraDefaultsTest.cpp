@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/appkit/NSImage.h"
+#include "platform/foundation/FileHistory.h"
 #include "platform/foundation/PropertyListFile.h"
 #include "support/HeadlessHost.h"
 
@@ -204,9 +205,51 @@ TEST(VelmoraDefaultsTest, AFileIsReadAgainOnlyWhenItsDateDiffers) {
     EXPECT_TRUE(defaults->readDefaults());
     EXPECT_FALSE(defaults->readDefaults());
     EXPECT_EQ(defaults->gestureSize(), 12);
+}
 
-    defaults->setGestureSize(14);
-    EXPECT_EQ(host.readSettings("VelmoraDefaults.plist.broken"), "{ gestureSize=");
+TEST(VelmoraDefaultsTest, WhatCannotBeReadForAReasonThatMayPassIsReadTheNextTime) {
+    HeadlessHost host;
+    const std::string path = host.settingsFile(fileName);
+    host.writeSettings(fileName, "{ gestureSize=10; }");
+    host.files().setReadFails(path, true);
+    const auto defaults = makeDefaults();
+    EXPECT_EQ(defaults->gestureSize(), 15);
+    EXPECT_EQ(host.log(),
+              std::vector<std::string>{"Cannot read '" + path + "' now: Input/output error"});
+    host.files().setReadFails(path, false);
+    defaults->checkDefaults();
+    EXPECT_EQ(*VelmoraGestureSize, 100);
+
+    // What its mode forbids to be read is as bad as broken, and silent.
+    host.writeSettings(fileName, "{ gestureSize=20; }");
+    host.files().setReadForbidden(path, true);
+    EXPECT_TRUE(defaults->readDefaults());
+    EXPECT_FALSE(defaults->readDefaults());
+    EXPECT_EQ(defaults->gestureSize(), 10);
+    EXPECT_EQ(host.log().size(), 1U);
+}
+
+TEST(VelmoraDefaultsTest, TheWritesOfOneClickReadNothingAndWaitForTheDiskOnce) {
+    HeadlessHost host;
+    const std::string path = host.settingsFile(fileName);
+    host.writeSettings(fileName, "{ gestureSize=10; }");
+    const auto defaults = makeDefaults();
+    const int reads = host.files().readsOf(path);
+    for (int i = 0; i < VelmoraSlotCount; ++i) defaults->setModifier_forIndex(8, i);
+    EXPECT_EQ(host.files().waitsFor(path), 0);
+    host.advance(1);
+    EXPECT_EQ(host.files().waitsFor(path), 1);
+    EXPECT_EQ(host.files().readsOf(path), reads);
+    const FileHistory history(host.files(), path);
+    ASSERT_EQ(history.versions().size(), 1U);
+    EXPECT_EQ(host.files().contentsOfFile(history.pathOf(history.versions()[0])),
+              "{ gestureSize=10; }");
+
+    defaults->setGestureSize(20);
+    host.advance(1);
+    EXPECT_EQ(host.files().readsOf(path), reads);
+    EXPECT_EQ(history.versions().size(), 2U);
+    EXPECT_EQ(host.files().waitsFor(path), 2);
 }
 
 TEST(VelmoraDefaultsTest, AFailedWriteStillTakesEffect) {

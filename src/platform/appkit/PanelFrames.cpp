@@ -7,7 +7,7 @@
 
 #include "platform/Desktop.h"
 #include "platform/foundation/NSLog.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/SettingsFiles.h"
 #include "platform/runtime/ProcessWide.h"
 
 namespace velmora {
@@ -23,8 +23,12 @@ std::string& file() {
     return *filePath;
 }
 
-NSDictionary readFrames() {
-    return dictionaryWithContentsOfFile(desktop().files(), file()).value_or(NSDictionary());
+/// Nothing when the file may well hold some, but cannot be read now.
+std::optional<NSDictionary> readFrames() {
+    SettingsFiles::Reading reading = SettingsFiles::ofProcess().read(desktop().files(), file());
+    if (reading.failed) return std::nullopt;
+    if (!reading.dictionary()) return NSDictionary();
+    return std::move(*reading.dictionary());
 }
 
 /// Whatever the host's locale is.
@@ -55,19 +59,20 @@ void PanelFrames::setFile(const std::string& path) {
 
 std::optional<NSRect> PanelFrames::frameOf(const std::string& name) {
     if (file().empty()) return std::nullopt;
-    const NSDictionary frames = readFrames();
-    const PropertyList* frame = frames.objectForKey(name);
+    const std::optional<NSDictionary> frames = readFrames();
+    const PropertyList* frame = frames ? frames->objectForKey(name) : nullptr;
     return frame && frame->string() ? frameFromText(*frame->string()) : std::nullopt;
 }
 
 void PanelFrames::setFrame(const std::string& name, NSRect frame) {
     if (file().empty()) return;
-    NSDictionary frames = readFrames();
+    std::optional<NSDictionary> frames = readFrames();
+    if (!frames) return;
     const std::string text = textOfFrame(frame);
-    const PropertyList* before = frames.objectForKey(name);
+    const PropertyList* before = frames->objectForKey(name);
     if (before && before->string() && *before->string() == text) return;
-    frames.setObject_forKey(PropertyList(text), name);
-    if (!writeDictionaryToFile(desktop().files(), frames, file())) {
+    frames->setObject_forKey(PropertyList(text), name);
+    if (!SettingsFiles::ofProcess().write(desktop().files(), std::move(*frames), file())) {
         NSLog("The panels' places cannot be written to '" + file() + "'");
     }
 }

@@ -45,7 +45,12 @@ private:
 
 MemoryFileSystem::MemoryFileSystem(std::function<NSDate()> clock) : clock_(std::move(clock)) {
     if (!clock_) clock_ = [date = NSDate()]() mutable { return NSDate{++date.nanoseconds}; };
-    items_[""] = {true, {}, {}, 0};
+    items_[""].isFolder = true;
+}
+
+MemoryFileSystem::Item& MemoryFileSystem::put(const std::string& path, bool isFolder,
+                                              const std::string& contents) {
+    return items_[normal(path)] = {isFolder, contents, clock_(), ++made_, 0};
 }
 
 MemoryFileSystem::Item* MemoryFileSystem::find(const std::string& path) {
@@ -70,7 +75,7 @@ bool MemoryFileSystem::fileExistsAtPath(const std::string& path) {
 
 bool MemoryFileSystem::createDirectoryAtPath(const std::string& path) {
     if (find(path) || !parentExists(path)) return false;
-    items_[normal(path)] = {true, {}, clock_(), 0};
+    put(path, true, {});
     return true;
 }
 
@@ -92,42 +97,59 @@ bool MemoryFileSystem::setModificationDate(const std::string& path, NSDate date)
     return item != nullptr;
 }
 
-std::optional<std::string> MemoryFileSystem::contentsOfFile(const std::string& path,
-                                                            std::size_t limit) {
+std::optional<FileStamp> MemoryFileSystem::stamp(const std::string& path) {
     const Item* item = find(path);
-    if (!item || item->isFolder || item->contents.size() > limit) return std::nullopt;
-    return item->contents;
+    if (!item) return std::nullopt;
+    return stampOf(*item);
 }
 
-bool MemoryFileSystem::writeAtomically(const std::string& path, const std::string& contents) {
+FileStamp MemoryFileSystem::stampOf(const Item& item) const {
+    FileStamp stamp;
+    stamp.kind = item.isFolder ? FileStamp::Kind::folder : FileStamp::Kind::regular;
+    stamp.inode = item.serial;
+    stamp.modified = item.date;
+    stamp.size = item.contents.size();
+    return stamp;
+}
+
+FileReading MemoryFileSystem::read(const std::string& path, std::size_t limit) {
+    FileReading reading;
     const Item* item = find(path);
-    if (!parentExists(path) || (item && item->isFolder)) return false;
-    items_[normal(path)] = {false, contents, clock_(), 0};
+    if (!item) {
+        reading.reason = "No such file or directory";
+    } else if (item->isFolder || item->contents.size() > limit) {
+        reading.outcome = FileReading::Outcome::unreadable;
+        reading.reason = item->isFolder ? "it is no file" : "it is too large";
+    } else {
+        reading = {FileReading::Outcome::read, item->contents, stampOf(*item), {}};
+    }
+    return reading;
+}
+
+std::optional<FileStamp> MemoryFileSystem::writeAtomically(const std::string& path,
+                                                           const std::string& contents) {
+    const Item* item = find(path);
+    if (!parentExists(path) || (item && item->isFolder)) return std::nullopt;
+    return stampOf(put(path, false, contents));
+}
+
+bool MemoryFileSystem::duplicate(const std::string& from, const std::string& to) {
+    const Item* item = find(from);
+    if (!item || item->isFolder || find(to) || !parentExists(to)) return false;
+    items_[normal(to)] = *item;
     return true;
 }
 
-bool MemoryFileSystem::rename(const std::string& from, const std::string& to) {
-    const std::string source = normal(from);
-    const std::string target = normal(to);
-    const Item* moved = find(source);
-    const Item* replaced = find(target);
-    if (!moved || source.empty() || !parentExists(target) || isInside(target, source)) return false;
-    if (source == target) return true;
-    if (replaced && replaced->isFolder != moved->isFolder) return false;
-    if (replaced && replaced->isFolder && !isEmptyFolder(target)) return false;
-
-    std::map<std::string, Item> renamed;
-    for (auto item = items_.begin(); item != items_.end();) {
-        if (item->first == source || isInside(item->first, source)) {
-            renamed[target + item->first.substr(source.size())] = std::move(item->second);
-            item = items_.erase(item);
-        } else {
-            ++item;
+std::vector<std::string> MemoryFileSystem::namesIn(const std::string& folder) {
+    std::vector<std::string> names;
+    const std::string prefix = normal(folder) + '/';
+    for (auto item = items_.lower_bound(prefix);
+         item != items_.end() && item->first.starts_with(prefix); ++item) {
+        if (item->first.find('/', prefix.size()) == std::string::npos) {
+            names.push_back(item->first.substr(prefix.size()));
         }
     }
-    items_.erase(target);
-    items_.merge(renamed);
-    return true;
+    return names;
 }
 
 bool MemoryFileSystem::remove(const std::string& path) {

@@ -19,9 +19,14 @@ public:
     bool fileExistsAtPath(const std::string& path) override;
     bool createDirectoryAtPath(const std::string& path) override;
     std::optional<NSDate> modificationDate(const std::string& path) override;
-    std::optional<std::string> contentsOfFile(const std::string& path, std::size_t limit) override;
-    bool writeAtomically(const std::string& path, const std::string& contents) override;
-    bool rename(const std::string& from, const std::string& to) override;
+    std::optional<FileStamp> stamp(const std::string& path) override;
+    FileReading read(const std::string& path, std::size_t limit) override;
+    std::optional<FileStamp> writeAtomically(const std::string& path,
+                                             const std::string& contents) override;
+    void settle(const std::string& /*path*/) override {}
+    bool duplicate(const std::string& from, const std::string& to) override;
+    std::vector<std::string> namesIn(const std::string& folder) override;
+    NSDate now() override { return clock_(); }
 
     /// A folder only when it is empty.
     bool remove(const std::string& path) override;
@@ -48,15 +53,20 @@ private:
         bool isFolder = false;
         std::string contents;
         NSDate date;
+        /// Which one it is of all that were ever made.
+        std::uint64_t serial = 0;
         /// Which script file it is; 0 when it is none.
         int script = 0;
     };
 
+    Item& put(const std::string& path, bool isFolder, const std::string& contents);
+    FileStamp stampOf(const Item& item) const;
     Item* find(const std::string& path);
     bool parentExists(const std::string& path);
     bool isEmptyFolder(const std::string& path) const;
 
     int scripts_ = 0;
+    std::uint64_t made_ = 0;
     std::function<NSDate()> clock_;
     std::map<std::string, Item> items_;  // by path, without a slash at the end; the root is ""
 };

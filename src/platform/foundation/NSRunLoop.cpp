@@ -1,6 +1,7 @@
 #include "platform/foundation/NSRunLoop.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/Desktop.h"
 #include "platform/runtime/Class.h"
@@ -86,13 +87,17 @@ void NSRunLoop::addTimer_forMode(const NSTimerRef& timer, RunLoopMode mode) {
     timersChanged();
 }
 
-void NSRunLoop::keepUntilNextPass(Id object) {
-    kept_.push_back(std::move(object));
+void NSRunLoop::performAtNextPass(std::function<void()> action) {
+    nextPass_.push_back(std::move(action));
     timersChanged();
 }
 
+void NSRunLoop::keepUntilNextPass(Id object) {
+    performAtNextPass([kept = std::move(object)] {});
+}
+
 std::optional<Time> NSRunLoop::nextFireDate(RunLoopMode mode) const {
-    if (!kept_.empty()) return distantPast;
+    if (!nextPass_.empty()) return distantPast;
     std::optional<Time> next;
     for (const Entry& entry : entries_) {
         if (entry.mode != mode || entry.timer->firing_) continue;
@@ -102,8 +107,9 @@ std::optional<Time> NSRunLoop::nextFireDate(RunLoopMode mode) const {
 }
 
 void NSRunLoop::fireDueTimers(RunLoopMode mode, Time now) {
-    const std::vector<Id> released = std::move(kept_);
-    kept_.clear();
+    // What the actions keep is released behind the timers.
+    const std::vector<std::function<void()>> actions = std::exchange(nextPass_, {});
+    for (const auto& action : actions) action();
     if (entries_.empty()) return;
     std::vector<NSTimerRef> due;
     for (const Entry& entry : entries_) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -70,6 +71,9 @@ public:
 
     void addTimer_forMode(const NSTimerRef& timer, RunLoopMode mode);
 
+    /// Does this at the beginning of the loop's next pass, in whatever mode it runs.
+    void performAtNextPass(std::function<void()> action);
+
     /// Keeps the object alive until the loop's next pass: a deferred release.
     void keepUntilNextPass(Id object);
 
@@ -95,7 +99,7 @@ private:
     void timersChanged();
 
     std::vector<Entry> entries_;
-    std::vector<Id> kept_;
+    std::vector<std::function<void()>> nextPass_;
     RunLoopMode mode_ = NSDefaultRunLoopMode;
 };
 

@@ -10,13 +10,18 @@ public:
     bool fileExistsAtPath(const std::string& path) override;
     bool createDirectoryAtPath(const std::string& path) override;
     std::optional<NSDate> modificationDate(const std::string& path) override;
-    std::optional<std::string> contentsOfFile(const std::string& path, std::size_t limit) override;
+    std::optional<FileStamp> stamp(const std::string& path) override;
+    FileReading read(const std::string& path, std::size_t limit) override;
+    std::optional<FileStamp> writeAtomically(const std::string& path,
+                                             const std::string& contents) override;
 
-    /// The contents are on the disk before they take the old file's place, so that a power cut
-    /// leaves one or the other. Which of the two is not forced: the folder is not synchronised.
-    bool writeAtomically(const std::string& path, const std::string& contents) override;
+    /// The folder itself is not synchronised: a power cut right after leaves the old file or the
+    /// new one.
+    void settle(const std::string& path) override;
 
-    bool rename(const std::string& from, const std::string& to) override;
+    bool duplicate(const std::string& from, const std::string& to) override;
+    std::vector<std::string> namesIn(const std::string& folder) override;
+    NSDate now() override;
     bool remove(const std::string& path) override;
     std::unique_ptr<ScriptFile> createScriptFile(const std::string& path,
                                                  const std::string& contents) override;

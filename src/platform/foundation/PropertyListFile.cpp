@@ -14,10 +14,10 @@
 #include <memory>
 
 #include "platform/foundation/FileSystem.h"
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/OldStylePropertyList.h"
 #include "platform/foundation/PropertyListGuard.h"
 #include "platform/foundation/UnicodeText.h"
+#include "platform/foundation/ZeroMark.h"
 
 namespace velmora {
 
@@ -239,9 +239,12 @@ bool isXML(std::string_view text) {
            elements.end();
 }
 
-std::optional<PropertyList> read(std::string_view bytes) {
+}  // namespace
+
+std::optional<PropertyList> parsedPropertyList(std::string_view bytes) {
     if (bytes.size() > PropertyListLimits::fileSize) return std::nullopt;
     const PlainLocale locale;
+    std::optional<ZeroMark> mark;
     plist_t node = nullptr;
     if (bytes.substr(0, 6) == "bplist") {
         if (!isSoundBinaryPropertyList(bytes)) return std::nullopt;
@@ -253,88 +256,44 @@ std::optional<PropertyList> read(std::string_view bytes) {
         const std::size_t start = text->find_first_not_of(" \t\r\n");
         if (start == text->npos) return std::nullopt;
         if (!isXML(text->substr(start))) return propertyListFromOldStyleText(*text);
+        std::string_view xml = text->substr(start);
+        std::string hidden;
+        mark = ZeroMark::forDocument(xml);
+        if (mark) xml = hidden = mark->hideReferences(xml);
         std::string rewritten;
-        const auto guarded = guardedXML(text->substr(start), rewritten);
+        const auto guarded = guardedXML(xml, rewritten);
         if (!guarded) return std::nullopt;
         plist_from_xml(guarded->data(), static_cast<std::uint32_t>(guarded->size()), &node);
     }
     const Node owner(node);
     PropertyList value;
     if (!node || !convert(node, value)) return std::nullopt;
+    if (mark) return mark->showZeros(value);
     return value;
 }
 
-std::optional<PropertyList> contentsOfFile(FileSystem& files, const std::string& path) {
-    const auto bytes = files.contentsOfFile(path, PropertyListLimits::fileSize);
-    return bytes ? propertyListFromData(*bytes) : std::nullopt;
-}
-
-enum class Root { Array, Dictionary };
-
-/// Whether what stands at the path, if anything does, is to be kept under another name: it is not
-/// empty, and not to be read as that kind of root.
-bool mustBeSetAside(FileSystem& files, const std::string& path, Root root) {
-    if (!files.fileExistsAtPath(path)) return false;
-    const auto bytes = files.contentsOfFile(path, PropertyListLimits::fileSize);
-    if (!bytes) return true;
-    if (bytes->empty()) return false;
-    const auto previous = propertyListFromData(*bytes);
-    if (!previous) return true;
-    return root == Root::Array ? !previous->array() : !previous->dictionary();
-}
-
-bool write(FileSystem& files, const std::string& xml, const std::string& path, Root root) {
-    std::string buffer;
-    if (!guardedXML(xml, buffer)) return false;
-    if (!mustBeSetAside(files, path, root)) return files.writeAtomically(path, xml);
-
-    const std::string aside = path + ".broken";
-    if (!files.rename(path, aside)) return false;
-    if (!files.writeAtomically(path, xml)) {
-        files.rename(aside, path);
-        return false;
-    }
-    NSLog("Set aside '" + path + "' as '" + aside + "'");
-    return true;
-}
-
-}  // namespace
-
 std::optional<PropertyList> propertyListFromData(std::string_view bytes) {
     try {
-        return read(bytes);
+        return parsedPropertyList(bytes);
     } catch (const std::exception&) {
-        return std::nullopt;  // no memory
+        return std::nullopt;
     }
 }
 
 std::string xmlDataFromPropertyList(const PropertyList& value) {
     const PlainLocale locale;
+    if (const auto mark = ZeroMark::forValue(value)) {
+        return mark->showReferences(xmlFromNode(nodeFromValue(mark->hideZeros(value))));
+    }
     return xmlFromNode(nodeFromValue(value));
-}
-
-std::optional<NSArray> arrayWithContentsOfFile(FileSystem& files, const std::string& path) {
-    auto value = contentsOfFile(files, path);
-    if (!value || !value->array()) return std::nullopt;
-    return std::move(*value->array());
 }
 
 std::optional<NSDictionary> dictionaryWithContentsOfFile(FileSystem& files,
                                                          const std::string& path) {
-    auto value = contentsOfFile(files, path);
+    const auto bytes = files.contentsOfFile(path, PropertyListLimits::fileSize);
+    auto value = bytes ? propertyListFromData(*bytes) : std::nullopt;
     if (!value || !value->dictionary()) return std::nullopt;
     return std::move(*value->dictionary());
-}
-
-bool writeArrayToFile(FileSystem& files, const NSArray& array, const std::string& path) {
-    const PlainLocale locale;
-    return write(files, xmlFromNode(nodeFromArray(array)), path, Root::Array);
-}
-
-bool writeDictionaryToFile(FileSystem& files, const NSDictionary& dictionary,
-                           const std::string& path) {
-    const PlainLocale locale;
-    return write(files, xmlFromNode(nodeFromDictionary(dictionary)), path, Root::Dictionary);
 }
 
 }  // namespace velmora

@@ -139,7 +139,8 @@ ParsedExpectation parseExpectation(ScenarioText& text, ScenarioLine& line) {
         parsed.aboutHost = false;
     } else if (line.take("set aside")) {
         FileExpectation expected;
-        expected.name = line.word("a file") + ".broken";
+        expected.check = FileExpectation::Check::kept;
+        expected.name = line.word("a file");
         parsed.what = std::move(expected);
         parsed.aboutHost = false;
     } else if (line.take("menu bar")) {

@@ -23,6 +23,18 @@ void setMember(std::set<std::string>& set, const std::string& path, bool member)
     }
 }
 
+int countOf(const std::map<std::string, int>& counts, const std::string& path) {
+    const auto found = counts.find(path);
+    return found == counts.end() ? 0 : found->second;
+}
+
+FileReading failure(FileReading::Outcome outcome, const char* reason) {
+    FileReading reading;
+    reading.outcome = outcome;
+    reading.reason = reason;
+    return reading;
+}
+
 }  // namespace
 
 void HeadlessFiles::setWriteFails(const std::string& path, bool fails) {
@@ -33,9 +45,16 @@ void HeadlessFiles::setReadFails(const std::string& path, bool fails) {
     setMember(unreadable_, path, fails);
 }
 
+void HeadlessFiles::setReadForbidden(const std::string& path, bool forbidden) {
+    setMember(forbidden_, path, forbidden);
+}
+
 int HeadlessFiles::readsOf(const std::string& path) const {
-    const auto found = reads_.find(path);
-    return found == reads_.end() ? 0 : found->second;
+    return countOf(reads_, path);
+}
+
+int HeadlessFiles::waitsFor(const std::string& path) const {
+    return countOf(waits_, path);
 }
 
 bool HeadlessFiles::mayWrite(const std::string& path) const {
@@ -54,19 +73,36 @@ std::optional<NSDate> HeadlessFiles::modificationDate(const std::string& path) {
     return memory_.modificationDate(path);
 }
 
-std::optional<std::string> HeadlessFiles::contentsOfFile(const std::string& path,
-                                                         std::size_t limit) {
+std::optional<FileStamp> HeadlessFiles::stamp(const std::string& path) {
+    return memory_.stamp(path);
+}
+
+FileReading HeadlessFiles::read(const std::string& path, std::size_t limit) {
     ++reads_[path];
-    if (anyHolds(unreadable_, path)) return std::nullopt;
-    return memory_.contentsOfFile(path, limit);
+    if (anyHolds(unreadable_, path)) {
+        return failure(FileReading::Outcome::fault, "Input/output error");
+    }
+    if (anyHolds(forbidden_, path)) {
+        return failure(FileReading::Outcome::unreadable, "Permission denied");
+    }
+    return memory_.read(path, limit);
 }
 
-bool HeadlessFiles::writeAtomically(const std::string& path, const std::string& contents) {
-    return mayWrite(path) && memory_.writeAtomically(path, contents);
+std::optional<FileStamp> HeadlessFiles::writeAtomically(const std::string& path,
+                                                        const std::string& contents) {
+    return mayWrite(path) ? memory_.writeAtomically(path, contents) : std::nullopt;
 }
 
-bool HeadlessFiles::rename(const std::string& from, const std::string& to) {
-    return mayWrite(from) && mayWrite(to) && memory_.rename(from, to);
+void HeadlessFiles::settle(const std::string& path) {
+    ++waits_[path];
+}
+
+bool HeadlessFiles::duplicate(const std::string& from, const std::string& to) {
+    return mayWrite(to) && memory_.duplicate(from, to);
+}
+
+std::vector<std::string> HeadlessFiles::namesIn(const std::string& folder) {
+    return memory_.namesIn(folder);
 }
 
 bool HeadlessFiles::remove(const std::string& path) {

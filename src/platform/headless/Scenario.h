@@ -133,6 +133,7 @@ struct FileStep {
         writingFails,
         writingWorks,
         readingFails,
+        readingForbidden,
         readingWorks
     };
     Change change = Change::write;
@@ -173,7 +174,7 @@ struct OrderExpectation {
 };
 
 struct FileExpectation {
-    enum class Check { missing, exists, text, value, entries, reads };
+    enum class Check { missing, exists, text, value, entries, reads, kept };
     Check check = Check::exists;
     std::string name;
     std::string text;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <sstream>
 
+#include "platform/foundation/FileHistory.h"
 #include "platform/foundation/PropertyListFile.h"
 #include "platform/headless/HeadlessScrollView.h"
 #include "platform/headless/HeadlessText.h"
@@ -87,6 +88,10 @@ void ScenarioPlayer::act(const FileExpectation& expected) {
         if (reads != expected.reads) {
             failed(std::to_string(expected.reads), std::to_string(reads));
         }
+        return;
+    }
+    if (expected.check == Check::kept) {
+        if (FileHistory(session_.files(), path).versions().empty()) failed("a version", "none");
         return;
     }
     const auto contents = session_.files().memory().contentsOfFile(path, SIZE_MAX);

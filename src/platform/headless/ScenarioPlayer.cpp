@@ -247,13 +247,13 @@ void ScenarioPlayer::act(const FileStep& step) {
     switch (step.change) {
         case Change::write:
             memory.createDirectories(path.substr(0, path.rfind('/')));
-            done = memory.writeAtomically(path, step.contents);
+            done = memory.writeAtomically(path, step.contents).has_value();
             break;
         case Change::remove: done = memory.remove(path); break;
         case Change::touch:
             // What is written anew has a new date.
             if (const auto contents = memory.contentsOfFile(path, SIZE_MAX); contents) {
-                done = memory.writeAtomically(path, *contents);
+                done = memory.writeAtomically(path, *contents).has_value();
             } else {
                 done = false;
             }
@@ -261,7 +261,11 @@ void ScenarioPlayer::act(const FileStep& step) {
         case Change::writingFails: files.setWriteFails(path, true); break;
         case Change::writingWorks: files.setWriteFails(path, false); break;
         case Change::readingFails: files.setReadFails(path, true); break;
-        case Change::readingWorks: files.setReadFails(path, false); break;
+        case Change::readingForbidden: files.setReadForbidden(path, true); break;
+        case Change::readingWorks:
+            files.setReadFails(path, false);
+            files.setReadForbidden(path, false);
+            break;
     }
     if (done && step.date) done = memory.setModificationDate(path, *step.date);
     if (!done) fail("this cannot be done to " + path);

@@ -54,9 +54,15 @@ Statement parseFileChange(ScenarioLine& line, FileStep::Change change) {
 Statement parseFault(ScenarioLine& line, FileStep::Change fails, FileStep::Change works) {
     FileStep step;
     step.name = line.word("a file");
-    const bool failing = line.take("fails");
-    if (!failing && !line.take("works")) line.fail("expected fails or works");
-    step.change = failing ? fails : works;
+    if (line.take("fails")) {
+        step.change = fails;
+    } else if (fails == FileStep::Change::readingFails && line.take("is forbidden")) {
+        step.change = FileStep::Change::readingForbidden;
+    } else if (line.take("works")) {
+        step.change = works;
+    } else {
+        line.fail("expected fails or works");
+    }
     return lineStatement(line, std::move(step));
 }
 

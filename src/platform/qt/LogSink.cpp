@@ -90,7 +90,9 @@ ssize_t writeToShared(int descriptor, std::string_view bytes) {
 
 LogSink::LogSink(std::string path) : path_(std::move(path)) {
     const WithoutSignals quiet;
-    descriptor_ = ::open(path_.c_str(), ownFlags | O_CREAT, 0666);
+    // It may tell what the user does in the host.
+    constexpr mode_t ownerOnly = 0600;
+    descriptor_ = ::open(path_.c_str(), ownFlags | O_CREAT, ownerOnly);
 }
 
 LogSink::~LogSink() {

@@ -4,6 +4,8 @@
 #include <QTimer>
 
 #include "platform/foundation/AddedEnvironment.h"
+#include "platform/foundation/PosixUser.h"
+#include "platform/qt/HostProcess.h"
 #include "platform/qt/QtDesktop.h"
 #include "platform/qt/QtGuard.h"
 
@@ -40,6 +42,7 @@ void applicationEnds() {
 /// A host without widgets has no menus that we know, and must never get a widget.
 void begin() {
     if (desktopOfProcess || !qobject_cast<QApplication*>(QCoreApplication::instance())) return;
+    if (!isOwnUsersProcess(userHomeDirectory())) return;
     guarded("The start", [] {
         desktopOfProcess = new QtDesktop();
         qAddPostRoutine(applicationEnds);

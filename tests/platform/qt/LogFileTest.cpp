@@ -206,6 +206,16 @@ TEST_F(LogFileTest, APipeIsWrittenToOnceSomebodyReadsIt) {
     EXPECT_FALSE(isPending(SIGPIPE));
 }
 
+TEST_F(LogFileTest, AFileThatIsMadeIsItsOwnersAloneAndAModeIsKept) {
+    const mode_t mask = ::umask(0);
+    logTo(file_).write("first");
+    ::umask(mask);
+    EXPECT_EQ(std::filesystem::status(file_).permissions(), std::filesystem::perms(0600));
+    std::filesystem::permissions(file_, std::filesystem::perms(0644));
+    logTo(file_).write("second");
+    EXPECT_EQ(std::filesystem::status(file_).permissions(), std::filesystem::perms(0644));
+}
+
 TEST_F(LogFileTest, AFileThatMayNotGrowRaisesNoSignal) {
     LogFile log = logTo(file_);
     log.write("first");
