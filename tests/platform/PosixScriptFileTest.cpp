@@ -10,7 +10,6 @@
 #include <fstream>
 #include <functional>
 
-#include "platform/foundation/PosixFileSystem.h"
 #include "platform/foundation/PosixTask.h"
 #include "support/TemporaryFolder.h"
 
@@ -143,8 +142,9 @@ TEST_F(PosixScriptFileTest, AFileThatIsInUseIsWaitedForSoLongOnly) {
 /// Whether what ran was the script of that status, whole.
 bool runsItsOwn(const std::string& path, int status) {
     const std::string padding(50'000, '#');
-    const auto file = PosixFileSystem().createScriptFile(
-        path, "#!/bin/sh\n" + padding + "\nexit " + std::to_string(status) + "\n");
+    const auto file = PosixScriptFile::create(
+        path, "#!/bin/sh\n" + padding + "\nexit " + std::to_string(status) + "\n",
+        std::chrono::seconds(10));
     const auto task = file ? PosixTask::launch(path, {}) : nullptr;
     if (!task) return false;
     task->waitUntilExit();
