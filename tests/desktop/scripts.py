@@ -53,6 +53,13 @@ class Scripts:
     def run_script(self, name):
         self.x.keys(f"ctrl+{KEYS[name]}")
 
+    def switch(self, before, now):
+        """The window that was active goes aside, since it covers the other one."""
+        for application, left in ((before, 1200), (now, now.place.x)):
+            place = application.place._replace(x=left)
+            self.x.place(application.main, place)
+        now.activate(now.main)
+
     def test_programs_run_in_processes_and_lua_in_the_host(self):
         self.define()
         application = self.open()
@@ -104,7 +111,7 @@ class Scripts:
                           "HostProcess": application.process.pid}, told)
         self.assertEqual(SCRIPT.read_text(), "#!/bin/sh\nexec sleep 600\n")
 
-        other.activate(other.main)
+        self.switch(application, other)
         begin = time.monotonic()
         self.run_script("program")
         other.wait_text(f"^Failed to create script at path '{SCRIPT}'$")
@@ -116,6 +123,7 @@ class Scripts:
         os.kill(program, signal.SIGTERM)
         application.wait_text("^Script failed.$")
         wait_for(lambda: not file.exists() and not SCRIPT.exists(), "the files to be removed")
+        self.switch(other, application)
         application.assert_usable()
 
     def test_a_script_waits_for_the_panel_that_it_has_opened(self):
