@@ -3,13 +3,15 @@
 PREFIX ?= /usr/local
 DESTDIR ?=
 FUZZ_SECONDS ?= 60
+# The applications of tools/hostmatrix.toml that `make hosts` runs; all, if there are none.
+HOSTS ?=
 JOBS ?= $(shell nproc)
 # The Python that Debian installs its modules for, before any other on the path.
 PYTHON ?= $(firstword $(wildcard /usr/bin/python3) python3)
 CTEST = ctest --output-on-failure
 
 .DEFAULT_GOAL := build
-.PHONY: setup ready build demo test test-desktop test-asan bench fuzz lint install clean help
+.PHONY: setup ready build demo test test-desktop hosts test-asan bench fuzz lint install clean help
 
 setup: ## install the Debian packages that everything here needs
 	@tools/setup
@@ -30,6 +32,9 @@ test: build ## the headless suite and a short pass over real applications
 
 test-desktop: build ## everything on real applications
 	$(CTEST) --test-dir build -L 'desktop|smoke' --no-tests=error
+
+hosts: build ## many real applications, with Velmora and without; writes docs/hosts.md
+	$(PYTHON) tools/hostmatrix --install --again $(HOSTS)
 
 test-asan: ready ## the headless suite under the address and undefined-behaviour sanitizers
 	cmake --preset asan-ubsan

@@ -11,6 +11,10 @@
 #include <vector>
 
 #include "loader/ElfFile.h"
+#include "loader/FindExecutable.h"
+#include "loader/PythonImports.h"
+#include "loader/ShellScript.h"
+#include "loader/TextFile.h"
 
 namespace velmora {
 
@@ -73,13 +77,9 @@ std::string findLibrary(const std::string& name, const std::vector<std::string>&
     return {};
 }
 
-}  // namespace
-
 // Breadth first: what a program is linked with itself counts before what its libraries bring.
-QtVersion qtVersionOf(const std::string& executable) {
-    std::error_code error;
-    std::deque<std::string> files{fs::canonical(executable, error).string()};
-    if (error) return QtVersion::Unknown;
+QtVersion versionOfBinary(const std::string& executable) {
+    std::deque<std::string> files{executable};
     const std::vector<std::string> folders = linkerFolders();
     std::set<std::string> seen;
     for (; !files.empty(); files.pop_front()) {
@@ -94,6 +94,59 @@ QtVersion qtVersionOf(const std::string& executable) {
         }
     }
     return QtVersion::Unknown;
+}
+
+/// Whether the program is Python of some version, or something that chooses one.
+bool isPython(const fs::path& program) {
+    const std::string name = program.filename().string();
+    return name.starts_with("python") && name.find_first_not_of("0123456789.", 6) == name.npos;
+}
+
+bool isShell(const std::string& name) {
+    return name == "sh" || name == "dash" || name == "bash" || name == "ksh" || name == "zsh";
+}
+
+QtVersion versionOfCommand(const CommandWords& command, int depth);
+
+QtVersion versionOfShell(const CommandWords& arguments, int depth) {
+    for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
+        const bool isText = *argument == "-c" && argument + 1 != arguments.end();
+        if (!isText && argument->starts_with('-')) continue;
+        for (const CommandWords& program :
+             programsOfShellScript(isText ? *++argument : beginningOf(*argument))) {
+            const QtVersion version = versionOfCommand(program, depth + 1);
+            if (version != QtVersion::Unknown) return version;
+        }
+        break;
+    }
+    return QtVersion::Unknown;
+}
+
+QtVersion versionOfCommand(const CommandWords& command, int depth) {
+    constexpr int deepest = 6;
+    if (depth > deepest || command.empty()) return QtVersion::Unknown;
+    const std::string named = findExecutable(command.front());
+    std::error_code error;
+    const std::string file = fs::canonical(named, error).string();
+    if (error || !fs::is_regular_file(file, error)) return QtVersion::Unknown;
+    const CommandWords arguments(command.begin() + 1, command.end());
+    if (isPython(named) || isPython(file)) return PythonImports(named).versionOf(arguments);
+    if (ElfFile().read(file)) {
+        const std::string name = fs::path(file).filename().string();
+        if (isShell(name)) return versionOfShell(arguments, depth);
+        return versionOfBinary(file);
+    }
+    CommandWords words = interpreterOf(beginningOf(file));
+    if (words.empty()) return QtVersion::Unknown;
+    words.push_back(file);
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return versionOfCommand(words, depth + 1);
+}
+
+}  // namespace
+
+QtVersion qtVersionOf(const std::vector<std::string>& command) {
+    return versionOfCommand(withoutPrefix(command), 0);
 }
 
 }  // namespace velmora

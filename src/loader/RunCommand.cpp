@@ -3,11 +3,12 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
-#include <sstream>
+
+#include "loader/FindExecutable.h"
+#include "platform/foundation/AddedEnvironment.h"
 
 namespace velmora {
 
@@ -19,11 +20,6 @@ constexpr int cannotRun = 126;
 constexpr int notFound = 127;
 
 constexpr const char* pluginName = "velmora";
-
-std::string environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
 
 bool holdsPlugin(const fs::path& folder) {
     std::error_code error;
@@ -50,35 +46,11 @@ PluginFolders PluginFolders::beside(const std::string& tool) {
     return {folderOf(tool, "qt5"), folderOf(tool, "qt6")};
 }
 
-std::string PluginFolders::forVersion(QtVersion version) const {
-    if (version == QtVersion::Five) return qt5;
-    if (version == QtVersion::Six) return qt6;
-    if (qt5.empty() || qt6.empty()) return qt5 + qt6;
-    return qt5 + ':' + qt6;
-}
-
-std::string listWith(const std::string& list, const std::string& entry, char separator,
-                     bool inFront) {
-    if (list.empty()) return entry;
-    std::istringstream entries(list);
-    for (std::string present; std::getline(entries, present, separator);) {
-        if (present == entry) return list;
-    }
-    return inFront ? entry + separator + list : list + separator + entry;
-}
-
-std::string findExecutable(const std::string& name) {
-    if (name.find('/') != std::string::npos) return name;
-    const std::string path = environment("PATH");
-    std::istringstream folders(path.empty() ? "/usr/bin:/bin" : path);
-    for (std::string folder; std::getline(folders, folder, ':');) {
-        std::error_code error;
-        const fs::path file = fs::path(folder.empty() ? "." : folder) / name;
-        if (fs::is_regular_file(file, error) && ::access(file.c_str(), X_OK) == 0) {
-            return file.string();
-        }
-    }
-    return {};
+std::vector<std::string> PluginFolders::forVersion(QtVersion version) const {
+    std::vector<std::string> folders;
+    if (version != QtVersion::Six && !qt5.empty()) folders.push_back(qt5);
+    if (version != QtVersion::Five && !qt6.empty()) folders.push_back(qt6);
+    return folders;
 }
 
 int runApplication(const PluginFolders& folders, const std::vector<std::string>& command) {
@@ -88,9 +60,9 @@ int runApplication(const PluginFolders& folders, const std::vector<std::string>&
         return notFound;
     }
     if (::access(file.c_str(), X_OK) != 0) return refusal(command.front(), errno);
-    const QtVersion version = qtVersionOf(file);
-    const std::string path = folders.forVersion(version);
-    if (path.empty()) {
+    const QtVersion version = qtVersionOf(command);
+    const std::vector<std::string> paths = folders.forVersion(version);
+    if (paths.empty()) {
         std::cerr << "velmora: there is no plug-in for "
                   << (version == QtVersion::Five  ? "Qt 5, with which "
                       : version == QtVersion::Six ? "Qt 6, with which "
@@ -99,11 +71,11 @@ int runApplication(const PluginFolders& folders, const std::vector<std::string>&
                   << "\n";
         return cannotRun;
     }
-    const std::string search = listWith(environment("QT_PLUGIN_PATH"), path, ':', true);
-    const std::string plugins =
-        listWith(environment("QT_QPA_GENERIC_PLUGINS"), pluginName, ',', false);
-    ::setenv("QT_PLUGIN_PATH", search.c_str(), 1);
-    ::setenv("QT_QPA_GENERIC_PLUGINS", plugins.c_str(), 1);
+    using Added = AddedEnvironment;
+    for (auto path = paths.rbegin(); path != paths.rend(); ++path) {
+        Added::add("QT_PLUGIN_PATH", *path, Added::List::Folders, Added::Place::Front);
+    }
+    Added::add("QT_QPA_GENERIC_PLUGINS", pluginName, Added::List::Names, Added::Place::End);
 
     std::vector<char*> arguments;
     arguments.reserve(command.size() + 1);

@@ -15,19 +15,12 @@ struct PluginFolders {
     /// Beside the tool in a build tree, or below lib/ where it is installed.
     static PluginFolders beside(const std::string& tool);
 
-    /// What of it a program with that Qt is to search, separated by colons.
-    std::string forVersion(QtVersion version) const;
+    /// What of it a program with that Qt is to search.
+    std::vector<std::string> forVersion(QtVersion version) const;
 };
 
-/// The list with the entry in front (or at the end), unless it is there.
-std::string listWith(const std::string& list, const std::string& entry, char separator,
-                     bool inFront);
-
-/// The file that the shell would run for the name; empty when there is none.
-std::string findExecutable(const std::string& name);
-
-/// Becomes the application, with the plug-in loaded into it. Returns only when it cannot, with the
-/// exit status that a shell has for that.
+/// Becomes the application, with the plug-in loaded into it but not into what it starts. Returns
+/// only when it cannot, with the exit status that a shell has for that.
 int runApplication(const PluginFolders& folders, const std::vector<std::string>& command);
 
 }  // namespace velmora

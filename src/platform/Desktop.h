@@ -108,6 +108,7 @@ public:
     /// Starts the file as a process, whose file and interpreter must exist; null when that fails.
     virtual std::unique_ptr<NSTask> launchProcess(const std::string& path,
                                                   const std::vector<std::string>& arguments) = 0;
+    /// Neither blocks nor throws: what cannot be written at once is lost.
     virtual void log(const std::string& line) = 0;
     virtual void trace(const std::string& line) = 0;
     virtual bool traceEnabled() const = 0;

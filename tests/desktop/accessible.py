@@ -112,6 +112,18 @@ class Panel:
         except harness.Timeout as timeout:
             raise harness.Timeout(f"{timeout}; there are {self.rows()}") from None
 
+    def place(self, geometry):
+        """Puts the panel's inside there, and waits until it says so itself."""
+        self.x.place(self.window, geometry)
+        def is_there():
+            now = self.x.geometry(self.window)
+            centres = [cell.area.at(0.5, 0.5) for row in self.cells() for cell in row]
+            # The window manager's frame is a little thick.
+            return (abs(now.x - geometry.x) < 40 and abs(now.y - geometry.y) < 40
+                    and all(now.contains(*centre) for centre in centres))
+
+        wait_for(is_there, f"the panel at {geometry}")
+
     def click_cell(self, row, column):
         wait_for(lambda: len(self.cells()) > row, f"row {row}")
         self.x.click(*self.cells()[row][column].area.at(0.5, 0.5))

@@ -275,20 +275,22 @@ class Application:
     """A running application, with the plug-in or without."""
 
     def __init__(self, screen, home, command, plugin=True, environment=None, name="application",
-                 trace=True, stdin=False):
+                 trace=True, stdin=False, stderr=None):
         self.screen, self.x, self.home = screen, screen.x, home
         self.log_file = screen.directory / f"{name}.log"
         self.output_file = screen.directory / f"{name}.out"
         for path in (self.log_file, self.output_file):
             path.unlink(missing_ok=True)
-        settings = {**screen.environment(home.path), **(environment or {})}
+        settings = screen.environment(home.path)
         command = [str(part) for part in command]
         if plugin:
             settings.update(VELMORA_LOG=str(self.log_file), VELMORA_TRACE="1" if trace else "0")
             command = [str(VELMORA), "run"] + command
+        settings.update(environment or {})
         self.command = command
         with open(self.output_file, "wb") as output:
-            self.process = _start(command, settings, stdout=output, stderr=output, cwd=home.path,
+            self.process = _start(command, settings, stdout=output, cwd=home.path,
+                                  stderr=output if stderr is None else stderr,
                                   stdin=subprocess.PIPE if stdin else subprocess.DEVNULL)
 
     # --- windows -------------------------------------------------------------------------------

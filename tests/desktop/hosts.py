@@ -14,6 +14,8 @@ class ToldHost(harness.Application):
         self.wait_ready()
         self.windows_by_number = {1: self.window("Window 1")}
         self.activate_window(1)
+        # By then the host knows where its window is, and can be asked for places in it.
+        self.wait_text("^became active$")
 
     def said(self):
         return [line for line in self.output().splitlines() if not line.startswith("velmora: ")]

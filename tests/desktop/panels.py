@@ -93,6 +93,16 @@ class Panels:
         self.assertEqual(application.commands(), [])
         application.assert_usable()
 
+    def test_closing_the_panel_under_the_pointer_leaves_no_errors(self):
+        # Once it is hidden, the toolkit asks for the frame that the window manager takes down.
+        application = self.open()
+        self.x.move(*self.x.geometry(application.main).at(0.5, 0.5))
+        for _ in range(25):
+            open_panel(application)
+            self.x.keys("Escape")
+            self.back(application)
+        self.assertNotIn("XCB error", application.output())
+
     def test_a_mnemonic_can_end_the_application(self):
         application = self.open()
         self.run_mnemonic(application, "end")

@@ -37,7 +37,7 @@ class Picks:
     def open_panel(self, application):
         self.x.keys("ctrl+g")
         self.panel = accessible.Panel(application, self.accessibility, "^Define Gestures")
-        self.x.place(self.panel.window, Geometry(700, 560, 480, 240))
+        self.panel.place(Geometry(700, 560, 480, 240))
 
     def select(self, *rows):
         for row in rows:

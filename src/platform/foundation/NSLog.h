@@ -4,7 +4,7 @@
 
 namespace velmora {
 
-/// One line in the host's log. Never fails.
+/// One line in the host's log. Neither blocks nor throws; what the log does not take is lost.
 void NSLog(const std::string& line);
 
 /// One line that tells what the system does (a gesture, a command that ran), for people who look

@@ -11,6 +11,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtMenuBars.h"
+#include "platform/qt/X11PressedWindow.h"
 
 namespace velmora {
 
@@ -36,6 +37,7 @@ EventHook::EventHook(QtMenuBars& menuBars, QtWindows& windows)
     : menuBars_(menuBars),
       thread_(QThread::currentThreadId()),
       translator_(windows),
+      queue_(panelKeys_),
       held_(translator_) {
     leftOvers_.setSingleShot(true);
     connect(&leftOvers_, &QTimer::timeout, this, [this] { deliverLeftOvers(); });
@@ -76,10 +78,11 @@ bool EventHook::eventFilter(QObject* receiver, QEvent* event) {
 }
 
 EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
-    if (QThread::currentThreadId() != thread_) return Outcome::Passed;
+    if (retired_ || QThread::currentThreadId() != thread_) return Outcome::Passed;
     Outcome outcome = Outcome::Passed;
     guarded("EventHook", [&] {
         menuBars_.noticeEvent(receiver, event);
+        forgetPressedWindow(*receiver, *event);
         if (takesInput_) {
             if (event->type() == QEvent::WindowBlocked && NSApp().isFetching() && hostLoopBegan_) {
                 hostLoopBegan_();
@@ -97,6 +100,10 @@ EventHook::Outcome EventHook::look(QObject* receiver, QEvent* event) {
             }
         } else if (menuBarMayHaveCome_ && mayBringMenuBar(receiver, event)) {
             menuBarMayHaveCome_();
+        }
+        if (outcome == Outcome::Passed && QtPanelKeys::isKey(*event) &&
+            panelKeys_.deliver(*receiver, *event)) {
+            outcome = Outcome::Kept;
         }
     });
     return outcome;
@@ -172,7 +179,10 @@ EventHook::Outcome EventHook::offerToMenus(QKeyEvent& shortcutOverride, Outcome 
     Answer answer = Answer::notOurs;
     if (outcome == Outcome::Passed) answer = menuBars_.keys().offer(shortcutOverride);
     override_ = decision;
-    if (answer == Answer::taken) override_->outcome = Outcome::Kept;
+    if (answer == Answer::taken) {
+        override_->outcome = Outcome::Kept;
+        queue_.keyWasTaken();
+    }
     // An override that is kept is accepted, which keeps it from the shortcuts too.
     return answer == Answer::notOurs ? outcome : Outcome::Kept;
 }

@@ -14,6 +14,7 @@
 #include "platform/qt/HostQueue.h"
 #include "platform/qt/QtEvent.h"
 #include "platform/qt/QtMenuPicks.h"
+#include "platform/qt/QtPanelKeys.h"
 
 namespace velmora {
 
@@ -28,7 +29,8 @@ public:
     EventHook(QtMenuBars& menuBars, QtWindows& windows);
     ~EventHook() override;
 
-    /// Until input is taken: called when something has come that may be the first menu bar.
+    /// Until input is taken: called when something has come that may be the first window or menu
+    /// bar.
     void watchForMenuBar(std::function<void()> mayHaveCome);
 
     /// Called when the host blocks a window inside a fetch or gets input in a loop of its own
@@ -37,6 +39,9 @@ public:
 
     /// From here on input goes through the layer.
     void takeInput();
+
+    /// From here on nothing is looked at any more, and every event is left to Qt.
+    void retire() { retired_ = true; }
 
     /// As Desktop::dispatchEvent: at once by leaving the event to Qt, if it is the one that the
     /// hook was called with and nothing came between; else in its turn.
@@ -109,10 +114,12 @@ private:
     Qt::HANDLE thread_;
     bool registered_ = false;
     bool takesInput_ = false;
+    bool retired_ = false;
     std::function<void()> menuBarMayHaveCome_;
     std::function<void()> hostLoopBegan_;
 
     EventTranslator translator_;
+    QtPanelKeys panelKeys_;
     HostQueue queue_;
     HeldInput held_;
     FetchWait wait_;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "platform/foundation/Time.h"
+#include "platform/qt/LogSink.h"
 
 namespace velmora {
 
@@ -13,16 +15,16 @@ class LogFile {
 public:
     /// The lines carry the process's name.
     explicit LogFile(const std::string& process);
-    ~LogFile();
-    LogFile(const LogFile&) = delete;
-    LogFile& operator=(const LogFile&) = delete;
 
-    void write(const std::string& text);
+    /// Neither blocks nor throws nor raises a signal. A line that cannot be written at once is
+    /// dropped; the next one that can comes after one that says how many were lost.
+    void write(const std::string& text) noexcept;
 
 private:
     Time start_;
     std::string process_;
-    int file_ = -1;
+    LogSink standardError_;
+    std::optional<LogSink> file_;
 };
 
 }  // namespace velmora

@@ -1,6 +1,6 @@
 #include "platform/qt/QtCommandRunner.h"
 
-#include <QMenuBar>
+#include <QWidget>
 #include <algorithm>
 #include <cstdio>
 
@@ -16,13 +16,13 @@ namespace velmora {
 
 namespace {
 
-/// From the title in the menu bar to that of the item; the bar is the menu at the end of the way.
-std::vector<std::string> titlesOf(const NSMenuItem& item, NSMenu*& bar) {
+/// From the title in the main menu to that of the item.
+std::vector<std::string> titlesOf(const NSMenuItem& item, NSMenu*& mainMenu) {
     std::vector<std::string> titles{item.title()};
-    bar = item.menu();
-    while (bar && bar->supermenu()) {
-        titles.push_back(bar->title());
-        bar = bar->supermenu();
+    mainMenu = item.menu();
+    while (mainMenu && mainMenu->supermenu()) {
+        titles.push_back(mainMenu->title());
+        mainMenu = mainMenu->supermenu();
     }
     std::reverse(titles.begin(), titles.end());
     return titles;
@@ -59,18 +59,17 @@ void QtCommandRunner::runLater(QtMenuItem& item) {
     NSMenu* outermost = nullptr;
     Request request{std::static_pointer_cast<QtMenuItem>(item.shared_from_this()),
                     titlesOf(item, outermost), nullptr};
-    if (const auto* mirror = dynamic_cast<const QtMenu*>(outermost)) {
-        request.bar = qobject_cast<QMenuBar*>(mirror->widget());
-    }
+    const auto* mirror = dynamic_cast<const QtMenu*>(outermost);
+    if (mirror && mirror->isRoot()) request.root = mirror->widget();
     QMetaObject::invokeMethod(
-        &context_, [this, request] { guarded("A command", [&] { resolveBar(request); }); },
+        &context_, [this, request] { guarded("A command", [&] { resolveRoot(request); }); },
         Qt::QueuedConnection);
 }
 
-void QtCommandRunner::resolveBar(Request request) {
-    QMenuBar* bar = menuBars_.currentBar();
-    if (bar && bar != request.bar) {
-        request.bar = bar;
+void QtCommandRunner::resolveRoot(Request request) {
+    QWidget* root = menuBars_.currentRoot();
+    if (root && root != request.root) {
+        request.root = root;
         request.item = nullptr;
     }
     windows_.whenKeyIsSettled([this, request] { run(request); });
@@ -78,11 +77,11 @@ void QtCommandRunner::resolveBar(Request request) {
 
 void QtCommandRunner::run(const Request& request) {
     const std::string path = joinedTitles(request.titles);
-    if (!request.bar) {
+    if (!request.root) {
         traceMiss(path, "its window is gone");
         return;
     }
-    const std::shared_ptr<QtMenu> mirror = menuBars_.mirrorOf(*request.bar);
+    const std::shared_ptr<QtMenu> mirror = menuBars_.mirrorOf(*request.root);
     std::shared_ptr<QtMenuItem> item = request.item;
     const bool known = item && item->menu() && item->hostAction();
     if (!known) item = find(*mirror, request.titles, 0);

@@ -7,7 +7,7 @@
 
 #include "platform/appkit/NSMenuItem.h"
 
-class QMenuBar;
+class QWidget;
 
 namespace velmora {
 
@@ -24,19 +24,20 @@ public:
     QtCommandRunner(QtMenuBars& menuBars, QtWindows& windows);
 
     /// Runs the item once, unless it is gone, disabled or blocked by then; the trace says why.
-    /// When another window with a menu bar is key by now, the item of the same titles in that bar
-    /// is the one that runs.
+    /// When another main menu is in force by now, since another window is key, the item of the same
+    /// titles in that one is the one that runs.
     void runLater(QtMenuItem& item);
 
 private:
-    /// The titles from the menu bar down to the item.
+    /// The titles from the main menu down to the item.
     using Titles = std::vector<std::string>;
     struct Request {
         std::shared_ptr<QtMenuItem> item;
         Titles titles;
-        QPointer<QMenuBar> bar;
+        /// Whose menus they are: a bar or a window.
+        QPointer<QWidget> root;
     };
-    void resolveBar(Request request);
+    void resolveRoot(Request request);
     void run(const Request& request);
     static std::shared_ptr<QtMenuItem> find(QtMenu& menu, const Titles& titles, std::size_t level);
 

@@ -24,6 +24,10 @@ namespace {
 
 constexpr Time farAway = std::chrono::hours(1);
 
+/// How long after its window a host may show its menu bar and have it taken for the first main
+/// menu, in ms. One that comes later replaces what was made meanwhile.
+constexpr int patienceForBar = 200;
+
 /// When a wait has to run the timers, it is asked again after so long.
 constexpr std::chrono::milliseconds timerRetry(10);
 
@@ -65,6 +69,8 @@ QtDesktop::Session::Session() : menuBars(windows), typing(windows), hook(menuBar
         cursor.show(nullptr);
     });
     launch.setSingleShot(true);
+    patience.setSingleShot(true);
+    patience.setInterval(patienceForBar);
     timers.setSingleShot(true);
     timers.setTimerType(Qt::PreciseTimer);
 }
@@ -76,6 +82,7 @@ QtDesktop::QtDesktop()
     QObject& context = session_->context;
     QObject::connect(&session_->timers, &QTimer::timeout, &context, [this] { fireTimers(); });
     QObject::connect(&session_->launch, &QTimer::timeout, &context, [this] { tryToLaunch(); });
+    QObject::connect(&session_->patience, &QTimer::timeout, &context, [this] { launch(); });
     LoadHook::runAll();
     session_->hook.watchForMenuBar([this] { session_->launch.start(0); });
     session_->launch.start(0);
@@ -89,10 +96,28 @@ void QtDesktop::close() {
     session_.reset();
 }
 
+void QtDesktop::leave() {
+    if (!session_) return;
+    session_->hook.retire();
+    static_cast<void>(session_.release());
+}
+
 void QtDesktop::tryToLaunch() {
     guarded("The launch", [this] {
-        if (!session_->menuBars.hasMainMenu()) return;
+        if (!session_) return;
+        if (session_->menuBars.hasBar()) {
+            launch();
+        } else if (!session_->patience.isActive() && session_->menuBars.hasMainMenu()) {
+            session_->patience.start();
+        }
+    });
+}
+
+void QtDesktop::launch() {
+    guarded("The launch", [this] {
+        if (!session_ || !session_->menuBars.hasMainMenu()) return;
         session_->launch.disconnect();
+        session_->patience.disconnect();
         session_->hook.takeInput();
         NSApp().finishLaunching();
         trace("launched");
@@ -103,6 +128,7 @@ void QtDesktop::tryToLaunch() {
 }
 
 void QtDesktop::applicationStateChanged() {
+    if (!session_) return;
     const bool active = QGuiApplication::applicationState() == Qt::ApplicationActive;
     if (active == session_->active) return;
     session_->active = active;
@@ -146,6 +172,7 @@ void QtDesktop::timersChanged(std::optional<Time> earliest) {
 }
 
 void QtDesktop::fireTimers() {
+    if (!session_) return;
     // A fetch that waits runs the timers of its own mode.
     if (session_->hook.endWait()) {
         session_->timers.start(timerRetry);

@@ -21,7 +21,8 @@ namespace velmora {
 class QtDesktop final : public Desktop {
 public:
     /// Makes it the desktop of this process, runs the load hooks, and begins: the host has finished
-    /// launching when the first window with a menu bar is up, and nothing happens before.
+    /// launching when the first window with a menu bar is up, or one without a bar has been for a
+    /// moment; nothing happens before.
     QtDesktop();
 
     /// The host's loop has ended, or is about to: it will save what it has to save.
@@ -30,6 +31,10 @@ public:
     /// The application object is about to go, and with it everything that hangs on it. What is
     /// asked from here on gets the answers of a host without windows.
     void close();
+
+    /// The process ends. As close, but nothing of the toolkit is touched any more: what hangs on
+    /// the application object is left to the process.
+    void leave();
 
     Time now() const override;
     void wait(Time deadline) override;
@@ -75,11 +80,14 @@ private:
         QtWheel wheel;
         EventHook hook;
         QTimer launch;
+        /// How much longer a menu bar may come.
+        QTimer patience;
         QTimer timers;
         bool active = false;
     };
 
     void tryToLaunch();
+    void launch();
     void applicationStateChanged();
     void fireTimers();
 

@@ -18,16 +18,21 @@ namespace {
 /// Deeper menus are no menus.
 constexpr int deepest = 12;
 
-/// What a user sees in the menu: neither hidden actions nor placeholders without a title.
-QList<QAction*> shownActions(const QWidget* widget) {
-    QList<QAction*> shown;
-    if (!widget) return shown;
-    const QList<QAction*> actions = widget->actions();
+/// What a user sees in a menu or a bar: neither hidden actions nor placeholders without a title.
+std::vector<QtMenuEntry> shownActions(const QWidget& widget) {
+    std::vector<QtMenuEntry> shown;
+    const QList<QAction*> actions = widget.actions();
     for (QAction* action : actions) {
-        const bool titled = action->isSeparator() || !titleFromText(action->text()).empty();
-        if ((action->isVisible() && titled) || QtOwnMenus::isOwn(*action)) shown << action;
+        std::string title = action->isSeparator() ? std::string() : titleFromText(action->text());
+        const bool titled = action->isSeparator() || !title.empty();
+        if ((!action->isVisible() || !titled) && !QtOwnMenus::isOwn(*action)) continue;
+        shown.push_back({action, std::move(title), action->menu()});
     }
     return shown;
+}
+
+bool isWindow(const QWidget* widget) {
+    return !qobject_cast<const QMenu*>(widget) && !qobject_cast<const QMenuBar*>(widget);
 }
 
 }  // namespace
@@ -39,6 +44,7 @@ std::string joinedPath(const std::string& prefix, const std::string& title) {
 QtMenu::QtMenu(QtMenuBars& owner, QWidget& widget, std::string path, int depth)
     : owner_(&owner), widget_(&widget), key_(&widget), path_(std::move(path)), depth_(depth) {
     owner_->add(*this, key_);
+    if (depth == 0 && isWindow(&widget)) made_ = std::make_unique<QtMadeMenu>(widget);
 }
 
 QtMenu::~QtMenu() {
@@ -75,9 +81,7 @@ void QtMenu::bringUpToDate() {
     dirty_ = false;
     // A host that fills a menu for each opening may empty it afterwards. A user would find there
     // what it held when it was open.
-    if (!preparing_ && qobject_cast<QMenu*>(widget_.data()) && shownActions(widget_).isEmpty()) {
-        return;
-    }
+    if (!preparing_ && qobject_cast<QMenu*>(widget_.data()) && entries().empty()) return;
     const Raised busy(bringingUpToDate_);
     arrange(wantedItems());
     bringSubmenusUpToDate();
@@ -116,8 +120,14 @@ QAction* QtMenu::actionOf(const NSMenuItem& item) const {
     return own != own_.end() ? own->action.data() : nullptr;
 }
 
+std::vector<QtMenuEntry> QtMenu::entries() {
+    if (made_) return made_->menus();
+    if (!widget_) return {};
+    return isWindow(widget_) ? QtMadeMenu::commands(*widget_) : shownActions(*widget_);
+}
+
 std::vector<NSMenuItemRef> QtMenu::wantedItems() {
-    const QList<QAction*> actions = shownActions(widget_);
+    const std::vector<QtMenuEntry> shown = entries();
     std::unordered_map<const QAction*, NSMenuItemRef> byAction;
     for (const NSMenuItemRef& item : itemArray()) {
         const QAction* action = actionOf(*item);
@@ -127,8 +137,8 @@ std::vector<NSMenuItemRef> QtMenu::wantedItems() {
     }
     std::vector<NSMenuItemRef> wanted;
     std::unordered_set<const NSMenuItem*> used;
-    for (QAction* action : actions) {
-        const auto found = byAction.find(action);
+    for (const QtMenuEntry& entry : shown) {
+        const auto found = byAction.find(entry.action);
         if (found != byAction.end()) used.insert(found->second.get());
     }
     // Items whose action is not here any more, for new actions that take their place.
@@ -139,25 +149,24 @@ std::vector<NSMenuItemRef> QtMenu::wantedItems() {
         }
     }
     // Whoever hears of what is taken over may have the host do anything.
-    const std::vector<QPointer<QAction>> shown(actions.begin(), actions.end());
-    for (const QPointer<QAction>& action : shown) {
-        if (!action) continue;
-        const auto found = byAction.find(action);
-        if (found == byAction.end() && QtOwnMenus::isOwn(*action)) continue;
-        NSMenuItemRef item = found != byAction.end() ? found->second : itemFor(*action, spare);
-        if (auto* mirrored = dynamic_cast<QtMenuItem*>(item.get())) takeOver(*mirrored, *action);
+    for (const QtMenuEntry& entry : shown) {
+        if (!entry.action) continue;
+        const auto found = byAction.find(entry.action);
+        if (found == byAction.end() && QtOwnMenus::isOwn(*entry.action)) continue;
+        NSMenuItemRef item = found != byAction.end() ? found->second : itemFor(entry, spare);
+        if (auto* mirrored = dynamic_cast<QtMenuItem*>(item.get())) takeOver(*mirrored, entry);
         wanted.push_back(std::move(item));
     }
     return wanted;
 }
 
-NSMenuItemRef QtMenu::itemFor(QAction& action, std::vector<NSMenuItemRef>& spare) {
-    const std::string title = action.isSeparator() ? std::string() : titleFromText(action.text());
+NSMenuItemRef QtMenu::itemFor(const QtMenuEntry& entry, std::vector<NSMenuItemRef>& spare) {
     const auto fits = [&](const NSMenuItemRef& item) {
-        return item->isSeparatorItem() == action.isSeparator() && item->title() == title;
+        return item->isSeparatorItem() == entry.action->isSeparator() &&
+               item->title() == entry.title;
     };
     const auto found = std::find_if(spare.begin(), spare.end(), fits);
-    if (found == spare.end()) return std::make_shared<QtMenuItem>(action);
+    if (found == spare.end()) return std::make_shared<QtMenuItem>(*entry.action);
     NSMenuItemRef item = std::move(*found);
     spare.erase(found);
     return item;
@@ -171,13 +180,13 @@ bool QtMenu::isWithin(const QWidget& menu) const {
     return false;
 }
 
-void QtMenu::takeOver(QtMenuItem& item, QAction& action) {
+void QtMenu::takeOver(QtMenuItem& item, const QtMenuEntry& entry) {
     if (!owner_) return;
-    item.setHostAction(action, path_);
-    const QAction* taken = item.hostAction();
-    const bool opens = taken && !taken->isSeparator() && depth_ < deepest;
-    QMenu* menu = opens ? taken->menu() : nullptr;
-    if (!menu || !owner_ || isWithin(*menu)) {
+    item.setHostAction(*entry.action, entry.title, path_);
+    const bool opens = item.hostAction() && !item.isSeparatorItem() && depth_ < deepest;
+    QWidget* menu = opens ? entry.submenu.data() : nullptr;
+    const bool holdsItself = menu && !isWindow(menu) && isWithin(*menu);
+    if (!menu || !owner_ || holdsItself) {
         item.setSubmenu(nullptr);
         return;
     }

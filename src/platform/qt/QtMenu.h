@@ -2,10 +2,12 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/appkit/NSMenu.h"
+#include "platform/qt/QtMadeMenu.h"
 #include "platform/qt/QtMenuItem.h"
 
 class QMenu;
@@ -18,16 +20,20 @@ class QtMenuBars;
 /// A path and a title below it; nothing is in front of a title in the menu bar itself.
 std::string joinedPath(const std::string& prefix, const std::string& title);
 
-/// The mirror of a menu or a menu bar of the host: the items that a user sees there. What is
-/// inserted into it by others is shown in the host's menu as well.
+/// The mirror of a menu or a menu bar of the host: the items that a user sees there; or of what a
+/// window without a bar offers. What is inserted into it by others is shown in the host's menu as
+/// well; in a menu of a window's own commands it is an action of the window.
 class QtMenu final : public NSMenu {
 public:
-    /// The mirror of a bar, or of a menu `depth` levels below one, whose path is `path`.
+    /// The mirror of a main menu, which is a bar or a window, or of a menu `depth` levels below
+    /// one, whose path is `path`.
     QtMenu(QtMenuBars& owner, QWidget& widget, std::string path, int depth);
     ~QtMenu() override;
 
-    /// The QMenu or QMenuBar; null once the host has destroyed it.
+    /// The QMenu, QMenuBar or window; null once the host has destroyed it.
     QWidget* widget() const { return widget_; }
+    /// Whether it is a main menu.
+    bool isRoot() const { return depth_ == 0; }
     /// Makes it the mirror of another menu of the same title.
     void rebind(QWidget& widget);
     void setPath(std::string path);
@@ -69,10 +75,11 @@ private:
     };
     Own* ownOf(const NSMenuItem* item);
     void drop(Own& own);
+    std::vector<QtMenuEntry> entries();
     std::vector<NSMenuItemRef> wantedItems();
-    NSMenuItemRef itemFor(QAction& action, std::vector<NSMenuItemRef>& spare);
+    NSMenuItemRef itemFor(const QtMenuEntry& entry, std::vector<NSMenuItemRef>& spare);
     void arrange(const std::vector<NSMenuItemRef>& wanted);
-    void takeOver(QtMenuItem& item, QAction& action);
+    void takeOver(QtMenuItem& item, const QtMenuEntry& entry);
     /// Whether it mirrors that menu or lies below it: a host's menu may hold itself.
     bool isWithin(const QWidget& menu) const;
     void bringSubmenusUpToDate();
@@ -85,6 +92,8 @@ private:
     const QObject* key_;
     std::string path_;
     int depth_;
+    /// For the main menu of a window without a bar.
+    std::unique_ptr<QtMadeMenu> made_;
     std::vector<Own> own_;
     bool dirty_ = false;
     bool preparing_ = false;

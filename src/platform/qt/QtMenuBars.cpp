@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <climits>
 
+#include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtMenu.h"
@@ -36,6 +37,10 @@ public:
     void menuNeedsUpdate(NSMenu& menu) { menu.update(); }
 };
 
+bool isBar(const QWidget& root) {
+    return qobject_cast<const QMenuBar*>(&root);
+}
+
 bool hasMenus(const QMenuBar& bar) {
     const QList<QAction*> actions = bar.actions();
     return std::any_of(actions.begin(), actions.end(), [](const QAction* action) {
@@ -50,6 +55,22 @@ int claimOf(const QMenuBar& bar, const QWidget& window) {
     const QWidget* place = layout ? layout->menuBar() : nullptr;
     if (place && (place == &bar || place->isAncestorOf(&bar))) return 3;
     return bar.isVisibleTo(&window) || bar.isNativeMenuBar() ? 2 : 1;
+}
+
+/// A host that fills its first menu when that opens for the first time would take an item of ours
+/// for its own.
+void prepareFirst(NSMenu& mainMenu) {
+    const NSMenuItemRef first = mainMenu.itemAtIndex(0);
+    const NSMenuRef menu = first ? first->submenu() : nullptr;
+    if (menu && menu->numberOfItems() == 0) menu->update();
+}
+
+/// For who looks for the paths of what has no bar on the screen.
+void traceMade(const NSMenu& mainMenu) {
+    if (!NSTraceEnabled()) return;
+    std::string line = "made a main menu:";
+    for (const NSMenuItemRef& item : mainMenu.itemArray()) line += " \"" + item->title() + '"';
+    NSTrace(line);
 }
 
 void postAddedLeaves(NSMenu& menu) {
@@ -81,28 +102,35 @@ QtMenuBars::~QtMenuBars() {
 }
 
 NSMenuRef QtMenuBars::mainMenu() {
-    QMenuBar* bar = currentBar();
-    if (!bar) return nullptr;
-    std::shared_ptr<QtMenu> mirror = mirrorOf(*bar);
+    QWidget* root = currentRoot();
+    if (!root) return nullptr;
+    if (!isBar(*root)) lookAtWindow(*root);
+    std::shared_ptr<QtMenu> mirror = mirrorOf(*root);
     if (!hadMain_) {
         hadMain_ = true;
-        lastMain_ = bar;
-    } else if (lastMain_ != bar) {
+        lastMain_ = root;
+    } else if (lastMain_ != root) {
         scheduleCheck();
     }
+    prepareFirst(*mirror);
     for (const NSMenuItemRef& item : mirror->itemArray()) {
         if (auto* menu = dynamic_cast<QtMenu*>(item->submenu().get())) menu->adoptOwnSubmenus();
     }
     return mirror;
 }
 
+QWidget* QtMenuBars::currentRoot() {
+    if (QMenuBar* bar = currentBar()) return bar;
+    return windowWithoutBar();
+}
+
 QMenuBar* QtMenuBars::currentBar() {
     findBars();
-    std::erase_if(bars_, [](const Bar& known) { return !known.bar; });
+    std::erase_if(roots_, [](const Root& known) { return !known.widget; });
     QMenuBar* best = nullptr;
     int bestRank = INT_MAX;
-    for (const Bar& known : bars_) {
-        QWidget* window = known.bar->window();
+    for (const Root& known : roots_) {
+        QWidget* window = known.widget->window();
         const int rank = windows_.activationRank(*window);
         if ((best && rank >= bestRank) || !window->isVisible() || QtWindows::isOwn(*window)) {
             continue;
@@ -114,12 +142,35 @@ QMenuBar* QtMenuBars::currentBar() {
     }
     if (best) return best;
     // One for the whole application, where the desktop shows it.
-    for (const Bar& known : bars_) {
-        if (!known.bar->parentWidget() && known.bar->isNativeMenuBar() && hasMenus(*known.bar)) {
-            return known.bar;
-        }
+    for (const Root& known : roots_) {
+        auto* bar = qobject_cast<QMenuBar*>(known.widget.data());
+        if (bar && !bar->parentWidget() && bar->isNativeMenuBar() && hasMenus(*bar)) return bar;
     }
     return nullptr;
+}
+
+QWidget* QtMenuBars::windowWithoutBar() {
+    QWidget* best = nullptr;
+    std::pair<bool, int> bestRank;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        if (!QtMadeMenu::isFor(*window)) continue;
+        const QWidget* parent = window->parentWidget();
+        // A dialog, whose commands are those of its window.
+        if (parent && QtMadeMenu::isFor(*parent->window())) continue;
+        const std::pair rank(!QtMadeMenu::offersCommands(*window),
+                             windows_.activationRank(*window));
+        if (best && rank >= bestRank) continue;
+        best = window;
+        bestRank = rank;
+    }
+    return best;
+}
+
+void QtMenuBars::lookAtWindow(QWidget& window) {
+    // Nothing tells of buttons and tool bars that come and go.
+    const auto [first, last] = mirrors_.equal_range(&window);
+    for (auto entry = first; entry != last; ++entry) entry->second->markDirty();
 }
 
 void QtMenuBars::findBars() {
@@ -131,35 +182,40 @@ void QtMenuBars::findBars() {
     }
 }
 
-void QtMenuBars::learn(QMenuBar& bar) {
-    const bool known = std::any_of(bars_.begin(), bars_.end(),
-                                   [&](const Bar& candidate) { return candidate.bar == &bar; });
-    if (!known) bars_.push_back({&bar, nullptr, 0});
+void QtMenuBars::learn(QWidget& root) {
+    const bool known = std::any_of(roots_.begin(), roots_.end(), [&](const Root& candidate) {
+        return candidate.widget == &root;
+    });
+    if (!known) roots_.push_back({&root, nullptr, 0});
 }
 
 QMenuBar* QtMenuBars::barOf(const QWidget& window) {
     QMenuBar* best = nullptr;
     int bestClaim = 0;
-    for (const Bar& known : bars_) {
-        if (!known.bar || known.bar->window() != &window || !hasMenus(*known.bar)) continue;
-        const int claim = claimOf(*known.bar, window);
+    for (const Root& known : roots_) {
+        auto* bar = qobject_cast<QMenuBar*>(known.widget.data());
+        if (!bar || bar->window() != &window || !hasMenus(*bar)) continue;
+        const int claim = claimOf(*bar, window);
         if (claim <= bestClaim) continue;
-        best = known.bar;
+        best = bar;
         bestClaim = claim;
     }
     return best;
 }
 
-std::shared_ptr<QtMenu> QtMenuBars::mirrorOf(QMenuBar& bar) {
-    learn(bar);
-    const auto known = std::find_if(bars_.begin(), bars_.end(),
-                                    [&](const Bar& candidate) { return candidate.bar == &bar; });
-    if (!known->mirror) {
-        known->mirror = std::make_shared<QtMenu>(*this, bar, std::string(), 0);
+std::shared_ptr<QtMenu> QtMenuBars::mirrorOf(QWidget& root) {
+    learn(root);
+    const auto known = std::find_if(roots_.begin(), roots_.end(), [&](const Root& candidate) {
+        return candidate.widget == &root;
+    });
+    const bool isNew = !known->mirror;
+    if (isNew) {
+        known->mirror = std::make_shared<QtMenu>(*this, root, std::string(), 0);
         known->mirror->markDirty();
     }
     std::shared_ptr<QtMenu> mirror = known->mirror;
     bringUpToDate();
+    if (isNew && !isBar(root)) traceMade(*mirror);
     return mirror;
 }
 
@@ -219,7 +275,10 @@ void QtMenuBars::noticeAction(QObject* receiver, const QActionEvent& event) {
         entry->second->markDirty();
         known = true;
     }
-    if (known || type != QEvent::ActionAdded || !foundBars_) return;
+    if (known) return;
+    // A tool bar, or a button, of a window whose own menus are mirrored.
+    if (receiver->isWidgetType()) lookAtWindow(*static_cast<QWidget*>(receiver)->window());
+    if (type != QEvent::ActionAdded || !foundBars_) return;
     if (auto* bar = qobject_cast<QMenuBar*>(receiver)) {
         learn(*bar);
         scheduleCheck();
@@ -235,22 +294,20 @@ void QtMenuBars::noticeWindow(QObject* receiver, QEvent::Type type) {
         hostMaySave();
         return;
     }
-    if (type == QEvent::Hide) {
-        if (menu) shownKeys_.takeOff(*menu);
-        return;
-    }
     if (type == QEvent::Show) {
         windows_.contextMenus().noticeShow(widget);
         if (menu) showKeys(*menu);
     } else {
         windows_.noticeActivation(widget);
     }
-    for (Bar& known : bars_) {
-        if (known.bar && known.bar->window() == &widget) {
+    for (Root& known : roots_) {
+        if (known.widget && known.widget->window() == &widget) {
             known.asked = 0;
             scheduleCheck();
         }
     }
+    // Any window may be the next that a main menu is made of.
+    if (lastMain_ && !isBar(*lastMain_)) scheduleCheck();
 }
 
 void QtMenuBars::showKeys(QMenu& menu) {
@@ -276,14 +333,14 @@ void QtMenuBars::showKeys(QMenu& menu) {
 
 void QtMenuBars::checkWhenOpened(QMenu& menu) {
     QObject::connect(&menu, &QMenu::aboutToShow, &context_, [this] {
-        for (Bar& known : bars_) known.asked = 0;
+        for (Root& known : roots_) known.asked = 0;
         guarded("Looking at the menus", [this] { check(); });
     });
 }
 
 void QtMenuBars::scheduleCheck() {
     // Before the first look at a menu there is nothing to keep up to date.
-    if (checkScheduled_ || mirrors_.empty()) return;
+    if (checkScheduled_ || !hadMain_) return;
     checkScheduled_ = true;
     QMetaObject::invokeMethod(
         &context_,
@@ -303,37 +360,44 @@ void QtMenuBars::check() {
 }
 
 void QtMenuBars::tellOfNewMainMenu() {
-    QMenuBar* bar = currentBar();
-    if (!bar || bar == lastMain_) return;
-    lastMain_ = bar;
+    QWidget* root = currentRoot();
+    if (!root || root == lastMain_) return;
+    lastMain_ = root;
+    if (isBar(*root)) giveUpMadeMenus();
     NSMenu::noteChange();
     const NSMenuRef menu = mainMenu();
     if (hadMain_ && menu) postAddedLeaves(*menu);
 }
 
-bool QtMenuBars::wantsAdditions(const Bar& known) {
-    if (!known.bar || known.asked >= mostRequests) return false;
-    const QWidget* window = known.bar->window();
-    return window->isVisible() && !QtWindows::isOwn(*window) && barOf(*window) == known.bar;
+void QtMenuBars::giveUpMadeMenus() {
+    // With what was inserted into them: a bar has all that now.
+    std::erase_if(roots_, [](const Root& known) { return known.widget && !isBar(*known.widget); });
+}
+
+bool QtMenuBars::wantsAdditions(const Root& known) {
+    if (!known.widget || known.asked >= mostRequests) return false;
+    if (!isBar(*known.widget)) return known.widget == lastMain_;
+    const QWidget* window = known.widget->window();
+    return window->isVisible() && !QtWindows::isOwn(*window) && barOf(*window) == known.widget;
 }
 
 void QtMenuBars::askForAdditions() {
     if (!ownMenus_.hasSubmenus()) return;
-    std::vector<QPointer<QMenuBar>> bars;
-    for (Bar& known : bars_) {
-        if (wantsAdditions(known)) bars.push_back(known.bar);
+    std::vector<QPointer<QWidget>> roots;
+    for (Root& known : roots_) {
+        if (wantsAdditions(known)) roots.push_back(known.widget);
     }
-    for (const QPointer<QMenuBar>& bar : bars) {
-        if (!bar) continue;
-        const std::shared_ptr<QtMenu> mirror = mirrorOf(*bar);
+    for (const QPointer<QWidget>& root : roots) {
+        if (!root) continue;
+        const std::shared_ptr<QtMenu> mirror = mirrorOf(*root);
         const auto& items = mirror->itemArray();
         const bool has = std::any_of(items.begin(), items.end(), [](const NSMenuItemRef& item) {
             const auto* menu = dynamic_cast<const QtMenu*>(item->submenu().get());
             return menu && menu->hasOwnSubmenu();
         });
         if (has || items.empty() || !items.front()->hasSubmenu()) continue;
-        for (Bar& known : bars_) {
-            if (known.bar == bar) ++known.asked;
+        for (Root& known : roots_) {
+            if (known.widget == root) ++known.asked;
         }
         NSNotificationCenter::defaultCenter().postNotification(
             {NSApplicationDidShowMainMenuNotification, mirror.get(), std::nullopt});

@@ -20,8 +20,10 @@ class QtMenu;
 class QtWindows;
 
 /// The host's menu bars as menus of the layer. One bar is the main menu: that of the window that is
-/// key or was last and has one. What the host changes is noticed by its events and taken over
-/// before anybody looks, or in the loop's next pass.
+/// key or was last and has one. As long as no window has one, the main menu is made of what a
+/// window offers. Whose menus a main menu has, the bar or the window, is its root. What the host
+/// changes is noticed by its events and taken over before anybody looks, or in the loop's next
+/// pass.
 class QtMenuBars {
 public:
     explicit QtMenuBars(QtWindows& windows);
@@ -29,11 +31,13 @@ public:
     QtMenuBars(const QtMenuBars&) = delete;
     QtMenuBars& operator=(const QtMenuBars&) = delete;
 
-    /// Up to date with the host's menus. Null without a bar.
+    /// Up to date with the host's menus. Null without a window of the host.
     NSMenuRef mainMenu();
 
     /// Whether a window of the host is up that has a menu bar with menus.
-    bool hasMainMenu() { return currentBar() != nullptr; }
+    bool hasBar() { return currentBar() != nullptr; }
+    /// Whether there is a main menu.
+    bool hasMainMenu() { return currentRoot() != nullptr; }
 
     /// For every event that the GUI thread delivers, before its receiver has it.
     void noticeEvent(QObject* receiver, QEvent* event) {
@@ -43,8 +47,10 @@ public:
             case QEvent::ActionRemoved:
                 noticeAction(receiver, static_cast<const QActionEvent&>(*event));
                 break;
-            case QEvent::Show:
             case QEvent::Hide:
+                if (shownKeys_.isShowing()) shownKeys_.takeOff(*receiver);
+                break;
+            case QEvent::Show:
             case QEvent::Close:
             case QEvent::WindowActivate: noticeWindow(receiver, event->type()); break;
             default: break;
@@ -61,6 +67,12 @@ public:
     /// The host may look at its actions to save their shortcuts: they are its own.
     void hostMaySave() { shownKeys_.takeOffAll(); }
 
+    /// Another window may have become active just now: its menus get what the others have before
+    /// anybody uses them.
+    void checkNewMainMenu() {
+        if (hadMain_ && lastMain_ != currentRoot()) check();
+    }
+
     /// Looks after our additions each time that the menu has been prepared for opening.
     void checkWhenOpened(QMenu& menu);
 
@@ -70,9 +82,9 @@ public:
     /// Closes what was opened so, before a command runs or when nothing has come of it.
     void closeOpened();
 
-    /// The bar that is the main menu now, and any bar's mirror up to date.
-    QMenuBar* currentBar();
-    std::shared_ptr<QtMenu> mirrorOf(QMenuBar& bar);
+    /// The root of the main menu now, and any root's mirror up to date.
+    QWidget* currentRoot();
+    std::shared_ptr<QtMenu> mirrorOf(QWidget& root);
 
     QtOwnMenus& ownMenus() { return ownMenus_; }
     QtCommandRunner& runner() { return runner_; }
@@ -80,9 +92,9 @@ public:
     const Id& delegate() const { return delegate_; }
 
 private:
-    struct Bar {
-        QPointer<QMenuBar> bar;
-        /// Null until somebody wants to see the bar.
+    struct Root {
+        QPointer<QWidget> widget;
+        /// Null until somebody wants to see the menus.
         std::shared_ptr<QtMenu> mirror;
         /// How often our additions were asked for since the user last came to the window.
         int asked = 0;
@@ -91,14 +103,18 @@ private:
     void noticeWindow(QObject* receiver, QEvent::Type type);
     void showKeys(QMenu& menu);
     void findBars();
-    void learn(QMenuBar& bar);
+    void learn(QWidget& root);
+    QMenuBar* currentBar();
     QMenuBar* barOf(const QWidget& window);
+    QWidget* windowWithoutBar();
+    void lookAtWindow(QWidget& window);
     void bringUpToDate();
     void scheduleCheck();
     void check();
     void tellOfNewMainMenu();
     void askForAdditions();
-    bool wantsAdditions(const Bar& known);
+    bool wantsAdditions(const Root& known);
+    void giveUpMadeMenus();
 
     QtWindows& windows_;
     QObject context_;
@@ -108,14 +124,14 @@ private:
     QtShownKeys shownKeys_;
     Id delegate_;
     bool foundBars_ = false;
-    std::vector<Bar> bars_;
+    std::vector<Root> roots_;
     std::unordered_multimap<const QObject*, QtMenu*> mirrors_;
     std::vector<std::weak_ptr<NSObject>> dirty_;
     bool bringingUpToDate_ = false;
     bool checkScheduled_ = false;
     bool checking_ = false;
     bool hadMain_ = false;
-    QPointer<QMenuBar> lastMain_;
+    QPointer<QWidget> lastMain_;
     std::vector<QPointer<QMenu>> opened_;
     QTimer closer_;
     bool closing_ = false;

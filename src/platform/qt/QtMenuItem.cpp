@@ -2,7 +2,6 @@
 
 #include "platform/qt/QtKeys.h"
 #include "platform/qt/QtMenu.h"
-#include "platform/qt/QtTitles.h"
 
 namespace velmora {
 
@@ -18,10 +17,10 @@ bool QtMenuItem::isEnabled() const {
     return holder && holder->isReachable();
 }
 
-void QtMenuItem::setHostAction(QAction& action, const std::string& prefix) {
+void QtMenuItem::setHostAction(QAction& action, const std::string& title,
+                               const std::string& prefix) {
     hostAction_ = &action;
     if (separator_) return;
-    const std::string title = titleFromText(action.text());
     const QString name = action.objectName();
     const bool enabled = action.isEnabled();
     NSMenuItem::setAction(

@@ -20,9 +20,9 @@ public:
     /// Null once the host has deleted it.
     QAction* hostAction() const { return hostAction_; }
 
-    /// Binds the item to the action and takes over its title and, until the item is given another,
-    /// its first shortcut as the key equivalent. `prefix` is the path of its menu.
-    void setHostAction(QAction& action, const std::string& prefix);
+    /// Binds the item to the action, under that title, and takes over its first shortcut as the key
+    /// equivalent until the item is given another. `prefix` is the path of its menu.
+    void setHostAction(QAction& action, const std::string& title, const std::string& prefix);
 
 private:
     QPointer<QAction> hostAction_;

@@ -3,6 +3,7 @@
 #include <private/qguiapplication_p.h>
 #include <private/qkeymapper_p.h>
 #include <QApplication>
+#include <QMenuBar>
 #include <QShortcutEvent>
 #include <algorithm>
 
@@ -75,6 +76,7 @@ const QWidget* windowOfKeys() {
 }  // namespace
 
 void QtMenuKeys::collectHolders() {
+    menuBars_.checkNewMainMenu();
     const NSMenuRef menu = menuBars_.mainMenu();
     if (menu.get() == menu_ && NSMenu::generation() == generation_) return;
     menu_ = menu.get();
@@ -139,14 +141,16 @@ bool QtMenuKeys::isInForce(const NSMenuItem& item) const {
     if (!window || QtWindows::isOwn(*window) || isBlockedByModal(*window)) return false;
     const QAction* action = hostActionOf(item);
     if (action && action->shortcutContext() == Qt::ApplicationShortcut) return true;
-    const QMenuBar* bar = menuBars_.currentBar();
-    return bar && (!bar->parentWidget() || bar->window() == window);
+    const QWidget* root = menuBars_.currentRoot();
+    const bool isForAll = qobject_cast<const QMenuBar*>(root) && !root->parentWidget() &&
+                          !QApplication::activeModalWidget();
+    return root && (isForAll || root->window() == window);
 }
 
 QtMenuKeys::Answer QtMenuKeys::offer(QKeyEvent& shortcutOverride) {
     collectHolders();
     if (holders_.empty() || isInSequence()) return Answer::notOurs;
-    // The same press can be several combinations, such as Ctrl+Shift+= and Ctrl++.
+    // One press can be several combinations, such as Ctrl+Shift+= and Ctrl++.
     const auto keys = QKeyMapper::possibleKeys(&shortcutOverride);
     for (const int key : keys) {
         if (const Holder* holder = holderOf(key, Claim::given)) {
@@ -162,7 +166,6 @@ QtMenuKeys::Answer QtMenuKeys::offer(QKeyEvent& shortcutOverride) {
 }
 
 bool QtMenuKeys::offerLeftOver(QKeyEvent& press) {
-    collectHolders();
     if (std::none_of(holders_.begin(), holders_.end(),
                      [](const Holder& holder) { return holder.givesWay; })) {
         return false;
@@ -170,7 +173,7 @@ bool QtMenuKeys::offerLeftOver(QKeyEvent& press) {
     const auto keys = QKeyMapper::possibleKeys(&press);
     for (const int key : keys) {
         const Holder* holder = holderOf(key, Claim::givingWay);
-        if (holder && !mayBeText(key)) {
+        if (holder && !isWantedByFocus(press)) {
             const NSMenuItemRef item = holder->item;
             return run(item, press) == Answer::taken;
         }

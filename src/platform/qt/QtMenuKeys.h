@@ -1,8 +1,7 @@
 #pragma once
 
 #include <QKeyEvent>
-#include <QMenuBar>
-#include <QPointer>
+#include <QObject>
 #include <cstdint>
 #include <vector>
 
@@ -20,7 +19,7 @@ class QtMenuBars;
 /// which an item was deprived is kept from them.
 ///
 /// A key runs an item as a shortcut of the toolkit would: while the item is enabled, in the window
-/// whose menu bar holds it (and that window's tool windows) unless the action is for the whole
+/// whose main menu holds it (and that window's tool windows) unless the action is for the whole
 /// application, and again when the key repeats if the action allows that.
 class QtMenuKeys {
 public:

@@ -102,7 +102,8 @@ bool isOurs(const QMenu& menu) {
         if (QtWindows::isOwn(*widget)) return true;
     }
     const QList<QAction*> actions = menu.actions();
-    return std::any_of(actions.begin(), actions.end(),
+    // A menu of the host may hold one.
+    return std::all_of(actions.begin(), actions.end(),
                        [](const QAction* action) { return QtOwnMenus::isOwn(*action); });
 }
 

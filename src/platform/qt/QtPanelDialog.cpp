@@ -168,6 +168,12 @@ void QtPanelDialog::reject() {
     });
 }
 
+void QtPanelDialog::setVisible(bool visible) {
+    // Qt looks which window is now under the pointer, and may meet the frame of this one, which the
+    // window manager is just destroying.
+    errors_.run([this, visible] { QDialog::setVisible(visible); });
+}
+
 void QtPanelDialog::keyPressEvent(QKeyEvent* event) {
     const bool isEscape = event->matches(QKeySequence::Cancel);
     if (isEscape && panel_ && panel_->clickEscapeButton()) return;

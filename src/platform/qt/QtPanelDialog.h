@@ -3,6 +3,8 @@
 #include <QDialog>
 #include <QPointer>
 
+#include "platform/qt/X11ErrorFilter.h"
+
 class QFrame;
 class QHBoxLayout;
 class QIcon;
@@ -48,6 +50,8 @@ public:
     /// What no button takes of Escape, or the button of the title bar.
     void reject() override;
 
+    void setVisible(bool visible) override;
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -66,6 +70,7 @@ private:
     int drawerWidth_ = 0;
     /// What the window manager adds around it, once that is known.
     QMargins margins_;
+    X11ErrorFilter errors_;
 };
 
 }  // namespace velmora

@@ -33,10 +33,10 @@ void QtShownKeys::keepOnScreen(QMenu& menu) {
     if (beyond > 0) menu.move(std::max(available.left(), menu.x() - beyond), menu.y());
 }
 
-void QtShownKeys::takeOff(const QMenu& menu) {
+void QtShownKeys::takeOff(const QObject& menu) {
     std::vector<Shown> gone;
     std::erase_if(shown_, [&](const Shown& shown) {
-        const bool isGone = !shown.menu || shown.menu == &menu;
+        const bool isGone = shown.menu == &menu;
         if (isGone) gone.push_back(shown);
         return isGone;
     });
@@ -48,10 +48,9 @@ void QtShownKeys::takeOffAll() {
 }
 
 void QtShownKeys::restore(const std::vector<Shown>& gone) {
-    for (const Shown& shown : gone) {
-        if (shown.action && shown.action->shortcuts() == shown.ours.shortcuts) {
-            change(*shown.action, shown.ours, shown.hosts);
-        }
+    // Backwards: an action may stand in several menus that are open.
+    for (auto shown = gone.rbegin(); shown != gone.rend(); ++shown) {
+        if (shown->action) change(*shown->action, shown->ours, shown->hosts);
     }
 }
 
@@ -59,7 +58,9 @@ void QtShownKeys::change(QAction& action, const Look& from, const Look& to) {
     // The host hears of the change and may do anything, delete the action too.
     const QPointer<QAction> kept = &action;
     const QScopedValueRollback<const QAction*> changing(changing_, &action);
-    if (from.shortcuts != to.shortcuts) action.setShortcuts(to.shortcuts);
+    if (from.shortcuts != to.shortcuts && action.shortcuts() == from.shortcuts) {
+        action.setShortcuts(to.shortcuts);
+    }
     if (kept && from.text != to.text && action.text() == from.text) action.setText(to.text);
 }
 

@@ -22,8 +22,10 @@ public:
     static void keepOnScreen(QMenu& menu);
 
     /// The menu has gone; its actions are as before, unless the host has changed them meanwhile.
-    void takeOff(const QMenu& menu);
+    void takeOff(const QObject& menu);
     void takeOffAll();
+
+    bool isShowing() const { return !shown_.empty(); }
 
     /// The action that is being changed; null most of the time. That is no news of the host's.
     const QAction* changing() const { return changing_; }
@@ -35,7 +37,8 @@ private:
         QString text;
     };
     struct Shown {
-        QPointer<const QMenu> menu;
+        /// The menu, which may be going; compared only.
+        const QObject* menu;
         QPointer<QAction> action;
         Look hosts;
         Look ours;

@@ -8,7 +8,6 @@
 //   close   the last window closes                                 (status 0)
 //   delete  the window is destroyed; the other one stays, and "q" there ends the host (status 8)
 //   hide    the window is hidden; the other one stays, as before
-//   bare    nothing goes; there is no menu bar, and "q" ends the host (status 8)
 //
 // "g" starts the moment. It says each press and release of a mouse button that reaches it, each
 // context-menu event, and each command of its menu.
@@ -36,7 +35,6 @@ class Window : public QMainWindow {
 public:
     Window(const QString& mode, const QString& title) : mode_(mode) {
         setWindowTitle(title);
-        if (mode_ == QLatin1String("bare")) return;
         menuBar()->addMenu(QStringLiteral("&File"))->addAction(QStringLiteral("&Say"), [title] {
             say(QStringLiteral("command ") + title);
         });

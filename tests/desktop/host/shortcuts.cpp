@@ -16,6 +16,7 @@
 //   once TITLE        the action does not repeat with its key
 //   bar on|off        shows or hides the menu bar of every window
 //   dialog            opens a modal dialog with a field
+//   greedy            the field with the focus wants every key for itself
 //   unfocus           takes the keyboard focus from the field that has it
 //   text              says what stands in the field with the focus
 //   quit
@@ -223,6 +224,7 @@ private:
         if (command == "quit") return QApplication::quit();
         if (command == "close") QApplication::activeWindow()->close();
         if (command == "text") sayText();
+        if (command == "greedy") QApplication::focusWidget()->installEventFilter(&greed_);
         if (command == "unfocus") QApplication::focusWidget()->clearFocus();
         if (command == "dialog") openDialog();
         for (Window* window : windows()) {
@@ -256,6 +258,16 @@ private:
         say("text " + text.replace('\n', "\\n"));
     }
 
+    /// Takes every key from the shortcuts, as a terminal does.
+    class Greed : public QObject {
+        bool eventFilter(QObject*, QEvent* event) override {
+            if (event->type() != QEvent::ShortcutOverride) return false;
+            event->accept();
+            return true;
+        }
+    };
+
+    Greed greed_;
     Console console_;
     int last_ = 0;
 };
