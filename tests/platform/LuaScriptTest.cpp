@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
+#include <ctime>
 #include <stdexcept>
 
 #include "platform/foundation/ScriptHost.h"
@@ -118,7 +118,7 @@ TEST_F(LuaScriptTest, WhateverRunsForTooLongEnds) {
     const std::string loop = " while true do end ";
     const std::string looping = " function() while true do end end ";
     const std::string tooLong = "the script has run for too long";
-    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t begin = std::clock();
     for (const std::string& source : std::vector<std::string>{
              loop,
              "while true do pcall(" + looping + ") end",
@@ -160,7 +160,8 @@ TEST_F(LuaScriptTest, WhateverRunsForTooLongEnds) {
                                                    "the error cannot be told"))
             << source;
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+    // Of processor time: what else the machine does counts for nothing.
+    EXPECT_LT(std::clock() - begin, 20 * CLOCKS_PER_SEC);
 }
 
 }  // namespace
