@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <ctime>
 #include <stdexcept>
 
@@ -131,7 +130,7 @@ TEST_F(LuaScriptTest, WhateverRunsForTooLongEnds) {
     const std::string loop = " while true do end ";
     const std::string looping = " function() while true do end end ";
     const std::string tooLong = "the script has run for too long";
-    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t begin = std::clock();
     for (const std::string& source : std::vector<std::string>{
              loop,
              "while true do pcall(" + looping + ") end",
@@ -173,7 +172,8 @@ TEST_F(LuaScriptTest, WhateverRunsForTooLongEnds) {
                                                    "the error cannot be told"))
             << source;
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+    // Of processor time: what else the machine does counts for nothing.
+    EXPECT_LT(std::clock() - begin, 20 * CLOCKS_PER_SEC);
 }
 
 TEST_F(LuaScriptTest, WhatIsHandedToTheHostIsLimited) {
@@ -238,8 +238,9 @@ TEST_F(LuaScriptTest, SlowFunctionsOfTheLibraryEndInTimeToo) {
         EXPECT_THAT(error->message, testing::AnyOf("the script has run for too long",
                                                    HasSubstr("too many elements to move")))
             << source;
-        // The budget is 0.4 seconds of processor time.
-        EXPECT_LT(took, 3 * CLOCKS_PER_SEC) << source;
+        // Of processor time, of which the budget is 0.4 seconds; the rest is for what is slower
+        // than usual, as under a sanitizer.
+        EXPECT_LT(took, 10 * CLOCKS_PER_SEC) << source;
     }
 }
 

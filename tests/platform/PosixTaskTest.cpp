@@ -121,7 +121,8 @@ TEST_F(PosixTaskTest, AFileTellsOfAProgramForAsLongAsItRuns) {
     const std::string told =
         folder_.path("velmora/script-" + std::to_string(::getpid()) + ".plist");
     const auto task = PosixTask::launch(
-        script(shell("cat '" + told + "'; flock -n '" + told + "' echo 'nobody has it'; echo $$")),
+        script(shell("until grep -q '</plist>' '" + told + "'; do sleep 0.01; done; cat '" + told +
+                     "'; flock -n '" + told + "' echo 'nobody has it'; echo $$")),
         {});
     ASSERT_TRUE(task);
     task->setName("Back up & go");
