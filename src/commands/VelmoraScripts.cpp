@@ -87,20 +87,23 @@ void VelmoraScripts::runDelayed(const NSTimerRef& timer) {
     if (!definition) return;
     const std::string source = definition->path();
     if (source.starts_with("#!")) {
-        runAsScript(source);
+        runAsScript(source, definition->trigger());
     } else {
         runAppleScript(source);
     }
 }
 
-void VelmoraScripts::runAsScript(const std::string& source) {
+void VelmoraScripts::runAsScript(const std::string& source, const std::string& name) {
     const auto file = desktop().files().createScriptFile(scriptPath, asciiData(source));
     if (!file) {
         NSLog(std::string("Failed to create script at path '") + scriptPath + "'");
         return;
     }
     const auto task = NSTask::launchedTaskWithLaunchPath_arguments(scriptPath, {});
-    if (task) task->waitUntilExit();
+    if (task) {
+        task->setName(name);
+        task->waitUntilExit();
+    }
     if (task && task->isRunning()) {
         NSLog("Script didn't stop...");
     } else if (!task || task->terminationStatus() != 0) {

@@ -22,8 +22,8 @@ public:
     void runDelayed(const NSTimerRef& timer);
 
     /// Writes the source to a file, runs that as a process and waits for its end. Characters beyond
-    /// ASCII are written as question marks.
-    void runAsScript(const std::string& source);
+    /// ASCII are written as question marks. Messages about it say the name.
+    void runAsScript(const std::string& source, const std::string& name = {});
 
     /// Runs the source in the process, as Lua.
     void runAppleScript(const std::string& source);

@@ -3,6 +3,7 @@
 #include "commands/VelmoraTriggers.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/foundation/Characters.h"
+#include "platform/foundation/NSBundle.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
@@ -102,6 +103,29 @@ const char* nameOf(char32_t character) {
     return special ? velmoraSpecialKeys[character - firstSpecialKey] : nullptr;
 }
 
+/// As the key is called on this keyboard.
+std::string spokenKey(const std::string& key) {
+    const char32_t character = firstCharacter(key);
+    switch (character) {
+        case 0x0D: return localized("Return");
+        case 0x20: return localized("Space");
+        case 0x7F: return localized("Backspace");
+        case 0xF700: return localized("Up arrow");
+        case 0xF701: return localized("Down arrow");
+        case 0xF702: return localized("Left arrow");
+        case 0xF703: return localized("Right arrow");
+        case 0xF727: return localized("Ins");
+        case 0xF728: return localized("Del");
+        case 0xF729: return localized("Home");
+        case 0xF72B: return localized("End");
+        case 0xF72C: return localized("Page Up");
+        case 0xF72D: return localized("Page Down");
+        default: break;
+    }
+    const char* name = nameOf(character);
+    return name ? name : uppercaseString(key);
+}
+
 }  // namespace
 
 Class& VelmoraShortcutFormatter::classObject() {
@@ -121,6 +145,20 @@ std::string VelmoraShortcutFormatter::stringForObjectValue(const PropertyList* v
     if (flags & NSCommandKeyMask) text += "\u2318";
     const char* name = nameOf(firstCharacter(key));
     return text + (name ? name : uppercaseString(key));
+}
+
+std::string VelmoraShortcutFormatter::spokenStringForObjectValue(const PropertyList* value) const {
+    const std::string* trigger = value ? value->string() : nullptr;
+    if (!trigger || characterCount(*trigger) < 2) return {};
+    const std::uint32_t flags = modifierFlagsForTrigger(*trigger);
+    const std::string key = keyForTrigger(*trigger);
+    std::string text;
+    if (flags & NSControlKeyMask) text += localized("Super") + '+';
+    if (flags & NSCommandKeyMask) text += localized("Ctrl") + '+';
+    if (flags & NSAlternateKeyMask) text += localized("Alt") + '+';
+    if ((flags & NSShiftKeyMask) || carriesShift(key)) text += localized("Shift") + '+';
+    if (isMouseTrigger(*trigger)) return text + localized("Mouse button") + ' ' + key.substr(1);
+    return text + spokenKey(key);
 }
 
 }  // namespace velmora

@@ -18,6 +18,9 @@ public:
 
     /// "" for no value, for one that is no string, and for a trigger without a key.
     std::string stringForObjectValue(const PropertyList* value) const override;
+
+    /// The keys as they are called on this keyboard, in the user's language: "Ctrl+Alt+J".
+    std::string spokenStringForObjectValue(const PropertyList* value) const override;
 };
 
 }  // namespace velmora

@@ -101,14 +101,18 @@ bool VelmoraShortcutsUI::performKeyEquivalent_inRow(const NSEventRef& event, int
 void VelmoraShortcutsUI::askAbout(const std::string& trigger, const NSMenuItem& owner) {
     const PropertyList value(trigger);
     const std::string path = VelmoraUtils::menuItemPathFor(owner);
-    const std::string question =
-        filled(localized("The shortcut '%@' is already in use for '%@', would you like to use it "
-                         "anyway (deleting it for '%@')?"),
-               {VelmoraShortcutFormatter().stringForObjectValue(&value), path, path});
+    const std::string question = localized(
+        "The shortcut '%@' is already in use for '%@', would you like to use it anyway "
+        "(deleting it for '%@')?");
+    const VelmoraShortcutFormatter formatter;
+    const std::string shown =
+        filled(question, {formatter.stringForObjectValue(&value), path, path});
+    const std::string spoken =
+        filled(question, {formatter.spokenStringForObjectValue(&value), path, path});
     NSBeginAlertSheet(localized("Shortcut already in use"), localized("Use anyway"),
                       localized("Cancel"), "", *panel_, shared_from_this(),
                       Selector::named("duplicateShortcutAlertSheetDidEnd:returnCode:contextInfo:"),
-                      value, question);
+                      value, shown, spoken);
 }
 
 void VelmoraShortcutsUI::duplicateShortcutAlertSheetDidEnd_returnCode_contextInfo(

@@ -9,6 +9,7 @@
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSMenuItem.h"
 #include "platform/foundation/Characters.h"
+#include "support/HeadlessHost.h"
 
 namespace velmora {
 namespace {
@@ -115,6 +116,35 @@ TEST(VelmoraShortcutFormatterTest, TriggersAreShownWithSignsAndNames) {
         EXPECT_EQ(formatter.stringForObjectValue(&trigger), shown);
     }
     EXPECT_EQ(formatter.stringForObjectValue(nullptr), "");
+}
+
+TEST(VelmoraShortcutFormatterTest, TriggersAreSpokenWithTheKeysOfTheKeyboard) {
+    struct Row {
+        PropertyList trigger;
+        std::string english;
+        std::string german;
+    };
+    const std::vector<Row> rows{
+        {"Aj", "Ctrl+Alt+J", "Strg+Alt+J"},
+        {"8J", "Ctrl+Shift+J", "Strg+Umschalt+J"},
+        {"FJ", "Super+Ctrl+Alt+Shift+J", "Super+Strg+Alt+Umschalt+J"},
+        {"0\uF708", "F5", "F5"},
+        {"8\uF72C", "Ctrl+Page Up", "Strg+Bild auf"},
+        {"0\x7F", "Backspace", "Rücktaste"},
+        {"8\x1B", "Ctrl+Esc", "Strg+Esc"},
+        {"1m3", "Super+Mouse button 3", "Super+Maustaste 3"},
+        {"0", "", ""},
+        {PropertyList(80), "", ""},
+    };
+    for (const char* language : {"en", "de"}) {
+        HostDescription description;
+        description.languages = {language};
+        HeadlessHost host(description);
+        for (const Row& row : rows) {
+            EXPECT_EQ(VelmoraShortcutFormatter().spokenStringForObjectValue(&row.trigger),
+                      *language == 'e' ? row.english : row.german);
+        }
+    }
 }
 
 TEST(VelmoraShortcutFormatterTest, EveryFunctionKeyHasANameOfItsOwn) {

@@ -4,6 +4,7 @@ clicks and keys, accepted or closed; and what was defined, used in the same appl
 one."""
 
 import plistlib
+import re
 import time
 import unittest
 
@@ -127,9 +128,14 @@ class Definitions:
             self.assertEqual([item["Trigger"] for item in self.saved("Shortcuts")], [trigger])
 
         self.x.keys("ctrl+shift+alt+j")
-        shows("AJ", "⌥⇧⌘J")
+        shows("AJ", "Ctrl+Alt+Shift+J")
+        # What is seen are signs; the tool tip says what they are.
+        panel.screenshot(f"{self.id()}-signs")
+        self.x.move(*panel.cells()[0][2].area.at(0.4, 0.4))
+        self.x.move(*panel.cells()[0][2].area.at(0.5, 0.5))
+        wait_for(lambda: self.accessibility.nodes(r"^Ctrl\+Alt\+Shift\+J$"), "the tool tip")
         self.x.click(*panel.cells()[0][2].area.at(0.5, 0.5), MIDDLE)
-        shows("0m3", "M3")
+        shows("0m3", "Mouse button 3")
         self.x.keys("Delete")
         shows("0", "")
         # Both applications save with this.
@@ -137,13 +143,14 @@ class Definitions:
         self.x.keys("ctrl+s")
         sheet = accessible.Panel(application, self.accessibility, "^Shortcut already in use")
         sheet.screenshot(f"{self.id()}-sheet")
+        sheet.find("label", re.compile("^The shortcut 'Ctrl\\+S' is already in use for '"))
         sheet.press_button("Cancel")
         application.no_window("^Shortcut already")
         shows("0", "")
         self.x.keys("ctrl+alt+j")
-        shows("Aj", "⌥⌘J")
+        shows("Aj", "Ctrl+Alt+J")
         self.x.keys("ctrl+alt+j")
-        shows("Aj", "⌥⌘J")
+        shows("Aj", "Ctrl+Alt+J")
         self.assertEqual(application.commands(mark), [])
         self.accept(application, panel)
         self.x.keys("ctrl+alt+j")

@@ -15,7 +15,7 @@ from harness import wait_for
 PANEL = "^Velmora Preferences"
 ENTRIES = {  # of the submenu, in English and German: what opens, under which name
     "gestures": ("Define Gestures…", "Gesten festlegen …"),
-    "shortcuts": ("Define Menu Shortcuts…", "Menükürzel festlegen …"),
+    "shortcuts": ("Define Menu Shortcuts…", "Tastenkürzel festlegen …"),
     "mnemonics": ("Define Mnemonics…", "Kurznamen festlegen …"),
     "snippets": ("Edit Text Snippets…", "Textbausteine bearbeiten …"),
     "scripts": ("Edit Scripts…", "Skripte bearbeiten …"),
@@ -24,13 +24,15 @@ ENTRIES = {  # of the submenu, in English and German: what opens, under which na
 }
 TITLES = {
     "gestures": ("Define Gestures", "Gesten festlegen"),
-    "shortcuts": ("Define Menu Shortcuts", "Menükürzel festlegen"),
+    "shortcuts": ("Define Menu Shortcuts", "Tastenkürzel festlegen"),
     "mnemonics": ("Define Mnemonics", "Kurznamen festlegen"),
     "snippets": ("Text Snippets", "Textbausteine"),
     "scripts": ("Scripts", "Skripte"),
     "preferences": ("Velmora Preferences", "Velmora-Einstellungen"),
     "about": ("About Velmora", "Über Velmora"),
 }
+HELP = ("Velmora Help", "Velmora-Hilfe")
+MANUAL = ("/velmora/Manual", "/velmora/de.lproj/Manual")
 # What stands beside one another in a panel; it must not overlap, nor leave the window.
 SHOWN = ("label", "check box", "radio button", "push button", "text", "slider", "table")
 DARK = {"Window": ("40,42,46", "230,230,230"), "View": ("28,30,33", "230,230,230"),
@@ -233,6 +235,8 @@ class Preferences:
                         panel.screenshot(f"panel-{process}-{language}-{palette}-{name}")
                         self.x.close_window(panel.window)
                         application.no_window(panel.title)
+                accessible.choose(application, self.accessibility, first, "Velmora", HELP[index])
+                application.wait_text(f"^opens file://.*{MANUAL[index]}/index.html$")
                 application.stop()
 
 

@@ -1,7 +1,11 @@
 #!/usr/bin/env python3
 """Scripts in real applications: programs in processes of their own, Lua inside the host."""
 
+import os
 import pathlib
+import plistlib
+import signal
+import time
 import unittest
 
 import applications
@@ -9,7 +13,8 @@ import harness
 from harness import wait_for
 
 SCRIPT = pathlib.Path("/tmp/_velmoraScript_")
-KEYS = {"program": "j", "failing": "k", "lua": "m", "endless": "y", "asks": "u", "today": "b"}
+KEYS = {"program": "j", "failing": "k", "lua": "m", "endless": "y", "asks": "u", "today": "b",
+        "beeps": "e", "sorts": "r", "waits": "i"}
 PANEL = "^Run Mnemonic$"
 
 
@@ -35,7 +40,10 @@ class Scripts:
             ("asks", f"velmora.run('{kind.first_menu}/Velmora/Run Mnemonic…') print('answered')"),
             ("today", "velmora.run('Edit/Select All')\n"
                       "velmora.type(os.date('%Y-') .. velmora.processName() .. '\\n😀')"),
-            ("endless", "while true do pcall(string.rep, 'x', 10) end"))
+            ("endless", "while true do pcall(string.rep, 'x', 10) end"),
+            ("beeps", "while true do pcall(velmora.beep) end"),
+            ("sorts", "local t = {} for i = 1, 1e6 do t[i] = i end while true do table.sort(t) end"),
+            ("waits", "#!/bin/sh\nexec sleep 600\n"))
         self.home.write_definitions("Mnemonics", "Velmora", ("end", kind.ending))
         self.home.write_definitions(
             "Shortcuts", "Velmora",
@@ -44,6 +52,13 @@ class Scripts:
 
     def run_script(self, name):
         self.x.keys(f"ctrl+{KEYS[name]}")
+
+    def switch(self, before, now):
+        """The window that was active goes aside, since it covers the other one."""
+        for application, left in ((before, 1200), (now, now.place.x)):
+            place = application.place._replace(x=left)
+            self.x.place(application.main, place)
+        now.activate(now.main)
 
     def test_programs_run_in_processes_and_lua_in_the_host(self):
         self.define()
@@ -65,6 +80,13 @@ class Scripts:
         self.run_script("endless")
         application.wait_text("^Applescript execution error: .*has run for too long")
         application.assert_usable()
+        since = len(application.texts())
+        self.run_script("sorts")
+        application.wait_text("^Applescript execution error: .*has run for too long", since, limit=30)
+        self.run_script("beeps")
+        application.wait_text("^Applescript execution error: .*more than 1,000 commands", since)
+        self.assertEqual(application.texts(since).count("beep"), 1000)
+        application.assert_usable()
 
         # A folder stands where the program would be: the host says so and goes on.
         SCRIPT.mkdir()
@@ -73,6 +95,35 @@ class Scripts:
         application.wait_text(f"^Failed to create script at path '{SCRIPT}'$")
         self.assertTrue(SCRIPT.is_dir())
         SCRIPT.rmdir()
+        application.assert_usable()
+
+    def test_a_program_that_never_ends_is_told_and_keeps_no_other_application_waiting(self):
+        self.define()
+        other = self.open(self.other)
+        application = self.open()
+        self.run_script("waits")
+        file = self.home.path / ".runtime" / "velmora" / f"script-{application.process.pid}.plist"
+        wait_for(file.exists, "the file that tells of the program")
+        told = wait_for(lambda: file.read_bytes() and plistlib.loads(file.read_bytes()), "what it tells")
+        program = told["Process"]
+        self.addCleanup(lambda: file.exists() and os.kill(program, signal.SIGKILL))
+        self.assertEqual({"Script": "waits", "Process": program, "Host": self.kind.process_name,
+                          "HostProcess": application.process.pid}, told)
+        self.assertEqual(SCRIPT.read_text(), "#!/bin/sh\nexec sleep 600\n")
+
+        self.switch(application, other)
+        begin = time.monotonic()
+        self.run_script("program")
+        other.wait_text(f"^Failed to create script at path '{SCRIPT}'$")
+        # The script starts after a fifth of a second.
+        self.assertLess(time.monotonic() - begin, 2.5)
+        other.assert_usable()
+
+        application.wait_text(f'^The script "waits" still runs, as process {program}, .*"kill {program}"')
+        os.kill(program, signal.SIGTERM)
+        application.wait_text("^Script failed.$")
+        wait_for(lambda: not file.exists() and not SCRIPT.exists(), "the files to be removed")
+        self.switch(other, application)
         application.assert_usable()
 
     def test_a_script_waits_for_the_panel_that_it_has_opened(self):
@@ -93,6 +144,7 @@ class Scripts:
 
 class FeatherpadScripts(Scripts, harness.DesktopTest):
     kind = applications.Featherpad
+    other = applications.Linguist
 
     def test_commands_and_typing_keep_their_order(self):
         self.define()
@@ -105,6 +157,7 @@ class FeatherpadScripts(Scripts, harness.DesktopTest):
 
 class LinguistScripts(Scripts, harness.DesktopTest):
     kind = applications.Linguist
+    other = applications.Featherpad
 
 
 if __name__ == "__main__":

@@ -85,13 +85,16 @@ TEST(VelmoraTest, TheSubmenuSpeaksTheUsersLanguage) {
     HeadlessHost host(description);
     host.launch();
     EXPECT_TRUE(host.itemAt("Editor/Velmora/Velmora-Hilfe"));
-    EXPECT_TRUE(host.itemAt("Editor/Velmora/Textbausteine/Über Textbausteine"));
+    EXPECT_TRUE(host.itemAt("Editor/Velmora/Textbausteine/Hilfe zu Textbausteinen"));
     std::string title;
     host.then([&] { title = host.desktop().keyPanel()->title(); });
     host.type("escape");
     const NSMenuRef menu = host.itemAt("Editor/Velmora")->submenu();
-    menu->performActionForItemAtIndex(menu->indexOfItemWithTitle("Kurznamen ausführen …"));
-    EXPECT_EQ(title, "Kurznamen ausführen");
+    menu->performActionForItemAtIndex(menu->indexOfItemWithTitle("Befehl über Kurznamen aufrufen …"));
+    EXPECT_EQ(title, "Befehl über Kurznamen aufrufen");
+    menu->performActionForItemAtIndex(menu->indexOfItemWithTitle("Velmora-Hilfe"));
+    ASSERT_EQ(host.opened().size(), 1U);
+    EXPECT_TRUE(host.opened()[0].ends_with("/de.lproj/Manual/index.html")) << host.opened()[0];
 }
 
 TEST(VelmoraTest, AHostWithoutAMainMenuIsLeftAlone) {

@@ -4,6 +4,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
+#include <set>
 
 #include "platform/foundation/FileSystem.h"
 #include "platform/foundation/OldStylePropertyList.h"
@@ -107,6 +109,22 @@ TEST_F(NSBundleTest, ResourcesAreFoundByNameAndType) {
     EXPECT_THAT(bundle.pathForImageResource("vmx"), Eq(std::nullopt));
 }
 
+TEST_F(NSBundleTest, AResourceOfTheUsersLanguageComesFirst) {
+    put("Manual/index.html", "");
+    put("de.lproj/Manual/index.html", "");
+    const std::string english = folder_.path() + "/Manual";
+    const std::string german = folder_.path() + "/de.lproj/Manual";
+    for (const auto& [languages, path] :
+         std::vector<std::pair<std::vector<std::string>, std::string>>{{{"de"}, german},
+                                                                       {{"fr", "de_AT"}, german},
+                                                                       {{"en_GB", "de"}, english},
+                                                                       {{"fr"}, english},
+                                                                       {{}, english}}) {
+        EXPECT_THAT(NSBundle(folder_.path(), languages).pathForResource_ofType("Manual", ""),
+                    Optional(path));
+    }
+}
+
 TEST_F(NSBundleTest, TheSystemsOwnBundleSpeaksTheUsersLanguage) {
     EXPECT_EQ(localized("Velmora Help"), "Velmora Help");
     HostDescription german;
@@ -115,6 +133,46 @@ TEST_F(NSBundleTest, TheSystemsOwnBundleSpeaksTheUsersLanguage) {
     const HeadlessHost other(german);
     EXPECT_EQ(localized("Velmora Help"), "Velmora-Hilfe");
     EXPECT_TRUE(NSBundle::bundleForClass().pathForImageResource("vm"));
+}
+
+std::string contents(const fs::path& path) {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// What a page refers to: the values of its attributes href and src, other sites left out.
+std::vector<std::string> linksOf(const std::string& page) {
+    static const std::regex link("(?:href|src)=\"([^\"]+)\"");
+    std::vector<std::string> links;
+    for (std::sregex_iterator at(page.begin(), page.end(), link), end; at != end; ++at) {
+        links.push_back((*at)[1]);
+    }
+    return links;
+}
+
+TEST(ManualTest, EveryLanguageHasTheSamePagesAndNoLinkLeadsNowhere) {
+    const fs::path resources = VELMORA_SOURCE_DIR "/resources";
+    std::set<std::string> pages;
+    for (const auto& entry : fs::directory_iterator(resources / "Manual")) {
+        if (entry.path().extension() == ".html") pages.insert(entry.path().filename());
+    }
+    EXPECT_GE(pages.size(), 8U);
+    for (const char* folder : {"Manual", "de.lproj/Manual"}) {
+        for (const std::string& name : pages) {
+            const std::string page = contents(resources / folder / name);
+            const std::string english = contents(resources / "Manual" / name);
+            EXPECT_NE(page, "") << folder << '/' << name;
+            EXPECT_EQ(linksOf(page).size(), linksOf(english).size()) << folder << '/' << name;
+            for (const std::string& link : linksOf(page)) {
+                const auto mark = link.find('#');
+                const fs::path target = resources / folder / link.substr(0, mark);
+                EXPECT_TRUE(fs::is_regular_file(target)) << folder << '/' << name << ": " << link;
+                if (mark == std::string::npos) continue;
+                const std::string place = "id=\"" + link.substr(mark + 1) + '"';
+                EXPECT_NE(contents(target).find(place), std::string::npos) << name << ": " << link;
+            }
+        }
+    }
 }
 
 /// The keys of a table among the resources.

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <thread>
 
+#include "platform/foundation/PropertyListFile.h"
 #include "support/TemporaryFolder.h"
 
 namespace velmora {
@@ -113,6 +114,30 @@ TEST_F(PosixTaskTest, ASignalDoesNotEndTheWait) {
     EXPECT_EQ(run("#!/bin/sh\nsleep 0.2\nexit 5\n"), 5);
     ::ualarm(0, 0);
     std::signal(SIGALRM, SIG_DFL);
+}
+
+TEST_F(PosixTaskTest, AFileTellsOfAProgramForAsLongAsItRuns) {
+    ::setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
+    const std::string told =
+        folder_.path("velmora/script-" + std::to_string(::getpid()) + ".plist");
+    const auto task = PosixTask::launch(
+        script(shell("until grep -q '</plist>' '" + told + "'; do sleep 0.01; done; cat '" + told +
+                     "'; flock -n '" + told + "' echo 'nobody has it'; echo $$")),
+        {});
+    ASSERT_TRUE(task);
+    task->setName("Back up & go");
+    task->waitUntilExit();
+    ::unsetenv("XDG_RUNTIME_DIR");
+
+    const std::string text = output();
+    const auto last = text.rfind('\n', text.size() - 2) + 1;
+    const auto list = propertyListFromData(text.substr(0, last));
+    ASSERT_TRUE(list && list->dictionary()) << text;
+    const auto value = [&](const char* key) { return *list->dictionary()->objectForKey(key); };
+    EXPECT_EQ(value("Script"), PropertyList("Back up & go"));
+    EXPECT_EQ(value("Process"), PropertyList(std::stoi(text.substr(last))));
+    EXPECT_EQ(value("HostProcess"), PropertyList(::getpid()));
+    EXPECT_FALSE(std::filesystem::exists(told));
 }
 
 TEST_F(PosixTaskTest, AFileThatIsStillOpenForWritingSomewhereIsWaitedFor) {

@@ -22,6 +22,7 @@ struct Texts {
     std::string alternateButton;
     std::string otherButton;
     NSAlertStyle style = NSWarningAlertStyle;
+    std::string spokenMessage = {};
 };
 
 /// An alert while it is open: its panel, and what is to become of the answer.
@@ -47,7 +48,9 @@ public:
         std::string said = texts.message.empty() ? texts.title : std::move(texts.message);
         panel_ = std::make_shared<NSPanel>(
             std::move(texts.title),
-            std::vector<NSPanel::Row>{{NSPanel::Label{std::move(said)}}, std::move(buttons)});
+            std::vector<NSPanel::Row>{
+                {NSPanel::Label{std::move(said), std::move(texts.spokenMessage)}},
+                std::move(buttons)});
         panel_->setAlertStyle(texts.style);
         panel_->setDelegate(shared_from_this());
     }
@@ -142,10 +145,12 @@ int NSRunInformationalAlertPanel(const std::string& title, const std::string& me
 void NSBeginAlertSheet(const std::string& title, const std::string& defaultButton,
                        const std::string& alternateButton, const std::string& otherButton,
                        NSPanel& panel, const Id& delegate, Selector didEndSelector,
-                       const PropertyList& contextInfo, const std::string& message) {
+                       const PropertyList& contextInfo, const std::string& message,
+                       const std::string& spokenMessage) {
     if (panel.attachedSheet()) return;
     const auto alert = std::make_shared<Alert>();
-    alert->makePanel({title, message, defaultButton, alternateButton, otherButton});
+    alert->makePanel({title, message, defaultButton, alternateButton, otherButton,
+                      NSWarningAlertStyle, spokenMessage});
     panel.setAttachedSheet(alert);
     alert->beginSheet(panel, delegate, didEndSelector, contextInfo);
 }

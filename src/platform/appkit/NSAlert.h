@@ -36,10 +36,12 @@ int NSRunInformationalAlertPanel(const std::string& title, const std::string& me
 /// presses is told to the delegate, which is not kept alive, once the alert no longer shows:
 /// `void(NSPanel&, int, const PropertyList&)`, the alert's panel, the NSAlertReturn and the
 /// context. An alert that is open over the panel already stays, and this one is not shown; nobody
-/// hears of an alert that is left when its panel closes.
+/// hears of an alert that is left when its panel closes. `spokenMessage` is what is said instead of
+/// the message, "" for the message itself.
 void NSBeginAlertSheet(const std::string& title, const std::string& defaultButton,
                        const std::string& alternateButton, const std::string& otherButton,
                        NSPanel& panel, const Id& delegate, Selector didEndSelector,
-                       const PropertyList& contextInfo, const std::string& message);
+                       const PropertyList& contextInfo, const std::string& message,
+                       const std::string& spokenMessage = {});
 
 }  // namespace velmora

@@ -32,6 +32,11 @@ void NSCell::setStringValue(std::string value) {
     changed();
 }
 
+std::string NSCell::spokenValue() const {
+    return formatter_ ? formatter_->spokenStringForObjectValue(propertyListOf(value_))
+                      : stringValue_;
+}
+
 int NSCell::intValue() const {
     const PropertyList* value = propertyListOf(value_);
     return value ? value->intValue().value_or(0) : 0;

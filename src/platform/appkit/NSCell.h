@@ -40,6 +40,8 @@ public:
 
     /// What of the value is shown as text: through the formatter where there is one.
     const std::string& stringValue() const { return stringValue_; }
+    /// The same in words: for tool tips and for who has the screen read.
+    std::string spokenValue() const;
     /// The text becomes the value, past the formatter.
     void setStringValue(std::string value);
 

@@ -19,6 +19,8 @@ public:
     /// A text that is only shown.
     struct Label {
         std::string text;
+        /// What is said instead of it; "" for the text itself.
+        std::string spoken = {};
     };
     /// One row of a matrix, each of its cells in a place of its own, so that the matrix lines up
     /// with what else is in the panel's rows.

@@ -15,6 +15,12 @@ public:
 
     /// `value` is null for none.
     virtual std::string stringForObjectValue(const PropertyList* value) const = 0;
+
+    /// The same in words, where what is shown has signs that not everybody knows and no voice
+    /// reads.
+    virtual std::string spokenStringForObjectValue(const PropertyList* value) const {
+        return stringForObjectValue(value);
+    }
 };
 
 using NSFormatterRef = std::shared_ptr<const NSFormatter>;

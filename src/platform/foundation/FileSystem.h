@@ -113,9 +113,9 @@ public:
     virtual bool remove(const std::string& path) = 0;
 
     /// Creates an executable file that this process alone has until the result, which must not
-    /// outlive the file system, is destroyed: then the file is removed. May wait for another
-    /// process that has a script file at the path, for some seconds. Null when that takes longer,
-    /// or when the file cannot be created without touching what is not ours.
+    /// outlive the file system, is destroyed: then the file is removed. Waits for another
+    /// process that has a script file at the path, but not so long that it is noticed. Null when
+    /// that takes longer, or when the file cannot be created without touching what is not ours.
     virtual std::unique_ptr<ScriptFile> createScriptFile(const std::string& path,
                                                          const std::string& contents) = 0;
 };

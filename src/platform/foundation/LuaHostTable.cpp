@@ -27,8 +27,17 @@ void check(lua_State* state, bool done) {
 int run(lua_State* state) {
     const Argument path = textArgument(state, 1);
     LuaState& self = LuaState::of(state);
+    self.beginCall(state, path.size);
+    self.beginAct(state);
     bool ran = false;
+    const std::uint64_t before = LuaState::processorTime();
     check(state, self.callHost([&](ScriptHost& host) { ran = host.runMenuItem(path); }));
+    if (ran) {
+        // A panel may have been open meanwhile.
+        self.forgetTimeSince(before);
+    } else {
+        self.takeActBack();
+    }
     self.lua.lua_pushboolean(state, ran ? 1 : 0);
     return 1;
 }
@@ -42,6 +51,7 @@ void setText(lua_State* state, const char* field, const std::string& text) {
 int menu(lua_State* state) {
     constexpr int fields = 4;
     LuaState& self = LuaState::of(state);
+    self.beginCall(state, 0);
     check(state, self.callHost([&](ScriptHost& host) { self.items = host.menuItems(); }));
     self.lua.lua_createtable(state, static_cast<int>(self.items.size()), 0);
     for (std::size_t i = 0; i < self.items.size(); ++i) {
@@ -59,23 +69,31 @@ int menu(lua_State* state) {
 
 int type(lua_State* state) {
     const Argument text = textArgument(state, 1);
-    check(state, LuaState::of(state).callHost([&](ScriptHost& host) { host.type(text); }));
+    LuaState& self = LuaState::of(state);
+    self.beginCall(state, text.size);
+    check(state, self.callHost([&](ScriptHost& host) { host.type(text); }));
     return 0;
 }
 
 int beep(lua_State* state) {
-    check(state, LuaState::of(state).callHost([](ScriptHost& host) { host.beep(); }));
+    LuaState& self = LuaState::of(state);
+    self.beginCall(state, 0);
+    self.beginAct(state);
+    check(state, self.callHost([](ScriptHost& host) { host.beep(); }));
     return 0;
 }
 
 int log(lua_State* state) {
     const Argument line = textArgument(state, 1);
-    check(state, LuaState::of(state).callHost([&](ScriptHost& host) { host.log(line); }));
+    LuaState& self = LuaState::of(state);
+    self.beginCall(state, line.size);
+    check(state, self.callHost([&](ScriptHost& host) { host.log(line); }));
     return 0;
 }
 
 int processName(lua_State* state) {
     LuaState& self = LuaState::of(state);
+    self.beginCall(state, 0);
     check(state, self.callHost([&](ScriptHost& host) { self.text = host.processName(); }));
     self.lua.lua_pushlstring(state, self.text.data(), self.text.size());
     return 1;
@@ -83,7 +101,10 @@ int processName(lua_State* state) {
 
 int open(lua_State* state) {
     const Argument address = textArgument(state, 1);
-    check(state, LuaState::of(state).callHost([&](ScriptHost& host) { host.open(address); }));
+    LuaState& self = LuaState::of(state);
+    self.beginCall(state, address.size);
+    self.beginAct(state);
+    check(state, self.callHost([&](ScriptHost& host) { host.open(address); }));
     return 0;
 }
 

@@ -14,8 +14,9 @@ class ScriptHost;
 class LuaScript {
 public:
     struct Limits {
-        /// Each instruction counts as at least 50 ns of processor time: a script that spends them
-        /// inside long functions of the library ends, too, as soon as such a function returns.
+        /// Each instruction counts as at least 50 ns of processor time, and each call into the host
+        /// as 10,000 of them. A script that spends them inside a long function of the library ends
+        /// as soon as that returns or calls another.
         std::uint64_t instructions = 100'000'000;
         /// Bytes. A recursion without an end needs 96 MiB until Lua tells it as that.
         std::size_t memory = 128U << 20U;

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "platform/foundation/LuaHostTable.h"
 
@@ -13,9 +14,22 @@ namespace velmora {
 
 namespace {
 
-/// How many instructions run between two looks at the budget.
-constexpr int hookInterval = 1000;
+/// How many instructions run between two calls of the hook: each may take as long as the largest
+/// texts take to be joined or compared.
+constexpr int hookInterval = 20;
+/// Nanoseconds between two looks at the processor time.
+constexpr std::uint64_t lookInterval = 1'000'000;
 constexpr std::uint64_t nanosecondsPerInstruction = 50;
+
+/// A call into the host.
+constexpr std::uint64_t instructionsPerCall = 10'000;
+constexpr std::size_t mostText = 16U << 20U;
+constexpr int mostActs = 1000;
+
+constexpr const char* tooLong = "the script has run for too long";
+constexpr const char* tooMuchText = "the script has handed over more than 16 MiB of text";
+constexpr const char* tooManyActs =
+    "the script has handed over more than 1,000 commands, addresses and beeps";
 
 /// Lua's name of the source: "=" and what messages and lines of ours begin with.
 constexpr const char* sourceName = "=script";
@@ -24,11 +38,12 @@ constexpr std::string_view messageStart = "script:";
 /// Where Lua runs code with the hook switched off, nothing could end it: in a finalizer, in the
 /// handler of xpcall, and in the closing of a coroutine that the hook has ended. So finalizers are
 /// refused, and the others are made of what has none of that. Programs of bytes could do anything.
+/// Sorting calls a function for each comparison, so that the hook is called.
 constexpr std::string_view prelude = R"lua(
 local load, setmetatable, rawget, error, pcall = load, setmetatable, rawget, error, pcall
-local type, select, tostring = type, select, tostring
+local type, select, tostring, tonumber = type, select, tostring, tonumber
 local create, resume, concat = coroutine.create, coroutine.resume, table.concat
-local log = velmora.log
+local log, isLess, sort, move = velmora.log, ..., table.sort, table.move
 
 _G.load = function(chunk, name, mode, ...) return load(chunk, name, "t", ...) end
 _G.dofile, _G.loadfile, _G.collectgarbage, _G.warn = nil, nil, nil, nil
@@ -63,6 +78,17 @@ _G.print = function(...)
     log(concat(texts, "\t"))
 end
 
+table.sort = function(list, order)
+    if order == nil then order = isLess end
+    return sort(list, order)
+end
+table.move = function(from, first, last, ...)
+    if (tonumber(last) or 0) - (tonumber(first) or 0) > 1e7 then
+        error("too many elements to move", 2)
+    end
+    return move(from, first, last, ...)
+end
+
 os = {clock = os.clock, date = os.date, difftime = os.difftime, getenv = os.getenv,
       time = os.time}
 )lua";
@@ -79,6 +105,19 @@ void shorten(std::string& message) {
     message.resize(size);
 }
 
+std::uint64_t nanoseconds(clockid_t clock) noexcept {
+    constexpr std::uint64_t second = 1'000'000'000;
+    timespec time{};
+    ::clock_gettime(clock, &time);
+    return static_cast<std::uint64_t>(time.tv_sec) * second +
+           static_cast<std::uint64_t>(time.tv_nsec);
+}
+
+/// Costs a tenth of the processor time.
+std::uint64_t steadyTime() noexcept {
+    return nanoseconds(CLOCK_MONOTONIC);
+}
+
 }  // namespace
 
 LuaState::~LuaState() {
@@ -90,11 +129,7 @@ LuaState& LuaState::of(lua_State* state) {
 }
 
 std::uint64_t LuaState::processorTime() noexcept {
-    constexpr std::uint64_t second = 1'000'000'000;
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<std::uint64_t>(time.tv_sec) * second +
-           static_cast<std::uint64_t>(time.tv_nsec);
+    return nanoseconds(CLOCK_THREAD_CPUTIME_ID);
 }
 
 void* LuaState::allocate(void* self, void* block, std::size_t oldSize, std::size_t size) {
@@ -116,19 +151,49 @@ void* LuaState::allocate(void* self, void* block, std::size_t oldSize, std::size
 }
 
 bool LuaState::isExhausted() noexcept {
-    const std::uint64_t time = (processorTime() - started_) / nanosecondsPerInstruction;
-    return std::max(instructions_, time) > limits_.instructions;
+    if (reason_ || instructions_ > limits_.instructions) return true;
+    const std::uint64_t now = steadyTime();
+    if (now - looked_ < lookInterval) return false;
+    looked_ = now;
+    return (processorTime() - started_) / nanosecondsPerInstruction > limits_.instructions;
 }
 
-void LuaState::countHook(lua_State* state, lua_Debug* /*where*/) {
+void LuaState::setHook(lua_State* state, int interval) {
+    lua.lua_sethook(state, &hook, LUA_MASKCOUNT | LUA_MASKCALL, interval);
+}
+
+void LuaState::hook(lua_State* state, lua_Debug* where) {
     LuaState& self = of(state);
-    self.instructions_ += hookInterval;
-    if (!self.isExhausted()) return;
-    // Whoever catches this gets it again with the next instruction.
-    self.limits_.instructions = 0;
-    self.lua.lua_sethook(state, &countHook, LUA_MASKCOUNT, 1);
-    self.lua.lua_pushstring(state, "the script has run for too long");
-    self.lua.lua_error(state);
+    if (where->event == LUA_HOOKCOUNT) self.instructions_ += hookInterval;
+    if (self.isExhausted()) self.end(state, tooLong);
+}
+
+void LuaState::end(lua_State* state, const char* reason) {
+    if (!reason_) {
+        reason_ = reason;
+        line_ = lineOf(state);
+    }
+    setHook(state, 1);
+    lua.lua_pushstring(state, reason_);
+    lua.lua_error(state);
+}
+
+void LuaState::beginCall(lua_State* state, std::size_t textSize) {
+    instructions_ += instructionsPerCall;
+    if (isExhausted()) end(state, tooLong);
+    if (textSize > mostText - handedText_) end(state, tooMuchText);
+    handedText_ += textSize;
+}
+
+void LuaState::beginAct(lua_State* state) {
+    if (acts_ == mostActs) end(state, tooManyActs);
+    ++acts_;
+}
+
+int LuaState::isLess(lua_State* state) {
+    const LuaLibrary& lua = of(state).lua;
+    lua.lua_pushboolean(state, lua.lua_compare(state, 1, 2, LUA_OPLT));
+    return 1;
 }
 
 int LuaState::setUp(lua_State* state) {
@@ -149,7 +214,8 @@ int LuaState::setUp(lua_State* state) {
     if (lua.luaL_loadbufferx(state, prelude.data(), prelude.size(), "=prelude", "t") != LUA_OK) {
         return lua.lua_error(state);
     }
-    lua.lua_callk(state, 0, 0, 0, nullptr);
+    lua.lua_pushcclosure(state, &isLess, 0);
+    lua.lua_callk(state, 1, 0, 0, nullptr);
     return 0;
 }
 
@@ -164,18 +230,21 @@ int LuaState::runSource(lua_State* state) {
     return 0;
 }
 
-/// Called where an error is raised: remembers the line of the script that runs there.
+/// The line of the script that runs there, 0 when there is none.
+int LuaState::lineOf(lua_State* state) const {
+    lua_Debug where;
+    for (int level = 0; lua.lua_getstack(state, level, &where) != 0; ++level) {
+        lua.lua_getinfo(state, "Sl", &where);
+        if (where.currentline > 0 && std::strcmp(where.source, sourceName) == 0)
+            return where.currentline;
+    }
+    return 0;
+}
+
+/// Called where an error is raised.
 int LuaState::noteLine(lua_State* state) {
     LuaState& self = of(state);
-    lua_Debug where;
-    self.line_ = 0;
-    for (int level = 0; self.lua.lua_getstack(state, level, &where) != 0; ++level) {
-        self.lua.lua_getinfo(state, "Sl", &where);
-        if (where.currentline > 0 && std::strcmp(where.source, sourceName) == 0) {
-            self.line_ = where.currentline;
-            break;
-        }
-    }
+    if (!self.reason_) self.line_ = self.lineOf(state);
     return 1;
 }
 
@@ -226,10 +295,12 @@ std::optional<LuaScript::Error> LuaState::run(const std::string& source) {
     if (!state_) return LuaScript::Error{"not enough memory", 0};
     *static_cast<LuaState**>(lua_getextraspace(state_)) = this;
     if (callProtected(&setUp, 0) != LUA_OK) return takeError();
-    lua.lua_sethook(state_, &countHook, LUA_MASKCOUNT, hookInterval);
+    setHook(state_, hookInterval);
     lua.lua_pushcclosure(state_, &noteLine, 0);
     lua.lua_pushcclosure(state_, &runSource, 0);
-    if (lua.lua_pcallk(state_, 0, 0, 1, 0, nullptr) == LUA_OK) return std::nullopt;
+    const int status = lua.lua_pcallk(state_, 0, 0, 1, 0, nullptr);
+    if (reason_) return LuaScript::Error{reason_, line_};
+    if (status == LUA_OK) return std::nullopt;
     lua.lua_rotate(state_, 1, 1);
     lua.lua_settop(state_, 1);
     return takeError();

@@ -61,7 +61,11 @@ FileSystem& NSBundle::resourceFiles() {
 
 std::optional<std::string> NSBundle::pathForResource_ofType(const std::string& name,
                                                             const std::string& type) const {
-    return existing(directory_ + "/" + name + (type.empty() ? "" : "." + type));
+    const std::string file = "/" + name + (type.empty() ? "" : "." + type);
+    for (const std::string& folder : languageFolders()) {
+        if (const auto path = existing(folder + file)) return path;
+    }
+    return existing(directory_ + file);
 }
 
 std::optional<std::string> NSBundle::pathForImageResource(const std::string& name) const {
@@ -80,21 +84,26 @@ std::string NSBundle::localizedStringForKey_value_table(const std::string& key,
 const NSBundle::Strings& NSBundle::strings(const std::string& table) const {
     const auto [known, isNew] = tables_.try_emplace(table);
     if (!isNew) return known->second;
-    for (const std::string& language : languages_) {
-        for (const std::string& name : withoutRegion(language)) {
-            const auto read =
-                tableFromFile(directory_ + "/" + name + ".lproj/" + table + ".strings");
-            if (read) {
-                for (const auto& [key, text] : read->dictionary()->entries()) {
-                    if (text.string()) known->second[key] = *text.string();
-                }
-                return known->second;
-            }
-            // The keys are English.
-            if (name == "en") return known->second;
+    for (const std::string& folder : languageFolders()) {
+        const auto read = tableFromFile(folder + "/" + table + ".strings");
+        if (!read) continue;
+        for (const auto& [key, text] : read->dictionary()->entries()) {
+            if (text.string()) known->second[key] = *text.string();
         }
+        break;
     }
     return known->second;
+}
+
+std::vector<std::string> NSBundle::languageFolders() const {
+    std::vector<std::string> folders;
+    for (const std::string& language : languages_) {
+        for (const std::string& name : withoutRegion(language)) {
+            folders.push_back(directory_ + "/" + name + ".lproj");
+            if (name == "en") return folders;
+        }
+    }
+    return folders;
 }
 
 std::string localized(const std::string& english) {

@@ -11,7 +11,8 @@ namespace velmora {
 class FileSystem;
 class NSObject;
 
-/// The resources of the plug-in: interface/, images/, Manual/, and one <language>.lproj a language.
+/// The resources of the plug-in: interface/, images/, Manual/, and one <language>.lproj a language,
+/// with its texts and, in the place of the English one, its own Manual/.
 class NSBundle {
 public:
     /// `directory` holds the resources; `languages` are the user's, most wanted first ("de",
@@ -25,7 +26,8 @@ public:
     /// Where resources are read: always the real files, also where the process's own are in memory.
     static FileSystem& resourceFiles();
 
-    /// The path of a file or folder among the resources; an empty type means exactly that name.
+    /// The path of a file or folder among the resources, that of the user's language where there is
+    /// one; an empty type means exactly that name.
     std::optional<std::string> pathForResource_ofType(const std::string& name,
                                                       const std::string& type) const;
 
@@ -44,6 +46,9 @@ public:
     bool loadNibNamed_owner(const std::string& name, const std::shared_ptr<NSObject>& owner) const;
 
 private:
+    /// Most wanted first, up to English, in which the keys and what is in no such folder are.
+    std::vector<std::string> languageFolders() const;
+
     using Strings = std::map<std::string, std::string>;
     const Strings& strings(const std::string& table) const;
 

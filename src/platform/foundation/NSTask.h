@@ -18,6 +18,10 @@ public:
     NSTask(const NSTask&) = delete;
     NSTask& operator=(const NSTask&) = delete;
 
+    /// What people call it, for messages.
+    void setName(std::string name) { name_ = std::move(name); }
+    const std::string& name() const { return name_; }
+
     /// Blocks until the process has ended.
     virtual void waitUntilExit() = 0;
 
@@ -26,6 +30,9 @@ public:
 
     /// The exit status; the number of the signal that ended it, plus 128, where one did.
     virtual int terminationStatus() const = 0;
+
+private:
+    std::string name_;
 };
 
 }  // namespace velmora

@@ -18,11 +18,11 @@ namespace velmora {
 class PosixScriptFile final : public ScriptFile {
 public:
     /// Creates the file with the contents and mode 0744, in place of one that an own process has
-    /// left behind. Waits so long for another own process that has it. Null when that takes longer
-    /// or when it cannot be done safely.
+    /// left behind. Waits so long for another own process that has it, which nobody notices. Null
+    /// when that takes longer or when it cannot be done safely.
     static std::unique_ptr<PosixScriptFile> create(
         const std::string& path, const std::string& contents,
-        std::chrono::milliseconds patience = std::chrono::seconds(5));
+        std::chrono::milliseconds patience = std::chrono::milliseconds(200));
 
     ~PosixScriptFile() override;
 

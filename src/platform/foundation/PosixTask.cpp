@@ -5,11 +5,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <string_view>
 #include <thread>
+
+#include "platform/foundation/NSLog.h"
+#include "platform/foundation/RunningScript.h"
 
 namespace velmora {
 
@@ -24,6 +28,11 @@ constexpr int busyAttempts = 200;
 constexpr std::chrono::milliseconds busyPause(10);
 
 constexpr int signalled = 128;
+
+/// How long a program may run before the log tells of it.
+constexpr std::chrono::seconds patience(3);
+/// Between two looks at one that is expected to end soon.
+constexpr std::chrono::milliseconds longestPause(10);
 
 /// The list without the entries "velmora" and "velmora:…".
 std::string withoutPlugin(std::string_view list) {
@@ -118,18 +127,37 @@ PosixTask::~PosixTask() {
 }
 
 void PosixTask::waitUntilExit() {
-    while (running_) {
-        int status = 0;
-        if (::waitpid(process_, &status, 0) == process_) {
-            status_ = WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status);
-            running_ = false;
-        } else if (errno == ECHILD) {
-            // The host ignores the ends of its children, or collects all of them itself.
-            running_ = false;
-        } else if (errno != EINTR) {
-            return;
-        }
+    if (!running_) return;
+    const RunningScript told(name(), process_);
+    if (endsSoon()) return;
+    const std::string process = std::to_string(process_);
+    NSLog("The script \"" + name() + "\" still runs, as process " + process +
+          ", and this application waits for it. \"kill " + process + "\" ends it.");
+    while (!collect(0) && errno == EINTR) continue;
+}
+
+bool PosixTask::endsSoon() {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    std::chrono::milliseconds pause(1);
+    while (!collect(WNOHANG)) {
+        if (std::chrono::steady_clock::now() >= deadline) return false;
+        std::this_thread::sleep_for(pause);
+        pause = std::min(2 * pause, longestPause);
     }
+    return true;
+}
+
+bool PosixTask::collect(int options) {
+    int status = 0;
+    const int ended = ::waitpid(process_, &status, options);
+    if (ended == process_) {
+        status_ = WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status);
+        running_ = false;
+    } else if (ended < 0 && errno == ECHILD) {
+        // The host ignores the ends of its children, or collects all of them itself.
+        running_ = false;
+    }
+    return !running_;
 }
 
 }  // namespace velmora

@@ -15,13 +15,18 @@ public:
     ~PosixTask() override;
 
     /// Also ends when somebody else in the host has collected the process: its status is then
-    /// unknown and counts as 0.
+    /// unknown and counts as 0. Meanwhile a RunningScript tells of it, and after some seconds a
+    /// line in the log.
     void waitUntilExit() override;
     bool isRunning() const override { return running_; }
     int terminationStatus() const override { return status_; }
 
 private:
     explicit PosixTask(int process) : process_(process) {}
+
+    bool endsSoon();
+    /// Takes the process's end; false when it has not come, or this must be tried again.
+    bool collect(int options);
 
     int process_;
     bool running_ = true;

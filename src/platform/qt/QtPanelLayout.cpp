@@ -193,6 +193,7 @@ void QtPanelLayout::addButtonRow(const Row& cells, int row, bool isLast) {
 QLabel* QtPanelLayout::makeLabel(const NSContentView::Label& label, bool isAlone) {
     auto* widget = new QLabel(QString::fromStdString(label.text), body_);
     widget->setTextFormat(Qt::PlainText);
+    if (!label.spoken.empty()) widget->setAccessibleName(QString::fromStdString(label.spoken));
     labels_.emplace_back(widget);
     const int longest = widget->fontMetrics().averageCharWidth() * lineLength;
     if (isAlone && widget->sizeHint().width() > longest) {

@@ -70,8 +70,12 @@ int QtTableModel::columnCount(const QModelIndex& parent) const {
 
 QVariant QtTableModel::data(const QModelIndex& index, int role) const {
     QVariant value;
-    if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole && role != Qt::CheckStateRole) {
-        return value;
+    switch (role) {
+        case Qt::DisplayRole:
+        case Qt::AccessibleTextRole:
+        case Qt::ToolTipRole:
+        case Qt::CheckStateRole: break;
+        default: return value;
     }
     guarded("Asking for a table's value", [&] { value = valueOf(index, role); });
     return value;
@@ -81,7 +85,9 @@ QVariant QtTableModel::valueOf(const QModelIndex& index, int role) const {
     const auto kept = table_;
     const NSCellRef cell = kept ? kept->preparedCell(index.column(), index.row()) : nullptr;
     if (!cell) return {};
-    std::string text = cell->stringValue();
+    std::string text = role == Qt::DisplayRole ? cell->stringValue() : cell->spokenValue();
+    // A tool tip explains what is shown, and does not repeat it.
+    if (role == Qt::ToolTipRole && text == cell->stringValue()) return {};
     if (const auto* popUp = dynamic_cast<const NSPopUpButtonCell*>(cell.get())) {
         text = popUp->faceTitle();
     } else if (dynamic_cast<const NSButtonCell*>(cell.get())) {
