@@ -11,6 +11,7 @@
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/PropertyListFile.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 
@@ -199,9 +200,8 @@ NSMenuItemRef VelmoraCommon::findSelector_inMenu_path(Selector wanted, NSMenu& m
 
 void VelmoraCommon::updateMenu() {
     if (updatingMenu_) return;
-    updatingMenu_ = true;
+    const Raised updating(updatingMenu_);
     if (const NSMenuRef mainMenu = NSApp().mainMenu()) updateMenu(*mainMenu);
-    updatingMenu_ = false;
 }
 
 void VelmoraCommon::updateMenu(NSMenu& menu) {
@@ -230,9 +230,7 @@ void VelmoraCommon::executeMenuItemLater(const NSMenuItemRef& item) {
 
 void VelmoraCommon::delayedMenuItemExecution(const NSTimerRef& timer) {
     const auto item = std::dynamic_pointer_cast<NSMenuItem>(timer->userInfo());
-    if (!item || !item->menu()) return;
-    const auto menu = std::static_pointer_cast<NSMenu>(item->menu()->shared_from_this());
-    menu->performActionForItemAtIndex(menu->indexOfItem(*item));
+    if (item) item->perform();
 }
 
 }  // namespace velmora

@@ -49,9 +49,10 @@ std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
 /// What is done between the start of the child and its program.
 class ChildSetup {
 public:
-    ChildSetup() {
+    explicit ChildSetup(int output) {
         constexpr int firstOther = 3;
         ::posix_spawn_file_actions_init(&files_);
+        if (output >= 0) ::posix_spawn_file_actions_adddup2(&files_, output, STDOUT_FILENO);
         ::posix_spawn_file_actions_addopen(&files_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         ::posix_spawn_file_actions_addclosefrom_np(&files_, firstOther);
         sigset_t signals;
@@ -95,13 +96,14 @@ std::vector<std::string> environmentForChild(const char* const* environment) {
 }
 
 std::unique_ptr<PosixTask> PosixTask::launch(const std::string& path,
-                                             const std::vector<std::string>& arguments) {
+                                             const std::vector<std::string>& arguments,
+                                             int output) {
     const std::vector<std::string> environment = environmentForChild(::environ);
     std::vector<std::string> all{path};
     all.insert(all.end(), arguments.begin(), arguments.end());
     const std::vector<char*> argumentPointers = pointersTo(all);
     const std::vector<char*> environmentPointers = pointersTo(environment);
-    const ChildSetup setup;
+    const ChildSetup setup(output);
     for (int attempt = 0; attempt < busyAttempts; ++attempt) {
         pid_t process = 0;
         const int error = ::posix_spawn(&process, path.c_str(), setup.files(), setup.attributes(),

@@ -6,10 +6,10 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "platform/qt/QtGuard.h"
 #include "platform/qt/QtMenuBars.h"
 #include "platform/qt/QtModality.h"
 #include "platform/qt/QtTitles.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 
