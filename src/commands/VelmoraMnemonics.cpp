@@ -57,9 +57,7 @@ bool VelmoraMnemonics::control_textView_doCommandBySelector(NSTextField& /*contr
 void VelmoraMnemonics::executeMnemonic() {
     const NSMenuItemRef item = std::move(selectedMenuItem_);
     selectedMenuItem_ = nullptr;
-    if (!item || !item->menu()) return;
-    const auto menu = std::static_pointer_cast<NSMenu>(item->menu()->shared_from_this());
-    menu->performActionForItemAtIndex(menu->indexOfItem(*item));
+    if (item) item->perform();
 }
 
 }  // namespace velmora

@@ -134,8 +134,7 @@ bool VelmoraScripts::runMenuItem(const std::string& path) {
     menu->update();
     item = find();
     if (!item || item->menu() != menu.get() || !item->isEnabled()) return false;
-    menu->performActionForItemAtIndex(menu->indexOfItem(*item));
-    return true;
+    return item->perform();
 }
 
 std::vector<ScriptHost::MenuItem> VelmoraScripts::menuItems() {

@@ -1,37 +1,16 @@
 #include "commands/VelmoraShortcuts.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "commands/VelmoraTriggers.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 
 namespace {
-
-/// Sets a flag while it lives, whatever is thrown meanwhile.
-class During {
-public:
-    explicit During(bool& flag) : flag_(flag) { flag_ = true; }
-    ~During() { flag_ = false; }
-    During(const During&) = delete;
-    During& operator=(const During&) = delete;
-
-private:
-    bool& flag_;
-};
-
-/// Whether menu items can have the trigger: the bare digit stands for none.
-bool isForItems(const std::string& trigger) {
-    return !trigger.empty() && !isMouseTrigger(trigger);
-}
-
-bool namesItem(const VelmoraSetting& definition) {
-    return !definition.path().empty() || !definition.selector().empty();
-}
 
 /// The item with the title, asking the menu to bring itself up to date when there is none.
 NSMenuItemRef itemWithTitle(NSMenu& menu, const std::string& title) {
@@ -41,32 +20,6 @@ NSMenuItemRef itemWithTitle(NSMenu& menu, const std::string& title) {
         index = menu.indexOfItemWithTitle(title);
     }
     return menu.itemAtIndex(index);
-}
-
-void appendOwners(const std::string& key, std::uint32_t modifiers, NSMenu& menu,
-                  std::vector<NSMenuItemRef>& owners) {
-    for (const NSMenuItemRef& item : menu.itemArray()) {
-        if (item->hasSubmenu()) {
-            appendOwners(key, modifiers, *item->submenu(), owners);
-        } else if (item->keyEquivalentModifierMask() == modifiers && item->keyEquivalent() == key) {
-            owners.push_back(item);
-        }
-    }
-}
-
-/// Every item with that key equivalent and mask: clearing one changes menus, so they are collected
-/// first.
-std::vector<NSMenuItemRef> ownersOf(const std::string& key, std::uint32_t modifiers, NSMenu& menu) {
-    std::vector<NSMenuItemRef> owners;
-    appendOwners(key, modifiers, menu, owners);
-    return owners;
-}
-
-/// Whether no other item has the key equivalent and mask of this one.
-bool isOnlyOwner(const NSMenuItem& item) {
-    const NSMenuRef mainMenu = NSApp().mainMenu();
-    return !mainMenu ||
-           ownersOf(item.keyEquivalent(), item.keyEquivalentModifierMask(), *mainMenu).size() <= 1;
 }
 
 }  // namespace
@@ -101,61 +54,34 @@ void VelmoraShortcuts::init() {
 
 void VelmoraShortcuts::activateSettings() {
     shortcutsToSet_ = settings()->array();
-    searched_.reset();
     setKeys(nullptr);
 }
 
 void VelmoraShortcuts::setKeys(const Id& /*sender*/) {
     if (settingKeys_) return;
-    const std::uint64_t generation = NSMenu::generation();
-    if (std::exchange(searched_, generation) == generation) return;
-    const During guard(settingKeys_);
+    const Raised setting(settingKeys_);
     // From the last to the first: what notifications append meanwhile waits for the next call. They
     // may also end in a new list.
     for (std::size_t i = shortcutsToSet_.size(); i-- > 0;) {
         if (i >= shortcutsToSet_.size()) continue;
         const VelmoraSettingRef definition = shortcutsToSet_[i];
-        if (namesItem(*definition) && isForItems(definition->trigger())) {
-            const NSMenuItemRef item = itemOf(*definition);
-            if (!item || waitsForEarlier(*definition, *item)) continue;
+        const bool namesItem = !definition->path().empty() || !definition->selector().empty();
+        if (namesItem && !isMouseTrigger(definition->trigger())) {
+            const NSMenuItemRef item = findMenuItem(*definition);
+            if (!item) continue;
             setShortcut_inMenuItem(*definition, *item);
         }
-        const auto written = std::find(shortcutsToSet_.begin(), shortcutsToSet_.end(), definition);
-        if (written != shortcutsToSet_.end()) shortcutsToSet_.erase(written);
+        std::erase(shortcutsToSet_, definition);
     }
-}
-
-/// The item of a definition without a selector may be the menu bar's only separator, which has no
-/// action either.
-NSMenuItemRef VelmoraShortcuts::itemOf(const VelmoraSetting& definition) {
-    const NSMenuItemRef item = findMenuItem(definition);
-    return item && item->isSeparatorItem() ? nullptr : item;
-}
-
-/// Without this two definitions of one combination would take it from each other at every change of
-/// the menus.
-bool VelmoraShortcuts::waitsForEarlier(const VelmoraSetting& definition, const NSMenuItem& item) {
-    if (keyForTrigger(definition.trigger()).empty()) return false;
-    for (const VelmoraSettingRef& earlier : settings()->array()) {
-        if (earlier.get() == &definition) return false;
-        if (!isSameCombination(earlier->trigger(), definition.trigger())) continue;
-        const NSMenuItemRef other = itemOf(*earlier);
-        if (other && other.get() != &item) return true;
-    }
-    return false;
 }
 
 void VelmoraShortcuts::setShortcut_inMenuItem(const VelmoraSetting& definition, NSMenuItem& item) {
     const std::string& trigger = definition.trigger();
-    if (!isForItems(trigger)) return;
+    if (trigger.empty() || isMouseTrigger(trigger)) return;
     const std::string key = keyForTrigger(trigger);
     const std::uint32_t modifiers = modifierFlagsForTrigger(trigger);
-    // With two owners of a combination neither would run.
-    if (const NSMenuRef mainMenu = NSApp().mainMenu(); mainMenu && !key.empty()) {
-        for (const NSMenuItemRef& owner : ownersOf(key, modifiers, *mainMenu)) {
-            if (owner.get() != &item) setShortcut_withModifiers_inMenuItem("", 0, *owner);
-        }
-    }
+    const NSMenuItemRef holder = findShortcut_withModifiers(key, modifiers);
+    if (holder && holder.get() != &item) setShortcut_withModifiers_inMenuItem("", 0, *holder);
     setShortcut_withModifiers_inMenuItem(key, modifiers, item);
 }
 
@@ -192,75 +118,29 @@ void VelmoraShortcuts::menuChangedNotification(const NSNotification& notificatio
     auto* menu = dynamic_cast<NSMenu*>(notification.object);
     const NSMenuItemRef item =
         menu ? menu->itemAtIndex(notification.menuItemIndex.value_or(-1)) : nullptr;
-    if (item) itemChanged(*item);
-    if (!shortcutsToSet_.empty()) setKeys(nullptr);
-}
-
-void VelmoraShortcuts::itemChanged(const NSMenuItem& item) {
-    const NSMenuRef submenu = item.submenu();
-    if (!submenu) {
-        leafChanged(item);
-        return;
-    }
-    // A host that changes the item while it fills the menu would have it filled again, and again.
-    if (item.isEnabled() && !fillingMenus_) {
-        const During guard(fillingMenus_);
-        updateMenu(*submenu);
-    }
-    // It may have come with items that nobody has told of.
-    leavesChanged(*submenu);
-}
-
-void VelmoraShortcuts::leavesChanged(const NSMenu& menu) {
-    // A look at the main menu may bring it up to date.
-    const std::vector<NSMenuItemRef> items = menu.itemArray();
-    for (const NSMenuItemRef& item : items) {
+    if (item && item->isEnabled()) {
         if (const NSMenuRef submenu = item->submenu()) {
-            leavesChanged(*submenu);
-        } else {
-            leafChanged(*item);
+            updateMenu(*submenu);
+        } else if (const VelmoraSettingRef definition = definitionNaming(*item)) {
+            const bool isPending = std::find(shortcutsToSet_.begin(), shortcutsToSet_.end(),
+                                             definition) != shortcutsToSet_.end();
+            // The item changes because its shortcut is being written.
+            if (isPending && settingKeys_) return;
+            if (!isPending) shortcutsToSet_.push_back(definition);
         }
     }
-}
-
-/// Makes those definitions pending that are to be written because of the item.
-void VelmoraShortcuts::leafChanged(const NSMenuItem& item) {
-    if (item.isEnabled()) {
-        const VelmoraSettingRef definition = definitionNaming(item);
-        if (definition && !isTriggerOfMenuItem(definition->trigger(), item)) addPending(definition);
-    }
-    // The host may have given the item a combination that is another's. While keys are set, it was
-    // given by us.
-    if (settingKeys_ || item.keyEquivalent().empty()) return;
-    const auto claims = [&](const VelmoraSettingRef& definition) {
-        return isTriggerOfMenuItem(definition->trigger(), item) && namesItem(*definition);
-    };
-    const auto& definitions = settings()->array();
-    const auto first = std::find_if(definitions.begin(), definitions.end(), claims);
-    if (first == definitions.end()) return;
-    if ((*first)->path() == pathFor(item) && isOnlyOwner(item)) return;
-    std::for_each(first, definitions.end(), [&](const VelmoraSettingRef& definition) {
-        if (claims(definition)) addPending(definition);
-    });
+    if (!shortcutsToSet_.empty()) setKeys(nullptr);
 }
 
 VelmoraSettingRef VelmoraShortcuts::definitionNaming(const NSMenuItem& item) {
     const std::string& selector = NSStringFromSelector(item.action());
-    const std::string* path = nullptr;
-    for (const VelmoraSettingRef& definition : settings()->array()) {
-        if (definition->selector() != selector || !isForItems(definition->trigger())) continue;
-        if (!path) path = &pathFor(item);
-        if (definition->path() == *path) return definition;
-    }
-    return nullptr;
-}
-
-void VelmoraShortcuts::addPending(const VelmoraSettingRef& definition) {
-    if (std::find(shortcutsToSet_.begin(), shortcutsToSet_.end(), definition) ==
-        shortcutsToSet_.end()) {
-        shortcutsToSet_.push_back(definition);
-        searched_.reset();
-    }
+    const std::string& path = pathFor(item);
+    const auto& definitions = settings()->array();
+    const auto found = std::find_if(
+        definitions.begin(), definitions.end(), [&](const VelmoraSettingRef& definition) {
+            return definition->path() == path && definition->selector() == selector;
+        });
+    return found == definitions.end() ? nullptr : *found;
 }
 
 bool VelmoraShortcuts::handleEvent(const NSEventRef& event) {
@@ -282,12 +162,7 @@ bool VelmoraShortcuts::handleEvent(const NSEventRef& event) {
     if (!item) return false;
     // The application may have put its own combination back.
     setShortcut_inMenuItem(*definition, *item);
-    NSMenu* menu = item->menu();
-    if (!item->isEnabled() || !menu) return false;
-    const int index = menu->indexOfItem(*item);
-    if (index < 0) return false;
-    menu->performActionForItemAtIndex(index);
-    return true;
+    return item->isEnabled() && item->perform();
 }
 
 NSMenuItemRef VelmoraShortcuts::itemAtPath(const std::string& path) {

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,14 +28,13 @@ public:
     /// Makes every definition pending and writes those whose items are there.
     void activateSettings() override;
 
-    /// Writes the pending definitions whose menu items are found now. Of several with one
-    /// combination the first whose item is there has it, and the others wait. A nested call does
-    /// nothing, and neither does one when nothing has changed since the last.
+    /// Writes the pending definitions whose menu items are found now, from the last to the first.
+    /// The others stay pending. A nested call does nothing.
     void setKeys(const Id& sender);
 
-    /// Gives the item the definition's combination and takes it away from every other item of the
-    /// main menu. A definition without a key takes the item's own away; one of a mouse button does
-    /// nothing.
+    /// Gives the item the definition's combination and takes it away from the first other item of
+    /// the main menu that has it. A definition without a key takes the item's own away; one of a
+    /// mouse button does nothing.
     void setShortcut_inMenuItem(const VelmoraSetting& definition, NSMenuItem& item);
     void setShortcut_withModifiers_inMenuItem(const std::string& key, std::uint32_t modifiers,
                                               NSMenuItem& item);
@@ -46,8 +44,8 @@ public:
     NSMenuItemRef findShortcut_withModifiers_inMenu(const std::string& key, std::uint32_t modifiers,
                                                     NSMenu& menu);
 
-    /// An item was added or has changed: one that a definition names gets its combination, and one
-    /// that carries another's loses it. Definitions that still wait are tried again.
+    /// An item was added or has changed: the first definition that names it becomes pending, the
+    /// menu that it opens is filled, and what is pending is tried again.
     void menuChangedNotification(const NSNotification& notification);
 
     /// Runs the menu item of the first definition for the key or button of the event. True when it
@@ -55,20 +53,11 @@ public:
     bool handleEvent(const NSEventRef& event);
 
 private:
-    NSMenuItemRef itemOf(const VelmoraSetting& definition);
     NSMenuItemRef itemAtPath(const std::string& path);
     VelmoraSettingRef definitionNaming(const NSMenuItem& item);
-    bool waitsForEarlier(const VelmoraSetting& definition, const NSMenuItem& item);
-    void itemChanged(const NSMenuItem& item);
-    void leavesChanged(const NSMenu& menu);
-    void leafChanged(const NSMenuItem& item);
-    void addPending(const VelmoraSettingRef& definition);
 
     std::vector<VelmoraSettingRef> shortcutsToSet_;
-    /// The generation of the menus that were searched last for what is pending.
-    std::optional<std::uint64_t> searched_;
     bool settingKeys_ = false;
-    bool fillingMenus_ = false;
 };
 
 }  // namespace velmora

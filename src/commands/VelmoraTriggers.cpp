@@ -39,17 +39,6 @@ std::string triggerForMenuItem(const NSMenuItem& item) {
     return encoded(item.keyEquivalent(), item.keyEquivalentModifierMask());
 }
 
-bool isSameCombination(const std::string& a, const std::string& b) {
-    return a == b || (codeOf(a) == codeOf(b) && keyForTrigger(a) == keyForTrigger(b));
-}
-
-bool isTriggerOfMenuItem(const std::string& trigger, const NSMenuItem& item) {
-    const std::string& key = item.keyEquivalent();
-    // The cheapest first: this is asked of each definition for each item that changes.
-    return trigger.ends_with(key) && !isMouseTrigger(trigger) && keyForTrigger(trigger) == key &&
-           modifierFlagsForTrigger(trigger) == item.keyEquivalentModifierMask();
-}
-
 std::uint32_t modifierFlagsForTrigger(const std::string& trigger) {
     const unsigned code = codeOf(trigger);
     std::uint32_t flags = 0;

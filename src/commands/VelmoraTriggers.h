@@ -18,12 +18,6 @@ std::string triggerForKey_modifierFlags(const std::string& key, std::uint32_t fl
 /// The trigger of the key equivalent that a menu item has.
 std::string triggerForMenuItem(const NSMenuItem& item);
 
-/// Whether menu items that are given the triggers have the same.
-bool isSameCombination(const std::string& a, const std::string& b);
-
-/// Whether a menu item that is given the trigger has what this one has.
-bool isTriggerOfMenuItem(const std::string& trigger, const NSMenuItem& item);
-
 /// The modifier mask for a menu item. A first character that is no upper-case digit stands for no
 /// modifiers.
 std::uint32_t modifierFlagsForTrigger(const std::string& trigger);

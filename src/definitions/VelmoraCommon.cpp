@@ -10,6 +10,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 
@@ -220,9 +221,8 @@ NSMenuItemRef VelmoraCommon::findSelector_inMenu_path(Selector wanted, NSMenu& m
 
 void VelmoraCommon::updateMenu() {
     if (updatingMenu_) return;
-    updatingMenu_ = true;
+    const Raised updating(updatingMenu_);
     if (const NSMenuRef mainMenu = NSApp().mainMenu()) updateMenu(*mainMenu);
-    updatingMenu_ = false;
 }
 
 void VelmoraCommon::updateMenu(NSMenu& menu) {
@@ -251,9 +251,7 @@ void VelmoraCommon::executeMenuItemLater(const NSMenuItemRef& item) {
 
 void VelmoraCommon::delayedMenuItemExecution(const NSTimerRef& timer) {
     const auto item = std::dynamic_pointer_cast<NSMenuItem>(timer->userInfo());
-    if (!item || !item->menu()) return;
-    const auto menu = std::static_pointer_cast<NSMenu>(item->menu()->shared_from_this());
-    menu->performActionForItemAtIndex(menu->indexOfItem(*item));
+    if (item) item->perform();
 }
 
 }  // namespace velmora

@@ -106,8 +106,7 @@ bool VelmoraGestures::runContextMenuItem(const VelmoraSetting& definition) {
         updateMenu();
         return false;
     }
-    NSMenu* holder = item->menu();
-    holder->performActionForItemAtIndex(holder->indexOfItem(*item));
+    item->perform();
     return true;
 }
 

@@ -272,8 +272,7 @@ void Velmora::windowWillClose(const NSNotification& notification) {
 }
 
 void Velmora::checkVersion(const Id& /*sender*/) {
-    const auto description =
-        dictionaryWithContentsOfURL(updateDescription(), settingsDirectory() + "/Version.download");
+    const auto description = dictionaryWithContentsOfURL(updateDescription());
     if (!description) {
         NSRunAlertPanel("", localized("Can not connect to Velmora site!"), "", "", "");
         return;
@@ -284,7 +283,10 @@ void Velmora::checkVersion(const Id& /*sender*/) {
         return;
     }
     const PropertyList* page = description->objectForKey("UpdateURL");
-    if (page && page->string()) NSWorkspace::sharedWorkspace().openURL(*page->string());
+    const std::string address = page && page->string() ? *page->string() : "";
+    if (address.starts_with("http://") || address.starts_with("https://")) {
+        NSWorkspace::sharedWorkspace().openURL(address);
+    }
 }
 
 void Velmora::showHelp(const Id& /*sender*/) {

@@ -4,7 +4,6 @@
 #include "gestures/VelmoraGestureCell.h"
 #include "gestures/VelmoraGestures.h"
 #include "panels/VelmoraMenuItem.h"
-#include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Outlet.h"
@@ -122,7 +121,7 @@ bool VelmoraGesturesUI::menu_itemSelected(NSMenu& menu, int index) {
     if (!item || dynamic_cast<const VelmoraMenuItem*>(item.get())) return false;
     const NSMenu* top = &menu;
     while (top->supermenu()) top = top->supermenu();
-    if (top == NSApp().mainMenu().get()) return false;
+    if (top->isMainMenu()) return false;
     const int row = tableView_->selectedRow();
     const PropertyList path(contextMenuPrefix + VelmoraUtils::menuItemPathFor(*item));
     const PropertyList selector(NSStringFromSelector(item->action()));

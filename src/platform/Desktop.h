@@ -105,6 +105,10 @@ public:
     virtual void openURL(const std::string& address) = 0;
     virtual void beep() = 0;
 
+    /// What the web address answers. Blocks until it is there, for ten seconds at the most. Nothing
+    /// when it cannot be had whole or is longer than so many bytes.
+    virtual std::optional<std::string> fetch(const std::string& address, std::size_t mostBytes) = 0;
+
     /// Starts the file as a process, whose file and interpreter must exist; null when that fails.
     virtual std::unique_ptr<NSTask> launchProcess(const std::string& path,
                                                   const std::vector<std::string>& arguments) = 0;

@@ -1,5 +1,7 @@
 #include "preferences/VelmoraDefaultsUI.h"
 
+#include <algorithm>
+
 #include "images/VelmoraImageFactory.h"
 #include "platform/appkit/NSColor.h"
 #include "platform/foundation/NSBundle.h"
@@ -115,6 +117,26 @@ std::shared_ptr<NSMatrix> VelmoraDefaultsUI::buttonChooser(int slot) const {
     return std::dynamic_pointer_cast<NSMatrix>(panel_->viewWithTag(slot + firstChooserTag));
 }
 
+void VelmoraDefaultsUI::showButton(int slot) {
+    const std::int32_t button = defaults_->mouseButtonForIndex(slot);
+    NSMatrix& chooser = *buttonChooser(slot);
+    const std::vector<NSCellRef>& cells = chooser.cells();
+    const bool isOffered = std::any_of(cells.begin(), cells.end() - 1, [&](const NSCellRef& cell) {
+        return cell->tag() == button;
+    });
+    const auto other = std::dynamic_pointer_cast<NSButtonCell>(cells.back());
+    if (other) {
+        other->setTransparent(isOffered);
+        other->setEnabled(!isOffered);
+    }
+    if (other && !isOffered) {
+        other->setTag(button);
+        other->setTitle(std::to_string(std::int64_t{button} + 1));
+        other->setImagePosition(NSImageLeft);
+    }
+    chooser.selectCellWithTag(button);
+}
+
 void VelmoraDefaultsUI::setValuesToUI() {
     if (!panel_) return;
     for (int slot = 0; slot < VelmoraSlotCount; ++slot) {
@@ -123,7 +145,7 @@ void VelmoraDefaultsUI::setValuesToUI() {
             modifierMatrix_->cellWithTag(slot * modifierBits + bit)
                 ->setIntValue(static_cast<std::int32_t>(modifiers >> bit & 1U));
         }
-        buttonChooser(slot)->selectCellWithTag(defaults_->mouseButtonForIndex(slot));
+        showButton(slot);
         activationMatrix_->cellWithTag(slot)->setIntValue(defaults_->isEnabledForIndex(slot) ? 1
                                                                                              : 0);
     }
@@ -179,7 +201,6 @@ void VelmoraDefaultsUI::modifierChanged(const Id& /*sender*/) {
 
 void VelmoraDefaultsUI::mouseButtonChanged(const Id& /*sender*/) {
     for (int slot = 0; slot < VelmoraSlotCount; ++slot) {
-        // A button that the chooser does not offer stays until another one is chosen.
         if (const auto chosen = buttonChooser(slot)->selectedCell()) {
             defaults_->setMouseButton_forIndex(chosen->tag(), slot);
         }

@@ -45,6 +45,9 @@ private:
     /// What the interface file does not bring of all that is used here; "" for nothing.
     std::string missingPart() const;
     void setTextColors();
+    /// Selects the slot's button in its chooser, whose last cell stands for one that the others do
+    /// not offer.
+    void showButton(int slot);
     std::shared_ptr<NSMatrix> buttonChooser(int slot) const;
 
     std::shared_ptr<NSTextField> gestureSizeTF_;

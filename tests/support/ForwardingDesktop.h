@@ -46,6 +46,9 @@ public:
     }
     void openURL(const std::string& address) override { inner_.openURL(address); }
     void beep() override { inner_.beep(); }
+    std::optional<std::string> fetch(const std::string& address, std::size_t mostBytes) override {
+        return inner_.fetch(address, mostBytes);
+    }
     std::unique_ptr<NSTask> launchProcess(const std::string& path,
                                           const std::vector<std::string>& arguments) override {
         return inner_.launchProcess(path, arguments);

@@ -72,11 +72,25 @@ void NSMenu::insertItem_atIndex(NSMenuItemRef item, int index) {
     index = std::clamp(index, 0, numberOfItems());
     item->menu_ = this;
     if (item->submenu_) item->submenu_->supermenu_ = this;
+    const NSMenuRef submenu = item->submenu_;
     items_.insert(items_.begin() + index, std::move(item));
     noteChange();
     itemWasInserted(index);
     NSNotificationCenter::defaultCenter().postNotification(
         {NSMenuDidAddItemNotification, this, index});
+    if (submenu) submenu->postAddedLeaves();
+}
+
+void NSMenu::postAddedLeaves() {
+    // Whoever hears of an item may change the menu.
+    for (int i = 0; i < numberOfItems(); ++i) {
+        if (const NSMenuRef submenu = itemAtIndex(i)->submenu()) {
+            submenu->postAddedLeaves();
+        } else {
+            NSNotificationCenter::defaultCenter().postNotification(
+                {NSMenuDidAddItemNotification, this, i});
+        }
+    }
 }
 
 void NSMenu::removeItemAtIndex(int index) {
@@ -93,15 +107,23 @@ void NSMenu::removeItemAtIndex(int index) {
         {NSMenuDidRemoveItemNotification, this, index});
 }
 
+bool NSMenu::isMainMenu() const {
+    return NSApp().mainMenu().get() == this;
+}
+
 void NSMenu::performActionForItemAtIndex(int index) {
+    // The item may go while its action runs, and the menu with it.
+    const auto kept = weak_from_this().lock();
     message<void(int)>(*this, performActionSelector(), index);
 }
 
 void NSMenu::performActionForItemAtIndexImplementation(int index) {
-    // The item may go while its action runs, and the menu with it.
-    const auto kept = weak_from_this().lock();
-    const NSMenuItemRef item = itemAtIndex(index);
-    if (item && item->isEnabled() && !item->isSeparatorItem()) runItem(*item);
+    const NSMenuItemRef wanted = itemAtIndex(index);
+    if (!wanted || wanted->isSeparatorItem()) return;
+    update();
+    // A menu that is filled for each opening may hold another item in its place.
+    const NSMenuItemRef item = wanted->menu() == this ? wanted : itemAtIndex(index);
+    if (item && item->title() == wanted->title() && item->isEnabled()) runItem(*item);
 }
 
 void NSMenu::runItem(NSMenuItem& item) {

@@ -37,10 +37,18 @@ public:
     void addItem(NSMenuItemRef item) { insertItem_atIndex(std::move(item), numberOfItems()); }
     void removeItemAtIndex(int index);
 
+    /// Posts the notification of an added item for each item of the tree that opens no submenu: of
+    /// menus that came filled, nobody has heard of those.
+    void postAddedLeaves();
+
     /// Another number after each change of any menu of the process, and when another one has become
     /// the main menu, of which desktops tell.
     static std::uint64_t generation();
     static void noteChange();
+
+    /// Whether it is the application's main menu, or was and will be again: on some desktops each
+    /// window brings its own.
+    virtual bool isMainMenu() const;
 
     /// The menu one of whose items opens this one, or null for an outermost menu.
     NSMenu* supermenu() const { return supermenu_; }
@@ -53,8 +61,9 @@ public:
     /// Has the items validated as they would be when the menu opens.
     virtual void update() {}
 
-    /// Runs the item as if the user had chosen it, by a message that can be exchanged. A disabled
-    /// item, a separator and an index without an item do nothing.
+    /// Runs the item as if the user had chosen it, by a message that can be exchanged: the menu is
+    /// updated first, as by its opening. An item that is disabled or gone after that, a separator
+    /// and an index without an item do nothing.
     void performActionForItemAtIndex(int index);
 
 protected:

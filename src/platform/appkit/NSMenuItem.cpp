@@ -76,11 +76,20 @@ void NSMenuItem::setSubmenu(std::shared_ptr<NSMenu> submenu) {
     submenu_ = std::move(submenu);
     if (submenu_) submenu_->supermenu_ = menu_;
     changed();
+    const std::shared_ptr<NSMenu> present = submenu_;
+    if (menu_ && present) present->postAddedLeaves();
 }
 
 void NSMenuItem::setImage(std::shared_ptr<NSImage> image) {
     image_ = std::move(image);
     changed();
+}
+
+bool NSMenuItem::perform() {
+    NSMenu* menu = menu_;
+    if (!menu) return false;
+    menu->performActionForItemAtIndex(menu->indexOfItem(*this));
+    return true;
 }
 
 void NSMenuItem::changed() {

@@ -61,6 +61,9 @@ public:
     const Id& representedObject() const { return representedObject_; }
     void setRepresentedObject(Id object) { representedObject_ = std::move(object); }
 
+    /// Has its menu run it, as performActionForItemAtIndex describes. False when no menu holds it.
+    bool perform();
+
     /// The menu that holds the item, or null. The menu owns the item, not the other way round.
     NSMenu* menu() const { return menu_; }
 

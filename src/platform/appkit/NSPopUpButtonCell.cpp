@@ -27,10 +27,9 @@ std::string NSPopUpButtonCell::faceTitle() const {
 }
 
 void NSPopUpButtonCell::userChose(NSMenuItem& item) {
-    NSMenu* holder = item.menu();
-    if (!holder || !item.isEnabled() || item.hasSubmenu() || item.isSeparatorItem()) return;
+    if (!item.menu() || !item.isEnabled() || item.hasSubmenu() || item.isSeparatorItem()) return;
     selected_ = std::static_pointer_cast<NSMenuItem>(item.shared_from_this());
-    holder->performActionForItemAtIndex(holder->indexOfItem(item));
+    item.perform();
     changed();
 }
 

@@ -18,7 +18,7 @@ public:
     NSTask(const NSTask&) = delete;
     NSTask& operator=(const NSTask&) = delete;
 
-    /// What people call it, for messages.
+    /// What people call it. People are told of a process with a name that makes the host wait.
     void setName(std::string name) { name_ = std::move(name); }
     const std::string& name() const { return name_; }
 

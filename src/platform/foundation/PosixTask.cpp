@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <optional>
 #include <string_view>
 #include <thread>
 
@@ -58,9 +59,10 @@ std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
 /// What is done between the start of the child and its program.
 class ChildSetup {
 public:
-    ChildSetup() {
+    explicit ChildSetup(int output) {
         constexpr int firstOther = 3;
         ::posix_spawn_file_actions_init(&files_);
+        if (output >= 0) ::posix_spawn_file_actions_adddup2(&files_, output, STDOUT_FILENO);
         ::posix_spawn_file_actions_addopen(&files_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         ::posix_spawn_file_actions_addclosefrom_np(&files_, firstOther);
         sigset_t signals;
@@ -104,13 +106,14 @@ std::vector<std::string> environmentForChild(const char* const* environment) {
 }
 
 std::unique_ptr<PosixTask> PosixTask::launch(const std::string& path,
-                                             const std::vector<std::string>& arguments) {
+                                             const std::vector<std::string>& arguments,
+                                             int output) {
     const std::vector<std::string> environment = environmentForChild(::environ);
     std::vector<std::string> all{path};
     all.insert(all.end(), arguments.begin(), arguments.end());
     const std::vector<char*> argumentPointers = pointersTo(all);
     const std::vector<char*> environmentPointers = pointersTo(environment);
-    const ChildSetup setup;
+    const ChildSetup setup(output);
     for (int attempt = 0; attempt < busyAttempts; ++attempt) {
         pid_t process = 0;
         const int error = ::posix_spawn(&process, path.c_str(), setup.files(), setup.attributes(),
@@ -128,11 +131,14 @@ PosixTask::~PosixTask() {
 
 void PosixTask::waitUntilExit() {
     if (!running_) return;
-    const RunningScript told(name(), process_);
-    if (endsSoon()) return;
-    const std::string process = std::to_string(process_);
-    NSLog("The script \"" + name() + "\" still runs, as process " + process +
-          ", and this application waits for it. \"kill " + process + "\" ends it.");
+    std::optional<RunningScript> told;
+    if (!name().empty()) {
+        told.emplace(name(), process_);
+        if (endsSoon()) return;
+        const std::string process = std::to_string(process_);
+        NSLog("The script \"" + name() + "\" still runs, as process " + process +
+              ", and this application waits for it. \"kill " + process + "\" ends it.");
+    }
     while (!collect(0) && errno == EINTR) continue;
 }
 

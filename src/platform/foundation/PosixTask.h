@@ -8,9 +8,11 @@ namespace velmora {
 /// working directory, nothing to read, the host's output, no other file, and default signals.
 class PosixTask final : public NSTask {
 public:
-    /// Null when the file, or the interpreter that it names, cannot be started.
+    /// Null when the file, or the interpreter that it names, cannot be started. With a descriptor
+    /// for its output the child writes there.
     static std::unique_ptr<PosixTask> launch(const std::string& path,
-                                             const std::vector<std::string>& arguments);
+                                             const std::vector<std::string>& arguments,
+                                             int output = -1);
 
     ~PosixTask() override;
 

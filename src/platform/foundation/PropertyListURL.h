@@ -7,10 +7,8 @@
 
 namespace velmora {
 
-/// The root dictionary of the property list at a web address, fetched by a child process (curl).
-/// Blocks until it is there, for ten seconds at the most. Nothing when it cannot be fetched or has
-/// another root. `scratchFile` is where it lies meanwhile; the file is removed.
-std::optional<NSDictionary> dictionaryWithContentsOfURL(const std::string& address,
-                                                        const std::string& scratchFile);
+/// The root dictionary of the property list at a web address, which may have a mebibyte. Blocks as
+/// Desktop::fetch does. Nothing when it cannot be fetched or has another root.
+std::optional<NSDictionary> dictionaryWithContentsOfURL(const std::string& address);
 
 }  // namespace velmora

@@ -96,7 +96,7 @@ bool HeadlessDesktop::runKeyEquivalent(const NSEvent& event) {
     const std::uint32_t modifiers = event.modifierFlags() & compared;
     NSMenuItemRef item = itemWithKey(*menuBar_, key, modifiers, Kind::standing);
     if (!item) item = itemWithKey(*menuBar_, key, modifiers, Kind::givingWay);
-    if (item) item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
+    if (item) item->perform();
     return item != nullptr;
 }
 
@@ -117,6 +117,7 @@ void HeadlessDesktop::setMenuBar(const std::optional<std::vector<ItemDescription
         NSNotificationCenter::defaultCenter().postNotification(
             {NSMenuDidAddItemNotification, bar.get(), i});
     }
+    if (bar) bar->postAddedLeaves();
 }
 
 void HeadlessDesktop::addWindow(const WindowDescription& description) {

@@ -49,6 +49,11 @@ public:
     void openURL(const std::string& address) override;
     void beep() override;
     /// Starts nothing: records what the script file holds. What would not run does not start.
+    /// Nothing is reachable.
+    std::optional<std::string> fetch(const std::string& /*address*/,
+                                     std::size_t /*mostBytes*/) override {
+        return {};
+    }
     std::unique_ptr<NSTask> launchProcess(const std::string& path,
                                           const std::vector<std::string>& arguments) override;
     void log(const std::string& line) override;

@@ -227,7 +227,7 @@ void ScenarioPlayer::act(const ChooseStep& step) {
         fail(step.path + " is disabled");
     } else {
         HeadlessUser::clickInMenu();
-        item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
+        item->perform();
     }
 }
 

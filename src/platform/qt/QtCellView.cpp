@@ -8,6 +8,7 @@
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtDrawing.h"
 #include "platform/qt/QtGuard.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 

@@ -60,7 +60,7 @@ void QtCommandRunner::runLater(QtMenuItem& item) {
     Request request{std::static_pointer_cast<QtMenuItem>(item.shared_from_this()),
                     titlesOf(item, outermost), nullptr};
     const auto* mirror = dynamic_cast<const QtMenu*>(outermost);
-    if (mirror && mirror->isRoot()) request.root = mirror->widget();
+    if (mirror && mirror->isMainMenu()) request.root = mirror->widget();
     QMetaObject::invokeMethod(
         &context_, [this, request] { guarded("A command", [&] { resolveRoot(request); }); },
         Qt::QueuedConnection);

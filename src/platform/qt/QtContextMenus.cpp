@@ -16,6 +16,7 @@
 #include "platform/qt/QtMenu.h"
 #include "platform/qt/QtTitles.h"
 #include "platform/qt/RightClick.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 

@@ -9,6 +9,7 @@
 
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSRunLoop.h"
+#include "platform/foundation/PosixFetch.h"
 #include "platform/foundation/PosixTask.h"
 #include "platform/qt/HostProcess.h"
 #include "platform/qt/QtCoordinates.h"
@@ -271,8 +272,12 @@ void QtDesktop::openURL(const std::string& address) {
 }
 
 void QtDesktop::beep() {
-    log("beep");
+    trace("beep");
     if (session_) QApplication::beep();
+}
+
+std::optional<std::string> QtDesktop::fetch(const std::string& address, std::size_t mostBytes) {
+    return fetchThroughCurl(address, mostBytes);
 }
 
 std::unique_ptr<NSTask> QtDesktop::launchProcess(const std::string& path,

@@ -54,6 +54,7 @@ public:
     std::optional<Bitmap> decodeImage(std::string_view bytes) override;
     void openURL(const std::string& address) override;
     void beep() override;
+    std::optional<std::string> fetch(const std::string& address, std::size_t mostBytes) override;
     std::unique_ptr<NSTask> launchProcess(const std::string& path,
                                           const std::vector<std::string>& arguments) override;
     void log(const std::string& line) override;

@@ -76,6 +76,14 @@ char32_t onlyCharacter(const std::string& text) {
     return firstCharacterLength(text) == text.size() ? firstCharacter(text) : 0;
 }
 
+/// Whether a shortcut may take the key from whoever has the keyboard focus: here hosts run their
+/// commands by Alt and Super as well, for which the platform knows no other sign than that of a
+/// function key.
+bool isCommandKey(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = event.QInputEvent::modifiers();
+    return isFunctionKey(event.key()) || modifiers & (Qt::AltModifier | Qt::MetaModifier);
+}
+
 /// The first key of the sequence and its modifiers.
 std::pair<int, Qt::KeyboardModifiers> firstKeyOf(const QKeySequence& sequence) {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -115,7 +123,7 @@ NSEvent::Fields fieldsForKey(const QKeyEvent& event) {
     fields.type = event.type() == QEvent::KeyRelease ? NSKeyUp : NSKeyDown;
     // The key's own modifiers, as Qt gives them to a widget: without the correction for the key.
     fields.modifierFlags = flagsForModifiers(event.QInputEvent::modifiers());
-    if (isFunctionKey(event.key())) fields.modifierFlags |= NSFunctionKeyMask;
+    if (isCommandKey(event)) fields.modifierFlags |= NSFunctionKeyMask;
     if (event.nativeModifiers() & capsLockState) fields.modifierFlags |= NSAlphaShiftKeyMask;
     fields.timestamp = static_cast<double>(event.timestamp()) / 1000;
     fields.characters = event.text().toStdString();

@@ -109,6 +109,7 @@ void QtMatrix::show(const Place& place) const {
     if (button->text() != title) button->setText(title);
     button->setEnabled(matrix_->isEnabled() && cell->isEnabled());
     button->setChecked(cell->state() != NSOffState);
+    button->setVisible(!cell->isTransparent());
     if (!qobject_cast<QToolButton*>(button)) return;
     const QSize size = cellIconSize(*cell);
     if (button->iconSize() != size) button->setIconSize(size);

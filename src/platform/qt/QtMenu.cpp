@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "platform/foundation/NSLog.h"
-#include "platform/qt/QtGuard.h"
 #include "platform/qt/QtMenuBars.h"
 #include "platform/qt/QtModality.h"
 #include "platform/qt/QtTitles.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 

@@ -33,7 +33,7 @@ public:
     /// The QMenu, QMenuBar or window; null once the host has destroyed it.
     QWidget* widget() const { return widget_; }
     /// Whether it is a main menu.
-    bool isRoot() const { return depth_ == 0; }
+    bool isMainMenu() const override { return depth_ == 0; }
     /// Makes it the mirror of another menu of the same title.
     void rebind(QWidget& widget);
     void setPath(std::string path);

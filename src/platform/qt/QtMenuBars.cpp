@@ -13,6 +13,7 @@
 #include "platform/qt/QtTitles.h"
 #include "platform/qt/QtWindows.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 
@@ -71,18 +72,6 @@ void traceMade(const NSMenu& mainMenu) {
     std::string line = "made a main menu:";
     for (const NSMenuItemRef& item : mainMenu.itemArray()) line += " \"" + item->title() + '"';
     NSTrace(line);
-}
-
-void postAddedLeaves(NSMenu& menu) {
-    for (int i = 0; i < menu.numberOfItems(); ++i) {
-        const NSMenuItemRef item = menu.itemAtIndex(i);
-        if (const NSMenuRef submenu = item->submenu()) {
-            postAddedLeaves(*submenu);
-        } else {
-            NSNotificationCenter::defaultCenter().postNotification(
-                {NSMenuDidAddItemNotification, &menu, i});
-        }
-    }
 }
 
 }  // namespace
@@ -247,7 +236,7 @@ void QtMenuBars::bringUpToDate() {
 void QtMenuBars::open(QMenu& menu) {
     if (menu.isVisible()) return;
     // Prepared twice, some hosts would fill it twice.
-    if (std::find(opened_.begin(), opened_.end(), &menu) != opened_.end()) closeOpened();
+    if (std::find(opened_.begin(), opened_.end(), &menu) != opened_.end()) return;
     opened_.emplace_back(&menu);
     closer_.start();
     guarded("Preparing a menu", [&] { Q_EMIT menu.aboutToShow(); });
@@ -366,7 +355,7 @@ void QtMenuBars::tellOfNewMainMenu() {
     if (isBar(*root)) giveUpMadeMenus();
     NSMenu::noteChange();
     const NSMenuRef menu = mainMenu();
-    if (hadMain_ && menu) postAddedLeaves(*menu);
+    if (hadMain_ && menu) menu->postAddedLeaves();
 }
 
 void QtMenuBars::giveUpMadeMenus() {

@@ -20,7 +20,13 @@ bool QtMenuItem::isEnabled() const {
 void QtMenuItem::setHostAction(QAction& action, const std::string& title,
                                const std::string& prefix) {
     hostAction_ = &action;
-    if (separator_) return;
+    if (separator_) {
+        // Else the only separator of a host whose commands all have actions would be the one item
+        // that a definition without an action stands for.
+        static const Selector separator = Selector::named("separator");
+        NSMenuItem::setAction(separator);
+        return;
+    }
     const QString name = action.objectName();
     const bool enabled = action.isEnabled();
     NSMenuItem::setAction(

@@ -192,12 +192,10 @@ QtMenuKeys::Answer QtMenuKeys::run(const Holder& holder, QKeyEvent& event) {
 
 QtMenuKeys::Answer QtMenuKeys::run(const NSMenuItemRef& item, const QKeyEvent& event) {
     if (!item->isEnabled() && item->menu()) item->menu()->update();
-    NSMenu* menu = item->menu();
-    if (!menu || !item->isEnabled()) return Answer::notOurs;
+    if (!item->menu() || !item->isEnabled()) return Answer::notOurs;
     const QAction* action = hostActionOf(*item);
     const bool repeats = !action || action->autoRepeat();
-    if (repeats || !event.isAutoRepeat())
-        menu->performActionForItemAtIndex(menu->indexOfItem(*item));
+    if (repeats || !event.isAutoRepeat()) item->perform();
     return Answer::taken;
 }
 

@@ -26,8 +26,7 @@ public:
 /// Runs the item by its menu's message, which others may have taken over.
 void runItem(const std::weak_ptr<NSObject>& chosen) {
     const auto item = std::static_pointer_cast<NSMenuItem>(chosen.lock());
-    NSMenu* menu = item ? item->menu() : nullptr;
-    if (menu) menu->performActionForItemAtIndex(menu->indexOfItem(*item));
+    if (item) item->perform();
 }
 
 void show(const NSMenuItem& item, OwnAction& action) {

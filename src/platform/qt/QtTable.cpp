@@ -10,6 +10,7 @@
 
 #include "platform/qt/QtControlEvents.h"
 #include "platform/qt/QtGuard.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 

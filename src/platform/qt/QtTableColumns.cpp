@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "platform/qt/QtGuard.h"
+#include "platform/runtime/Raised.h"
 
 namespace velmora {
 
