@@ -17,8 +17,8 @@ public:
     ~PosixTask() override;
 
     /// Also ends when somebody else in the host has collected the process: its status is then
-    /// unknown and counts as 0. Meanwhile a RunningScript tells of it, and after some seconds a
-    /// line in the log.
+    /// unknown and counts as 0. Meanwhile a RunningScript tells of one with a name, and after
+    /// some seconds a line in the log.
     void waitUntilExit() override;
     bool isRunning() const override { return running_; }
     int terminationStatus() const override { return status_; }
