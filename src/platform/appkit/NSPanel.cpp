@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Desktop.h"
+#include "platform/appkit/NSApplication.h"
 #include "platform/appkit/PanelFrames.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
@@ -142,7 +143,16 @@ bool NSPanel::isVisible() {
 }
 
 bool NSPanel::isKeyWindow() {
-    return peer().isKeyWindow();
+    return NSApp().keyWindow().get() == this;
+}
+
+int NSPanel::windowNumber() {
+    return peer().windowNumber();
+}
+
+std::vector<std::shared_ptr<NSDrawer>> NSPanel::drawers() {
+    if (!drawer_ || !drawer_->isOpen() || !isVisible()) return {};
+    return {drawer_};
 }
 
 }  // namespace velmora

@@ -81,10 +81,14 @@ void HeadlessDesktop::dispatchEvent(const NSEventRef& event) {
 
 bool HeadlessDesktop::givenToPanel(const NSEventRef& event) {
     const bool isKey = event->type() == NSKeyDown || event->type() == NSKeyUp;
-    HeadlessPanel* panel = keyPanel();
-    if (!panel || (modal_.empty() && !isKey)) return false;
-    if (event->type() == NSKeyDown) panel->keyDown(event);
-    return true;
+    if (isKey) {
+        if (keyPanel_ && event->type() == NSKeyDown) keyPanel_->keyDown(event);
+        return keyPanel_ != nullptr;
+    }
+    return !modal_.empty() ||
+           std::any_of(panels_.begin(), panels_.end(), [&](HeadlessPanel* panel) {
+               return panel->windowNumber() == event->windowNumber();
+           });
 }
 
 bool HeadlessDesktop::runKeyEquivalent(const NSEvent& event) {
@@ -120,14 +124,19 @@ void HeadlessDesktop::setMenuBar(const std::optional<std::vector<ItemDescription
 }
 
 void HeadlessDesktop::addWindow(const WindowDescription& description) {
-    auto window = HeadlessWindow::make(
-        description, nextWindowNumber_, commandHandler_, [this](HeadlessWindow& key) {
-            keyWindow_ = std::static_pointer_cast<HeadlessWindow>(key.shared_from_this());
-            record(Transcript::Kind::madeKey, key.title());
-        });
+    auto window = HeadlessWindow::make(description, nextWindowNumber_, commandHandler_,
+                                       [this](HeadlessWindow& key) { becomeKey(key); });
     nextWindowNumber_ += 1 + static_cast<int>(description.drawers.size());
     if (description.key || windows_.empty()) keyWindow_ = window;
     windows_.push_back(std::move(window));
+}
+
+void HeadlessDesktop::becomeKey(HeadlessWindow& window) {
+    // A modal panel keeps the user from it.
+    if (!modal_.empty()) return;
+    keyWindow_ = std::static_pointer_cast<HeadlessWindow>(window.shared_from_this());
+    keyPanel_ = nullptr;
+    record(Transcript::Kind::madeKey, window.title());
 }
 
 std::shared_ptr<HeadlessWindow> HeadlessDesktop::windowTitled(const std::string& title) const {
@@ -141,6 +150,7 @@ void HeadlessDesktop::focusWindow(const std::shared_ptr<HeadlessWindow>& window)
     if (found == windows_.end()) return;
     std::rotate(windows_.begin(), found, found + 1);
     keyWindow_ = window;
+    if (modal_.empty()) keyPanel_ = nullptr;
 }
 
 void HeadlessDesktop::closeWindow(const HeadlessWindow& window) {
@@ -183,10 +193,24 @@ std::unique_ptr<PanelPeer> HeadlessDesktop::makePanel(NSPanel& panel) {
 void HeadlessDesktop::showPanel(HeadlessPanel& panel) {
     std::erase(panels_, &panel);
     panels_.push_back(&panel);
+    if (keyPanel_ != &panel) panel.setBefore(windowForKeys());
+    keyPanel_ = &panel;
+}
+
+void HeadlessDesktop::makeKey(HeadlessPanel& panel) {
+    keyPanel_ = &panel;
+    record(Transcript::Kind::madeKey, panel.title());
 }
 
 void HeadlessDesktop::removePanel(HeadlessPanel& panel) {
     std::erase(panels_, &panel);
+    if (keyPanel_ != &panel) return;
+    const NSWindowRef before = panel.before().lock();
+    const auto found = std::find_if(panels_.begin(), panels_.end(), [&](HeadlessPanel* other) {
+        return before && other->window() == before;
+    });
+    const bool wasHosts = dynamic_cast<const HeadlessWindow*>(before.get());
+    keyPanel_ = found != panels_.end() ? *found : wasHosts ? nullptr : frontPanel();
 }
 
 std::unique_ptr<DrawnWindowPeer> HeadlessDesktop::makeDrawnWindow(NSDrawnWindow& /*window*/) {
@@ -199,11 +223,20 @@ void HeadlessDesktop::showDrawnWindow(HeadlessDrawnWindow& window) {
 }
 
 std::vector<NSWindowRef> HeadlessDesktop::orderedWindows() {
-    return {windows_.begin(), windows_.end()};
+    std::vector<NSWindowRef> ordered;
+    for (auto panel = panels_.rbegin(); panel != panels_.rend(); ++panel) {
+        ordered.push_back((*panel)->window());
+    }
+    ordered.insert(ordered.end(), windows_.begin(), windows_.end());
+    return ordered;
 }
 
 NSWindowRef HeadlessDesktop::keyWindow() {
-    return active_ && !keyPanel() ? keyWindow_.lock() : nullptr;
+    return active_ ? windowForKeys() : nullptr;
+}
+
+NSWindowRef HeadlessDesktop::windowForKeys() const {
+    return keyPanel_ ? keyPanel_->window() : keyWindow_.lock();
 }
 
 NSPoint HeadlessDesktop::mouseLocation() {

@@ -88,8 +88,10 @@ public:
     /// The scroll view of that name in one of the windows, or null.
     HeadlessScrollView* scrollViewNamed(const std::string& name) const;
 
-    /// The panel of ours that takes the keys, or null.
-    HeadlessPanel* keyPanel() const { return panels_.empty() ? nullptr : panels_.back(); }
+    /// The foremost panel of ours, or null.
+    HeadlessPanel* frontPanel() const { return panels_.empty() ? nullptr : panels_.back(); }
+    /// The user clicks into the panel: it comes to the front, and is key.
+    void focusPanel(HeadlessPanel& panel) { showPanel(panel); }
 
     /// The window of ours that is only drawn and was shown last, or null.
     HeadlessDrawnWindow* drawnWindow() const {
@@ -113,7 +115,9 @@ public:
 
     // For the panels and drawn windows
 
+    int takeWindowNumber() { return nextWindowNumber_++; }
     void showPanel(HeadlessPanel& panel);
+    void makeKey(HeadlessPanel& panel);
     void removePanel(HeadlessPanel& panel);
     void showDrawnWindow(HeadlessDrawnWindow& window);
     void removeDrawnWindow(HeadlessDrawnWindow& window) { std::erase(drawnWindows_, &window); }
@@ -125,6 +129,9 @@ private:
     void commandRan(NSMenuItem& item);
     bool runKeyEquivalent(const NSEvent& event);
     bool givenToPanel(const NSEventRef& event);
+    void becomeKey(HeadlessWindow& window);
+    /// As keyWindow, whether or not the host is active.
+    NSWindowRef windowForKeys() const;
 
     HeadlessSession& session_;
     std::string processName_;
@@ -133,9 +140,12 @@ private:
     CommandHandler onCommand_;
     std::shared_ptr<HeadlessMenu> menuBar_;
     std::vector<std::shared_ptr<HeadlessWindow>> windows_;
+    /// The host's window that takes the keys, or that did before a panel of ours.
     std::weak_ptr<HeadlessWindow> keyWindow_;
-    /// Those that are visible, the one that takes the keys last.
+    /// Those that are visible, the frontmost last. They lie above the host's windows.
     std::vector<HeadlessPanel*> panels_;
+    /// The one of them that takes the keys, or null.
+    HeadlessPanel* keyPanel_ = nullptr;
     std::vector<HeadlessPanel*> modal_;
     std::vector<HeadlessDrawnWindow*> drawnWindows_;
     ProcessEnd processEnd_;

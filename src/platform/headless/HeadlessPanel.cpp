@@ -29,7 +29,7 @@ Selector commandOf(const NSEvent& key) {
 }  // namespace
 
 HeadlessPanel::HeadlessPanel(HeadlessDesktop& desktop, NSPanel& panel)
-    : desktop_(desktop), panel_(panel) {
+    : desktop_(desktop), panel_(panel), number_(desktop.takeWindowNumber()) {
     contentChanged();
 }
 
@@ -54,8 +54,10 @@ void HeadlessPanel::makeKeyAndOrderFront() {
     desktop_.showPanel(*this);
 }
 
-bool HeadlessPanel::isKeyWindow() {
-    return desktop_.keyPanel() == this;
+NSRect HeadlessPanel::drawerFrame() {
+    const NSContentDrawerRef& drawer = panel_.drawer();
+    return {{frame_.origin.x + frame_.size.width, frame_.origin.y},
+            {drawer ? drawer->contentSize().width : 0, frame_.size.height}};
 }
 
 void HeadlessPanel::contentChanged() {
@@ -72,7 +74,7 @@ void HeadlessPanel::drawControls() {
 }
 
 void HeadlessPanel::makeKeyWindow() {
-    if (visible_) desktop_.showPanel(*this);
+    if (visible_) desktop_.makeKey(*this);
 }
 
 void HeadlessPanel::orderOut() {

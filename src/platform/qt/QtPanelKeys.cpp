@@ -19,8 +19,7 @@ bool isOfPanel(const QObject& receiver) {
     if (receiver.isWidgetType()) {
         widget = static_cast<const QWidget*>(&receiver);
     } else if (receiver.isWindowType()) {
-        const auto& window = static_cast<const QWindow&>(receiver);
-        if (window.handle()) widget = QWidget::find(window.winId());
+        widget = QtWindows::widgetOf(static_cast<const QWindow&>(receiver));
     }
     // The popups of a panel are windows below it.
     for (; widget; widget = widget->parentWidget()) {
