@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "platform/Desktop.h"
-#include "platform/appkit/NSApplication.h"
 #include "platform/appkit/PanelFrames.h"
+#include "platform/foundation/Characters.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
 
@@ -142,8 +142,14 @@ bool NSPanel::isVisible() {
     return peer().isVisible();
 }
 
-bool NSPanel::isKeyWindow() {
-    return NSApp().keyWindow().get() == this;
+bool NSPanel::userPressedKey(const NSEventRef& event) {
+    constexpr char32_t firstFunctionKey = 0xF704;
+    constexpr char32_t lastFunctionKey = 0xF726;
+    const char32_t key = firstCharacter(event->fields().charactersIgnoringModifiers);
+    const bool isFunctionKey = key >= firstFunctionKey && key <= lastFunctionKey;
+    const bool isOffered = isFunctionKey || (event->modifierFlags() & NSCommandKeyMask) != 0;
+    const auto kept = shared_from_this();
+    return isOffered && content_->performKeyEquivalent(event);
 }
 
 int NSPanel::windowNumber() {

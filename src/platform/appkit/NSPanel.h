@@ -106,7 +106,6 @@ public:
     void orderOut();
     void makeKeyWindow() override;
     bool isVisible();
-    bool isKeyWindow();
     int windowNumber() override;
     /// The one of its own while it is open.
     std::vector<std::shared_ptr<NSDrawer>> drawers() override;
@@ -136,6 +135,10 @@ public:
     /// The user has closed the panel, which no longer shows. The panel and its peer may be gone
     /// when this returns.
     void userClosed();
+    /// A key that is pressed while the panel has the keys, before the control with the keyboard has
+    /// it: those with Command and the function keys are key equivalents of the panel's views. True
+    /// when one has used it.
+    bool userPressedKey(const NSEventRef& event);
     /// The user has given the keyboard to the control.
     void userFocused(const NSControlRef& control) { firstResponder_ = control; }
     /// The panel is about to be hidden: what is kept of its frame is brought up to date.

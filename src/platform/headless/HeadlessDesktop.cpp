@@ -85,10 +85,13 @@ bool HeadlessDesktop::givenToPanel(const NSEventRef& event) {
         if (keyPanel_ && event->type() == NSKeyDown) keyPanel_->keyDown(event);
         return keyPanel_ != nullptr;
     }
-    return !modal_.empty() ||
-           std::any_of(panels_.begin(), panels_.end(), [&](HeadlessPanel* panel) {
-               return panel->windowNumber() == event->windowNumber();
-           });
+    const auto found = std::find_if(panels_.begin(), panels_.end(), [&](HeadlessPanel* panel) {
+        return panel->windowNumber() == event->windowNumber();
+    });
+    if (found == panels_.end()) return !modal_.empty();
+    const bool takesInput = modal_.empty() || *found == keyPanel_;
+    if (takesInput && event->type() == NSOtherMouseDown) (*found)->otherMouseDown(event);
+    return true;
 }
 
 bool HeadlessDesktop::runKeyEquivalent(const NSEvent& event) {

@@ -142,7 +142,15 @@ bool HeadlessPanel::clickButtonWithKey(const std::string& key) {
     return false;
 }
 
+void HeadlessPanel::otherMouseDown(const NSEventRef& event) {
+    if (!panel_.attachedSheet() && !tables_.empty()) {
+        const auto table = tables_.front()->table();
+        table->otherMouseDown(event);
+    }
+}
+
 void HeadlessPanel::keyDown(const NSEventRef& event) {
+    if (panel_.userPressedKey(event)) return;
     const NSControlRef focused = this->focused();
     const auto field = std::dynamic_pointer_cast<NSTextField>(focused);
     const auto area = std::dynamic_pointer_cast<NSTextView>(focused);
@@ -156,7 +164,7 @@ void HeadlessPanel::keyDown(const NSEventRef& event) {
     if (isEscape) {
         if (!clickButtonWithKey("\x1B")) userCloses();
     } else if (table && !command) {
-        table->userPressedKey(event);
+        table->keyDown(event);
     } else if (area && area->isEditable()) {
         std::string text = area->string();
         if (typeIntoText(text, *event)) area->userChangedText(text);

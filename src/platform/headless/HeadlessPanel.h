@@ -53,6 +53,8 @@ public:
     NSButtonRef buttonTitled(const std::string& title) const;
     /// A key that the user presses while the panel is key. An Escape that nobody wants closes it.
     void keyDown(const NSEventRef& event);
+    /// An extra button that the user presses over the panel is taken to be pressed over its table.
+    void otherMouseDown(const NSEventRef& event);
     /// What the button in its title bar does.
     void userCloses();
 

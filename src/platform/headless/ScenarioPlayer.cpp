@@ -195,8 +195,12 @@ void ScenarioPlayer::act(const ClickButtonStep& step) {
 void ScenarioPlayer::act(const PanelStep& step) {
     HeadlessPanel* panel = clickedPanel();
     if (!panel) return fail("no panel is shown");
-    const std::string fault = PanelUser(panel->panel()).act(step, session_.user().modifierFlags());
-    if (!fault.empty()) fail(fault);
+    const std::string fault = PanelUser(panel->panel()).act(step);
+    if (!fault.empty()) return fail(fault);
+    // As any button of the mouse, it comes through the application.
+    if (step.act == PanelStep::Act::pressInTable) {
+        session_.user().click(step.number, panel->window());
+    }
 }
 
 void ScenarioPlayer::act(const ScrollStep& step) {

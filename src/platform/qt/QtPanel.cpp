@@ -3,11 +3,13 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QStyle>
 #include <algorithm>
 
+#include "platform/qt/QtControlEvents.h"
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtWindows.h"
@@ -134,6 +136,17 @@ void QtPanel::focusFirst() {
     if (!first) return;
     first->setFocus();
     if (auto* field = qobject_cast<QLineEdit*>(first)) field->selectAll();
+}
+
+bool QtPanel::viewsTake(QKeyEvent& event) {
+    if (!dialog_ || !takesInput()) return false;
+    // Held keys of editing, such as Ctrl+Left, go on in a text.
+    const QWidget* focus = dialog_->focusWidget();
+    const bool isText =
+        qobject_cast<const QLineEdit*>(focus) || qobject_cast<const QPlainTextEdit*>(focus);
+    if (isText && event.isAutoRepeat()) return false;
+    const NSEventRef key = keyEventFor(event);
+    return key && panel_.userPressedKey(key);
 }
 
 // Where it is

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QKeyEvent>
 #include <QPointer>
 #include <QWindow>
 #include <memory>
@@ -59,6 +60,9 @@ public:
     bool takesInput() const { return !ended_ && !panel_.attachedSheet(); }
     /// What the window manager adds around the window that has the keys.
     QMargins usualDecorations() const;
+    /// Offers a key to the panel's views before the widget with the focus has it; true when one has
+    /// used it.
+    bool viewsTake(QKeyEvent& event);
     /// The user wants to close it; false when it stays. This may be gone when it returns.
     bool mayBeDismissed();
     /// The user has closed it.
