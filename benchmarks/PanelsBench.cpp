@@ -67,7 +67,7 @@ void openAndClose(benchmark::State& state) {
     mnemonics->init();
     for (auto _ : state) {
         mnemonics->showPanel();
-        host.desktop().keyPanel()->panel().close();
+        host.desktop().frontPanel()->panel().close();
         host.advance(1);
     }
 }

@@ -144,9 +144,6 @@ VelmoraSettingRef VelmoraShortcuts::definitionNaming(const NSMenuItem& item) {
 }
 
 bool VelmoraShortcuts::handleEvent(const NSEventRef& event) {
-    // What the panel is about to define is not run.
-    static const Selector isCapturing = Selector::named("isCapturing");
-    if (ui() && message<bool()>(*ui(), isCapturing)) return false;
     const std::string key = event->type() == NSOtherMouseDown
                                 ? keyForMouseButton(event->buttonNumber())
                                 : event->fields().charactersIgnoringModifiers;

@@ -32,7 +32,6 @@ Class& VelmoraShortcutsUI::classObject() {
     static auto* object =
         &(new Class("VelmoraShortcutsUI", &VelmoraCommonUI::classObject()))
              ->makes<Self>()
-             .method<&Self::isCapturing>("isCapturing")
              .method<&Self::otherMouseDown_inRow>("otherMouseDown:inRow:")
              .method<&Self::performKeyEquivalent_inRow>("performKeyEquivalent:inRow:")
              .method<&Self::duplicateShortcutAlertSheetDidEnd_returnCode_contextInfo>(
@@ -60,10 +59,6 @@ void VelmoraShortcutsUI::additionalInitialization() {
     triggerTC_->setResizable(false);
     tableView_->sizeToFit();
     setTitles("Define Menu Shortcuts", "Menu Shortcut", "VelmoraShortcutsPanel");
-}
-
-bool VelmoraShortcutsUI::isCapturing() const {
-    return panel_ && panel_->isKeyWindow() && tableView_->selectedRow() >= 0;
 }
 
 void VelmoraShortcutsUI::setTrigger(const std::string& trigger, int row) {

@@ -15,9 +15,6 @@ public:
 
     void additionalInitialization() override;
 
-    /// Whether keys and buttons that are pressed now go into a row.
-    bool isCapturing() const;
-
     void otherMouseDown_inRow(const NSEventRef& event, int row);
     /// A null event clears the row's trigger. Always true.
     bool performKeyEquivalent_inRow(const NSEventRef& event, int row);

@@ -72,10 +72,6 @@ bool VelmoraTableView::performKeyEquivalent(const NSEventRef& event) {
     return NSTableView::performKeyEquivalent(event);
 }
 
-bool VelmoraTableView::wantsKey(const NSEvent& event) const {
-    return (isCaptured(event) || keyOf(event) == NSDeleteFunctionKey) && capturing(keyCapture);
-}
-
 void VelmoraTableView::editColumn_row_withEvent_select(int column, int row, const NSEventRef& event,
                                                        bool select) {
     static const Selector doubleClick = Selector::named("doubleClickInColumn:row:");

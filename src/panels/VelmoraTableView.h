@@ -21,7 +21,6 @@ public:
     void keyDown(const NSEventRef& event) override;
     /// Repeats of a held key count as dealt with.
     bool performKeyEquivalent(const NSEventRef& event) override;
-    bool wantsKey(const NSEvent& event) const override;
     void editColumn_row_withEvent_select(int column, int row, const NSEventRef& event,
                                          bool select) override;
     /// The grid stays as it is.

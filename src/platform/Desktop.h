@@ -64,14 +64,16 @@ public:
     /// same menus and items are the same objects from call to call.
     virtual std::shared_ptr<NSMenu> mainMenu() = 0;
 
-    /// The application's visible windows, front to back; menus and the like are none.
+    /// The application's visible windows, our panels among them, front to back; menus and the like
+    /// are none.
     virtual std::vector<std::shared_ptr<NSWindow>> orderedWindows() = 0;
 
     /// The window that takes the keys, or that has been made to; null when the application is not
     /// active.
     virtual std::shared_ptr<NSWindow> keyWindow() = 0;
 
-    /// The window that takes the keys or would if the application were active; null without one.
+    /// The host's window that takes the keys, or would if the application were active and no panel
+    /// of ours had them; null without one.
     virtual std::shared_ptr<NSWindow> mainWindow() = 0;
 
     /// A window for the panel, which owns it; not yet shown.

@@ -119,14 +119,20 @@ class Definitions:
     def test_a_shortcut_is_captured_and_used(self):
         application = self.open()
         panel = self.panel(application, "Define Menu Shortcuts…", "Define Menu Shortcuts")
-        panel.press_button("Add")
-        panel.choose_in_cell(0, self.kind.counted)
-        panel.click_cell(0, 2)
 
         def shows(trigger, text):
-            wait_for(lambda: panel.rows()[0][2] == text, f"{text}: {panel.rows()}")
+            wait_for(lambda: panel.rows() and panel.rows()[0][2] == text, f"{text}: {panel.rows()}")
             self.assertEqual([item["Trigger"] for item in self.saved("Shortcuts")], [trigger])
 
+        # The button has the focus, and the new row is selected.
+        panel.press_button("Add")
+        wait_for(lambda: len(panel.rows()) == 1, "the new row")
+        self.x.keys("ctrl+alt+j")
+        shows("Aj", "Ctrl+Alt+J")
+        self.x.keys("F9")
+        shows("0" + chr(0xF70C), "F9")
+        panel.choose_in_cell(0, self.kind.counted)
+        panel.click_cell(0, 2)
         self.x.keys("ctrl+shift+alt+j")
         shows("AJ", "Ctrl+Alt+Shift+J")
         # What is seen are signs; the tool tip says what they are.
@@ -149,14 +155,16 @@ class Definitions:
         shows("0", "")
         self.x.keys("ctrl+alt+j")
         shows("Aj", "Ctrl+Alt+J")
-        self.x.keys("ctrl+alt+j")
-        shows("Aj", "Ctrl+Alt+J")
         self.assertEqual(application.commands(mark), [])
-        self.accept(application, panel)
+        # From now on it is a definition's, and runs its item in the panel too.
         self.x.keys("ctrl+alt+j")
         application.wait_text("^ran", mark)
-        self.assertEqual(application.commands(mark), [self.kind.counted])
-        application.wait_count(1)
+        shows("Aj", "Ctrl+Alt+J")
+        self.accept(application, panel)
+        self.x.keys("ctrl+alt+j")
+        wait_for(lambda: len(application.commands(mark)) == 2, "the second run")
+        self.assertEqual(application.commands(mark), [self.kind.counted] * 2)
+        application.wait_count(2)
 
     def test_a_mnemonic_is_named_and_run_and_rows_are_dragged(self):
         application = self.open()

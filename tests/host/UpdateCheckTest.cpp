@@ -64,9 +64,9 @@ TEST(UpdateCheckTest, ANewerVersionsPageIsOpenedAndAllElseIsAnAlert) {
         const std::size_t opened = host.opened().size();
         std::string said;
         host.then([&] {
-            const HeadlessPanel* panel = host.desktop().keyPanel();
+            const HeadlessPanel* panel = host.desktop().frontPanel();
             if (!panel) return;
-            for (const auto& cell : host.desktop().keyPanel()->panel().rows().front()) {
+            for (const auto& cell : host.desktop().frontPanel()->panel().rows().front()) {
                 if (const auto* label = std::get_if<NSPanel::Label>(&cell)) said = label->text;
             }
         });
@@ -79,7 +79,7 @@ TEST(UpdateCheckTest, ANewerVersionsPageIsOpenedAndAllElseIsAnAlert) {
         if (row.opens) {
             EXPECT_EQ(host.opened().back(), "http://new/");
         }
-        EXPECT_EQ(host.desktop().keyPanel(), nullptr);
+        EXPECT_EQ(host.desktop().frontPanel(), nullptr);
     }
     EXPECT_EQ(web.asked.front(), "https://velmora.example/VelmoraVersion.plist");
 }

@@ -59,7 +59,7 @@ TEST(VelmoraTest, TheSubmenusEntriesSendTheirActions) {
     std::vector<std::string> panels;
     // Two have loops of their own: the mnemonics' panel, and the alert of the update check.
     for (int modal = 0; modal < 2; ++modal) {
-        host.then([&] { panels.push_back(host.desktop().keyPanel()->title()); });
+        host.then([&] { panels.push_back(host.desktop().frontPanel()->title()); });
         host.type("escape");
     }
     for (int i = 0; i < menu->numberOfItems(); ++i) menu->performActionForItemAtIndex(i);
@@ -87,7 +87,7 @@ TEST(VelmoraTest, TheSubmenuSpeaksTheUsersLanguage) {
     EXPECT_TRUE(host.itemAt("Editor/Velmora/Velmora-Hilfe"));
     EXPECT_TRUE(host.itemAt("Editor/Velmora/Textbausteine/Hilfe zu Textbausteinen"));
     std::string title;
-    host.then([&] { title = host.desktop().keyPanel()->title(); });
+    host.then([&] { title = host.desktop().frontPanel()->title(); });
     host.type("escape");
     const NSMenuRef menu = host.itemAt("Editor/Velmora")->submenu();
     menu->performActionForItemAtIndex(menu->indexOfItemWithTitle("Befehl über Kurznamen aufrufen …"));

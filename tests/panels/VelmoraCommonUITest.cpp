@@ -38,7 +38,7 @@ TEST(VelmoraCommonUITest, APanelGoesWithItsControllerHoweverOftenItIsOpened) {
         for (int i = 0; i < 100; ++i) {
             const NSMenuItemRef item = host.itemAt(std::string("Editor/Velmora/") + entry);
             item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
-            HeadlessPanel* open = host.desktop().keyPanel();
+            HeadlessPanel* open = host.desktop().frontPanel();
             ASSERT_NE(open, nullptr) << entry;
             const std::weak_ptr<NSObject> panel = open->panel().shared_from_this();
             const std::weak_ptr<NSObject> delegate = open->panel().delegate();
@@ -49,7 +49,7 @@ TEST(VelmoraCommonUITest, APanelGoesWithItsControllerHoweverOftenItIsOpened) {
             } else {
                 open->panel().performClose(nullptr);
             }
-            ASSERT_EQ(host.desktop().keyPanel(), nullptr) << entry;
+            ASSERT_EQ(host.desktop().frontPanel(), nullptr) << entry;
             host.advance(1);
             ASSERT_TRUE(panel.expired()) << entry;
             // The controller of the whole suite is the About panel's.
@@ -77,7 +77,7 @@ TEST(VelmoraCommonUITest, WithoutItsInterfaceFileNothingIsShown) {
         const NSMenuItemRef item =
             menuItemAtPath(*process.desktop().menuBar(), std::string("Editor/Velmora/") + entry);
         item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
-        EXPECT_EQ(process.desktop().keyPanel(), nullptr) << entry;
+        EXPECT_EQ(process.desktop().frontPanel(), nullptr) << entry;
     }
     const auto log = session.transcript().texts(Transcript::Kind::log, "Editor");
     // One line a load; the second try for the gestures has a controller already.
@@ -112,7 +112,7 @@ TEST(VelmoraCommonUITest, AnInterfaceFileThatLeavesAnOutletOpenIsToldAndShowsNot
         const NSMenuItemRef item = menuItemAtPath(*process.desktop().menuBar(),
                                                   std::string("Editor/Velmora/") + row.entry);
         item->menu()->performActionForItemAtIndex(item->menu()->indexOfItem(*item));
-        EXPECT_EQ(process.desktop().keyPanel(), nullptr) << row.file;
+        EXPECT_EQ(process.desktop().frontPanel(), nullptr) << row.file;
         EXPECT_THAT(session.transcript().texts(Transcript::Kind::log, "Editor"),
                     ElementsAre(AllOf(HasSubstr(row.file), HasSubstr(row.told))));
     }
@@ -124,7 +124,7 @@ TEST(VelmoraCommonUITest, AnOpenPanelShowsWhatAnotherApplicationAdds) {
     const auto component = std::make_shared<VelmoraMnemonics>();
     component->init();
     component->showPanel();
-    auto& panel = host.desktop().keyPanel()->panel();
+    auto& panel = host.desktop().frontPanel()->panel();
     const auto table = std::dynamic_pointer_cast<NSTableView>(panel.controlNamed("tableView"));
     EXPECT_EQ(table->numberOfRows(), 0);
     host.writeSettings("VelmoraMnemonics.plist", "({ Path = p; Trigger = a; isGlobal = YES; })");

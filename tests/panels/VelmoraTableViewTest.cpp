@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/appkit/NSPanel.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {
@@ -91,7 +92,8 @@ protected:
         fields.characters = fields.charactersIgnoringModifiers = key;
         fields.modifierFlags = modifierFlags;
         fields.isARepeat = repeated;
-        table_->userPressedKey(std::make_shared<NSEvent>(std::move(fields)));
+        const auto event = std::make_shared<NSEvent>(std::move(fields));
+        if (!panel_->userPressedKey(event)) table_->keyDown(event);
     }
     void pressButton(int button) {
         NSEvent::Fields fields;
@@ -103,6 +105,8 @@ protected:
     Peer peer_;
     std::shared_ptr<CapturingSource> source_ = std::make_shared<CapturingSource>();
     std::shared_ptr<VelmoraTableView> table_ = std::make_shared<VelmoraTableView>();
+    NSPanelRef panel_ = std::make_shared<NSPanel>(
+        "Panel", std::vector<NSPanel::Row>{{std::make_shared<NSTextField>()}, {table_}});
 };
 
 const char* const f1 = "\xEF\x9C\x84";

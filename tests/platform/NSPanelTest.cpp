@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/appkit/NSAlert.h"
+#include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSButton.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
@@ -63,14 +64,14 @@ protected:
     }
     void click(const std::string& title) {
         host_.then([this, title] {
-            HeadlessPanel* panel = host_.desktop().keyPanel();
+            HeadlessPanel* panel = host_.desktop().frontPanel();
             const NSButtonRef button = panel ? panel->buttonTitled(title) : nullptr;
             ASSERT_NE(button, nullptr) << title;
             button->performClick(nullptr);
         });
     }
     void close() {
-        host_.then([this] { host_.desktop().keyPanel()->userCloses(); });
+        host_.then([this] { host_.desktop().frontPanel()->userCloses(); });
     }
 
     HeadlessHost host_;
@@ -95,7 +96,7 @@ TEST_F(NSPanelTest, ClosingHidesThePanelAndItsOwnerMayLetItGoThen) {
     owner_->panel->orderOut();
     owner_->panel->performClose(nullptr);
     EXPECT_EQ(owner_->closed, 3) << "what does not show is not closed";
-    EXPECT_EQ(host_.desktop().keyPanel(), nullptr);
+    EXPECT_EQ(host_.desktop().frontPanel(), nullptr);
 }
 
 TEST_F(NSPanelTest, ControlsAreFoundAndTakeTheKeyboardIfTheyWantIt) {
@@ -110,6 +111,29 @@ TEST_F(NSPanelTest, ControlsAreFoundAndTakeTheKeyboardIfTheyWantIt) {
     EXPECT_EQ(panel.firstResponder(), field_);
     field_->setEditable(false);
     EXPECT_FALSE(panel.makeFirstResponder(field_));
+}
+
+TEST_F(NSPanelTest, APanelThatShowsIsAmongTheWindowsAndUnderItsNumber) {
+    NSPanel& panel = *owner_->panel;
+    WindowDescription main;
+    main.title = "Main";
+    main.frame = {{0, 0}, {100, 100}};
+    host_.window(main);
+    host_.activate();
+    const NSWindowRef window = host_.desktop().windowTitled("Main");
+    EXPECT_THAT(NSApp().orderedWindows(), ElementsAre(owner_->panel, window));
+    EXPECT_NE(panel.windowNumber(), window->windowNumber());
+    EXPECT_EQ(NSApp().windowWithNumber(panel.windowNumber()), owner_->panel);
+    EXPECT_EQ(NSApp().keyWindow(), owner_->panel);
+    EXPECT_EQ(NSApp().mainWindow(), window);
+    window->makeKeyWindow();
+    EXPECT_EQ(NSApp().keyWindow(), window);
+    EXPECT_TRUE(panel.isVisible());
+    panel.makeKeyAndOrderFront();
+    panel.orderOut();
+    EXPECT_EQ(NSApp().keyWindow(), window);
+    EXPECT_THAT(NSApp().orderedWindows(), ElementsAre(window));
+    EXPECT_EQ(NSApp().windowWithNumber(panel.windowNumber()), nullptr);
 }
 
 TEST_F(NSPanelTest, FramesAreKeptInAFileThatEveryProcessReads) {
@@ -164,17 +188,17 @@ TEST_F(NSPanelTest, AnAlertWaitsForItsAnswerAndClosingItMeansNo) {
     }
     click("OK");
     EXPECT_EQ(NSRunInformationalAlertPanel("", "", "", "", ""), NSAlertDefaultReturn);
-    EXPECT_EQ(host_.desktop().keyPanel()->title(), "Panel");
+    EXPECT_EQ(host_.desktop().frontPanel()->title(), "Panel");
 }
 
 TEST_F(NSPanelTest, ASheetBlocksItsPanelAndTellsItsDelegateOnce) {
     sheet("first");
     sheet("second");
-    EXPECT_EQ(host_.desktop().keyPanel()->title(), "Sure?");
+    EXPECT_EQ(host_.desktop().frontPanel()->title(), "Sure?");
     click("Yes");
     host_.run();
     EXPECT_EQ(owner_->answers, "Sure? 1 first\n");
-    EXPECT_EQ(host_.desktop().keyPanel()->title(), "Panel");
+    EXPECT_EQ(host_.desktop().frontPanel()->title(), "Panel");
     sheet("third");
     host_.type("escape");
     host_.run();
@@ -182,7 +206,7 @@ TEST_F(NSPanelTest, ASheetBlocksItsPanelAndTellsItsDelegateOnce) {
     sheet("fourth");
     const NSPanelRef kept = owner_->panel;
     owner_->panel->performClose(nullptr);
-    EXPECT_EQ(host_.desktop().keyPanel(), nullptr) << "the sheet goes with its panel";
+    EXPECT_EQ(host_.desktop().frontPanel(), nullptr) << "the sheet goes with its panel";
     EXPECT_EQ(owner_->answers, "Sure? 1 first\nSure? 0 third\n");
 }
 

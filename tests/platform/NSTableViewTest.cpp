@@ -110,7 +110,7 @@ protected:
         step.rows = std::move(rows);
         step.name = column;
         step.text = text;
-        return PanelUser(*panel_).act(step, 0);
+        return PanelUser(*panel_).act(step);
     }
     std::string drag(std::vector<int> rows, int to, bool onto = false) {
         PanelStep step;
@@ -118,7 +118,7 @@ protected:
         step.rows = std::move(rows);
         step.number = to;
         step.onto = onto;
-        return PanelUser(*panel_).act(step, 0);
+        return PanelUser(*panel_).act(step);
     }
 
     HeadlessHost host_;

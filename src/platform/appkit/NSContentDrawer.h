@@ -11,7 +11,7 @@ namespace velmora {
 class NSPanel;
 
 /// A drawer of a panel of ours: one control that slides out beside the panel. `open:`, `close:` and
-/// `toggle:` are actions too. It is none of the drawers that a gesture can start over.
+/// `toggle:` are actions too. Its window takes no keys of its own: they are the panel's.
 class NSContentDrawer final : public NSDrawer {
 public:
     static Class& classObject();
@@ -21,7 +21,8 @@ public:
     explicit NSContentDrawer(NSControlRef content);
 
     const NSControlRef& content() const { return content_; }
-    std::shared_ptr<NSView> contentView() override { return content_; }
+    /// There are no views in it over which a gesture can start.
+    std::shared_ptr<NSView> contentView() override;
     /// How large the content is shown, in points.
     NSSize contentSize() const { return contentSize_; }
     void setContentSize(NSSize size) { contentSize_ = size; }
@@ -34,14 +35,17 @@ public:
     // For the panel
 
     /// The one beside which it opens; null when that goes.
-    void setPanel(NSPanel* panel) { panel_ = panel; }
+    void setPanel(NSPanel* panel);
 
 private:
+    class Window;
     void setOpen(bool open);
 
     NSControlRef content_;
     NSSize contentSize_{200, 200};
     NSPanel* panel_ = nullptr;
+    /// Null without a panel.
+    std::shared_ptr<Window> window_;
     bool open_ = false;
 };
 

@@ -73,6 +73,13 @@ void NSContentView::close() {
     }
 }
 
+bool NSContentView::performKeyEquivalent(const NSEventRef& event) {
+    const std::vector<NSControlRef> controls = subviews();
+    return std::any_of(controls.begin(), controls.end(), [&](const NSControlRef& control) {
+        return control->performKeyEquivalent(event);
+    });
+}
+
 std::shared_ptr<NSWindow> NSContentView::window() {
     return panel_ ? std::static_pointer_cast<NSWindow>(panel_->shared_from_this()) : nullptr;
 }

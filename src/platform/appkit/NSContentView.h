@@ -48,6 +48,8 @@ public:
     // It is none of the views that a gesture can start over.
     NSViewRef hitTest(NSPoint /*point*/) override { return nullptr; }
     std::shared_ptr<NSMenu> menuForEvent(const NSEventRef& /*event*/) override { return nullptr; }
+    /// Offers it to the controls, in their order.
+    bool performKeyEquivalent(const NSEventRef& event) override;
     /// Null once the panel is gone.
     std::shared_ptr<NSWindow> window() override;
 

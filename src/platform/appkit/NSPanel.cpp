@@ -4,6 +4,7 @@
 
 #include "platform/Desktop.h"
 #include "platform/appkit/PanelFrames.h"
+#include "platform/foundation/Characters.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
 
@@ -141,8 +142,23 @@ bool NSPanel::isVisible() {
     return peer().isVisible();
 }
 
-bool NSPanel::isKeyWindow() {
-    return peer().isKeyWindow();
+bool NSPanel::userPressedKey(const NSEventRef& event) {
+    constexpr char32_t firstFunctionKey = 0xF704;
+    constexpr char32_t lastFunctionKey = 0xF726;
+    const char32_t key = firstCharacter(event->fields().charactersIgnoringModifiers);
+    const bool isFunctionKey = key >= firstFunctionKey && key <= lastFunctionKey;
+    const bool isOffered = isFunctionKey || (event->modifierFlags() & NSCommandKeyMask) != 0;
+    const auto kept = shared_from_this();
+    return isOffered && content_->performKeyEquivalent(event);
+}
+
+int NSPanel::windowNumber() {
+    return peer().windowNumber();
+}
+
+std::vector<std::shared_ptr<NSDrawer>> NSPanel::drawers() {
+    if (!drawer_ || !drawer_->isOpen() || !isVisible()) return {};
+    return {drawer_};
 }
 
 }  // namespace velmora

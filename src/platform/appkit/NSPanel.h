@@ -28,21 +28,24 @@ public:
     /// Shows the panel in front of all windows of the application, with the keyboard, in its first
     /// field.
     virtual void makeKeyAndOrderFront() = 0;
+    /// Gives it the keyboard and leaves it where it lies, where the desktop lets us.
     virtual void makeKeyWindow() = 0;
     virtual void orderOut() = 0;
     virtual bool isVisible() = 0;
+    /// Its own among the numbers of all windows; 0 when there can be no window.
+    virtual int windowNumber() = 0;
     /// Controls were added to the panel's content view, or removed from it.
     virtual void contentChanged() = 0;
 
     // A desktop that does without these shows the panel all the same.
 
-    /// Whether what is typed goes to it.
-    virtual bool isKeyWindow() { return isVisible(); }
     /// The place that the panel had before; what of it is off the screen is brought back.
     virtual void setFrame(NSRect frame) { setFrameOrigin(frame.origin); }
     virtual void titleChanged() {}
     /// The panel has a drawer that is to be open or closed.
     virtual void drawerChanged() {}
+    /// Of the open drawer.
+    virtual NSRect drawerFrame() { return {}; }
     /// Another control of the panel is to have the keyboard.
     virtual void firstResponderChanged() {}
     /// As makeKeyAndOrderFront, but the panel belongs to the other one, which takes no input
@@ -55,9 +58,10 @@ public:
     virtual void endModal() = 0;
 };
 
-/// A window of our own: rows of labels and controls under a title, and maybe a drawer. Its delegate
-/// may answer `windowWillClose:` (`void(const NSNotification&)`, the panel is the object), which
-/// comes once the panel no longer shows; the panel may be let go by it.
+/// A window of our own, one of NSApplication's like those of the host: rows of labels and controls
+/// under a title, and maybe a drawer. There are no views in it over which a gesture can start. Its
+/// delegate may answer `windowWillClose:` (`void(const NSNotification&)`, the panel is the object),
+/// which comes once the panel no longer shows; the panel may be let go by it.
 class NSPanel final : public NSWindow {
 public:
     static Class& classObject();
@@ -102,7 +106,9 @@ public:
     void orderOut();
     void makeKeyWindow() override;
     bool isVisible();
-    bool isKeyWindow();
+    int windowNumber() override;
+    /// The one of its own while it is open.
+    std::vector<std::shared_ptr<NSDrawer>> drawers() override;
 
     /// Hides the panel and tells the delegate; nothing while it does not show.
     void performClose(const Id& sender);
@@ -123,16 +129,16 @@ public:
     const std::shared_ptr<NSObject>& attachedSheet() const { return attachedSheet_; }
     void setAttachedSheet(std::shared_ptr<NSObject> sheet) { attachedSheet_ = std::move(sheet); }
 
-    // It is none of the windows that a gesture can start over.
-    std::vector<std::shared_ptr<NSDrawer>> drawers() override { return {}; }
-    int windowNumber() override { return 0; }
-
     // For desktops
 
     PanelPeer& peer();
     /// The user has closed the panel, which no longer shows. The panel and its peer may be gone
     /// when this returns.
     void userClosed();
+    /// A key that is pressed while the panel has the keys, before the control with the keyboard has
+    /// it: those with Command and the function keys are key equivalents of the panel's views. True
+    /// when one has used it.
+    bool userPressedKey(const NSEventRef& event);
     /// The user has given the keyboard to the control.
     void userFocused(const NSControlRef& control) { firstResponder_ = control; }
     /// The panel is about to be hidden: what is kept of its frame is brought up to date.

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "platform/appkit/NSPopUpButtonCell.h"
-#include "platform/foundation/Characters.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
 
@@ -262,19 +261,6 @@ void NSTableView::otherMouseDown(const NSEventRef& event) {
 
 void NSTableView::keyDown(const NSEventRef& event) {
     if (tablePeer_) tablePeer_->handleEvent(*event);
-}
-
-bool NSTableView::performKeyEquivalent(const NSEventRef& /*event*/) {
-    return false;
-}
-
-void NSTableView::userPressedKey(const NSEventRef& event) {
-    constexpr char32_t firstFunctionKey = 0xF704;
-    constexpr char32_t lastFunctionKey = 0xF726;
-    const char32_t key = firstCharacter(event->fields().charactersIgnoringModifiers);
-    const bool isFunctionKey = key >= firstFunctionKey && key <= lastFunctionKey;
-    const bool isOffered = isFunctionKey || (event->modifierFlags() & NSCommandKeyMask) != 0;
-    if (!isOffered || !performKeyEquivalent(event)) keyDown(event);
 }
 
 }  // namespace velmora

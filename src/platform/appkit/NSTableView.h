@@ -29,7 +29,7 @@ public:
     /// Lets the user edit the text of a cell, all of which is selected if asked for. Ends with
     /// NSTableView::userEdited, or with nothing.
     virtual void editCell(int column, int row, bool select) = 0;
-    /// What the desktop's own tables do with a key or a button that they are given.
+    /// What the desktop's own tables do with a key or a button: the event that the table was given.
     virtual void handleEvent(const NSEvent& event) = 0;
 };
 
@@ -120,15 +120,12 @@ public:
     void registerForDraggedTypes(std::vector<std::string> types) { types_ = std::move(types); }
     const std::vector<std::string>& registeredDraggedTypes() const { return types_; }
 
-    // Events: what the platform's own tables do
+    // Events: what the platform's own tables do with what is pressed over the table, or while it
+    // has the keyboard
 
     bool acceptsFirstResponder() override { return true; }
     virtual void otherMouseDown(const NSEventRef& event);
     virtual void keyDown(const NSEventRef& event);
-    virtual bool performKeyEquivalent(const NSEventRef& event);
-    /// Whether a key that is pressed now is used for something else than what the platform's own
-    /// tables do with it, so that nobody's shortcut may have it before.
-    virtual bool wantsKey(const NSEvent& /*event*/) const { return false; }
 
     // For desktops
 
@@ -136,9 +133,6 @@ public:
     void setTablePeer(TablePeer* peer);
     /// How much room there is for the columns, in points.
     void userResized(float width) { width_ = width; }
-    /// A key while the table has the keyboard: those with Command and the function keys are first
-    /// offered as key equivalents.
-    void userPressedKey(const NSEventRef& event);
     /// These are selected now, ascending, the last of them being `last`.
     void userSelectedRows(std::vector<int> rows, int last);
     void userDoubleClicked(int column, int row, const NSEventRef& event);

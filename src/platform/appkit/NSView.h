@@ -29,6 +29,10 @@ public:
     /// The view that holds this one, or null for a window's content view.
     virtual std::shared_ptr<NSView> superview() { return nullptr; }
 
+    /// A key that is pressed anywhere in the window, before the view with the keyboard has it. True
+    /// when this view, or one in it, has used it.
+    virtual bool performKeyEquivalent(const NSEventRef& /*event*/) { return false; }
+
     /// The superview, or the window at the end.
     NSResponderRef nextResponder() override;
 };

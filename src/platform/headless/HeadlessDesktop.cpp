@@ -81,9 +81,17 @@ void HeadlessDesktop::dispatchEvent(const NSEventRef& event) {
 
 bool HeadlessDesktop::givenToPanel(const NSEventRef& event) {
     const bool isKey = event->type() == NSKeyDown || event->type() == NSKeyUp;
-    HeadlessPanel* panel = keyPanel();
-    if (!panel || (modal_.empty() && !isKey)) return false;
-    if (event->type() == NSKeyDown) panel->keyDown(event);
+    HeadlessPanel* forKeys = panelForKeys();
+    if (isKey) {
+        if (forKeys && event->type() == NSKeyDown) forKeys->keyDown(event);
+        return forKeys != nullptr;
+    }
+    const auto found = std::find_if(panels_.begin(), panels_.end(), [&](HeadlessPanel* panel) {
+        return panel->windowNumber() == event->windowNumber();
+    });
+    if (found == panels_.end()) return !modal_.empty();
+    const bool takesInput = modal_.empty() || *found == forKeys;
+    if (takesInput && event->type() == NSOtherMouseDown) (*found)->otherMouseDown(event);
     return true;
 }
 
@@ -121,14 +129,19 @@ void HeadlessDesktop::setMenuBar(const std::optional<std::vector<ItemDescription
 }
 
 void HeadlessDesktop::addWindow(const WindowDescription& description) {
-    auto window = HeadlessWindow::make(
-        description, nextWindowNumber_, commandHandler_, [this](HeadlessWindow& key) {
-            keyWindow_ = std::static_pointer_cast<HeadlessWindow>(key.shared_from_this());
-            record(Transcript::Kind::madeKey, key.title());
-        });
+    auto window = HeadlessWindow::make(description, nextWindowNumber_, commandHandler_,
+                                       [this](HeadlessWindow& key) { becomeKey(key); });
     nextWindowNumber_ += 1 + static_cast<int>(description.drawers.size());
     if (description.key || windows_.empty()) keyWindow_ = window;
     windows_.push_back(std::move(window));
+}
+
+void HeadlessDesktop::becomeKey(HeadlessWindow& window) {
+    // A modal panel keeps the user from it.
+    if (!modal_.empty()) return;
+    keyWindow_ = std::static_pointer_cast<HeadlessWindow>(window.shared_from_this());
+    keyPanel_ = nullptr;
+    record(Transcript::Kind::madeKey, window.title());
 }
 
 std::shared_ptr<HeadlessWindow> HeadlessDesktop::windowTitled(const std::string& title) const {
@@ -142,6 +155,7 @@ void HeadlessDesktop::focusWindow(const std::shared_ptr<HeadlessWindow>& window)
     if (found == windows_.end()) return;
     std::rotate(windows_.begin(), found, found + 1);
     keyWindow_ = window;
+    if (modal_.empty()) keyPanel_ = nullptr;
 }
 
 void HeadlessDesktop::closeWindow(const HeadlessWindow& window) {
@@ -184,17 +198,30 @@ std::unique_ptr<PanelPeer> HeadlessDesktop::makePanel(NSPanel& panel) {
 void HeadlessDesktop::showPanel(HeadlessPanel& panel) {
     std::erase(panels_, &panel);
     panels_.push_back(&panel);
+    if (keyPanel_ != &panel) panel.setBefore(windowForKeys());
+    keyPanel_ = &panel;
+}
+
+void HeadlessDesktop::makeKey(HeadlessPanel& panel) {
+    keyPanel_ = &panel;
+    record(Transcript::Kind::madeKey, panel.title());
 }
 
 void HeadlessDesktop::removePanel(HeadlessPanel& panel) {
     std::erase(panels_, &panel);
+    if (keyPanel_ != &panel) return;
+    const NSWindowRef before = panel.before().lock();
+    const auto found = std::find_if(panels_.begin(), panels_.end(), [&](HeadlessPanel* other) {
+        return before && other->window() == before;
+    });
+    const bool wasHosts = dynamic_cast<const HeadlessWindow*>(before.get());
+    keyPanel_ = found != panels_.end() ? *found : wasHosts ? nullptr : frontPanel();
 }
 
-HeadlessPanel* HeadlessDesktop::keyPanel() const {
-    if (panels_.empty()) return nullptr;
+HeadlessPanel* HeadlessDesktop::panelForKeys() const {
     HeadlessPanel* modal = modal_.empty() ? nullptr : modal_.back();
     const bool isShown = std::find(panels_.begin(), panels_.end(), modal) != panels_.end();
-    return isShown ? modal : panels_.back();
+    return modal && isShown ? modal : keyPanel_;
 }
 
 bool HeadlessDesktop::closeModalPanel() {
@@ -218,11 +245,21 @@ void HeadlessDesktop::showDrawnWindow(HeadlessDrawnWindow& window) {
 }
 
 std::vector<NSWindowRef> HeadlessDesktop::orderedWindows() {
-    return {windows_.begin(), windows_.end()};
+    std::vector<NSWindowRef> ordered;
+    for (auto panel = panels_.rbegin(); panel != panels_.rend(); ++panel) {
+        ordered.push_back((*panel)->window());
+    }
+    ordered.insert(ordered.end(), windows_.begin(), windows_.end());
+    return ordered;
 }
 
 NSWindowRef HeadlessDesktop::keyWindow() {
-    return active_ && !keyPanel() ? keyWindow_.lock() : nullptr;
+    return active_ ? windowForKeys() : nullptr;
+}
+
+NSWindowRef HeadlessDesktop::windowForKeys() const {
+    const HeadlessPanel* panel = panelForKeys();
+    return panel ? panel->window() : keyWindow_.lock();
 }
 
 NSPoint HeadlessDesktop::mouseLocation() {

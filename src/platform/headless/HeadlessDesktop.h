@@ -93,8 +93,10 @@ public:
     /// The scroll view of that name in one of the windows, or null.
     HeadlessScrollView* scrollViewNamed(const std::string& name) const;
 
-    /// The panel of ours that takes the keys, or null: the modal one, else the frontmost.
-    HeadlessPanel* keyPanel() const;
+    /// The foremost panel of ours, or null.
+    HeadlessPanel* frontPanel() const { return panels_.empty() ? nullptr : panels_.back(); }
+    /// The user clicks into the panel: it comes to the front, and is key.
+    void focusPanel(HeadlessPanel& panel) { showPanel(panel); }
     /// Closes the modal panel by its title bar's button. False without one.
     bool closeModalPanel();
 
@@ -120,7 +122,9 @@ public:
 
     // For the panels and drawn windows
 
+    int takeWindowNumber() { return nextWindowNumber_++; }
     void showPanel(HeadlessPanel& panel);
+    void makeKey(HeadlessPanel& panel);
     void removePanel(HeadlessPanel& panel);
     void showDrawnWindow(HeadlessDrawnWindow& window);
     void removeDrawnWindow(HeadlessDrawnWindow& window) { std::erase(drawnWindows_, &window); }
@@ -129,9 +133,14 @@ public:
     void endModal(HeadlessPanel& panel);
 
 private:
+    /// The panel of ours that takes the keys, or null: the modal one first.
+    HeadlessPanel* panelForKeys() const;
     void commandRan(NSMenuItem& item);
     bool runKeyEquivalent(const NSEvent& event);
     bool givenToPanel(const NSEventRef& event);
+    void becomeKey(HeadlessWindow& window);
+    /// As keyWindow, whether or not the host is active.
+    NSWindowRef windowForKeys() const;
 
     HeadlessSession& session_;
     std::string processName_;
@@ -140,9 +149,12 @@ private:
     CommandHandler onCommand_;
     std::shared_ptr<HeadlessMenu> menuBar_;
     std::vector<std::shared_ptr<HeadlessWindow>> windows_;
+    /// The host's window that takes the keys, or that did before a panel of ours.
     std::weak_ptr<HeadlessWindow> keyWindow_;
-    /// Those that are visible, the one that takes the keys last.
+    /// Those that are visible, the frontmost last. They lie above the host's windows.
     std::vector<HeadlessPanel*> panels_;
+    /// The one of them that takes the keys, or null.
+    HeadlessPanel* keyPanel_ = nullptr;
     std::vector<HeadlessPanel*> modal_;
     std::vector<HeadlessDrawnWindow*> drawnWindows_;
     ProcessEnd processEnd_;

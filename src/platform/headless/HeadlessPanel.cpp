@@ -38,7 +38,7 @@ bool isControlCharacter(const NSEvent& key) {
 }  // namespace
 
 HeadlessPanel::HeadlessPanel(HeadlessDesktop& desktop, NSPanel& panel)
-    : desktop_(desktop), panel_(panel) {
+    : desktop_(desktop), panel_(panel), number_(desktop.takeWindowNumber()) {
     contentChanged();
 }
 
@@ -63,8 +63,10 @@ void HeadlessPanel::makeKeyAndOrderFront() {
     desktop_.showPanel(*this);
 }
 
-bool HeadlessPanel::isKeyWindow() {
-    return desktop_.keyPanel() == this;
+NSRect HeadlessPanel::drawerFrame() {
+    const NSContentDrawerRef& drawer = panel_.drawer();
+    return {{frame_.origin.x + frame_.size.width, frame_.origin.y},
+            {drawer ? drawer->contentSize().width : 0, frame_.size.height}};
 }
 
 void HeadlessPanel::contentChanged() {
@@ -81,7 +83,7 @@ void HeadlessPanel::drawControls() {
 }
 
 void HeadlessPanel::makeKeyWindow() {
-    if (visible_) desktop_.showPanel(*this);
+    if (visible_) desktop_.makeKey(*this);
 }
 
 void HeadlessPanel::orderOut() {
@@ -149,7 +151,15 @@ bool HeadlessPanel::clickButtonWithKey(const std::string& key) {
     return false;
 }
 
+void HeadlessPanel::otherMouseDown(const NSEventRef& event) {
+    if (!panel_.attachedSheet() && !tables_.empty()) {
+        const auto table = tables_.front()->table();
+        table->otherMouseDown(event);
+    }
+}
+
 void HeadlessPanel::keyDown(const NSEventRef& event) {
+    if (panel_.userPressedKey(event)) return;
     const NSControlRef focused = this->focused();
     const auto field = std::dynamic_pointer_cast<NSTextField>(focused);
     const auto area = std::dynamic_pointer_cast<NSTextView>(focused);
@@ -166,7 +176,7 @@ void HeadlessPanel::keyDown(const NSEventRef& event) {
     } else if (isEscape) {
         if (!clickButtonWithKey("\x1B")) userCloses();
     } else if (table && !command) {
-        table->userPressedKey(event);
+        table->keyDown(event);
     } else if (area && area->isEditable()) {
         std::string text = area->string();
         if (typeIntoText(text, *event)) area->userChangedText(text);

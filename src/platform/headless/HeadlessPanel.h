@@ -30,7 +30,9 @@ public:
     void makeKeyWindow() override;
     void orderOut() override;
     bool isVisible() override { return visible_; }
-    bool isKeyWindow() override;
+    int windowNumber() override { return number_; }
+    /// At the panel's right edge, as high as the panel.
+    NSRect drawerFrame() override;
     void contentChanged() override;
     /// Fetches and dispatches events as long as it lasts.
     void runModal() override;
@@ -38,7 +40,12 @@ public:
 
     // For the desktop and whoever plays the user
 
+    /// What takes the keys again when the panel goes.
+    const std::weak_ptr<NSWindow>& before() const { return before_; }
+    void setBefore(const NSWindowRef& window) { before_ = window; }
+
     NSPanel& panel() { return panel_; }
+    NSWindowRef window() { return std::static_pointer_cast<NSWindow>(panel_.shared_from_this()); }
     const std::string& title() const { return panel_.title(); }
     /// The field that has the keys, or the first one; without one, null.
     NSTextField* field() const;
@@ -46,6 +53,8 @@ public:
     NSButtonRef buttonTitled(const std::string& title) const;
     /// A key that the user presses while the panel is key. An Escape that nobody wants closes it.
     void keyDown(const NSEventRef& event);
+    /// An extra button that the user presses over the panel is taken to be pressed over its table.
+    void otherMouseDown(const NSEventRef& event);
     /// What the button in its title bar does.
     void userCloses();
 
@@ -60,6 +69,8 @@ private:
 
     HeadlessDesktop& desktop_;
     NSPanel& panel_;
+    int number_;
+    std::weak_ptr<NSWindow> before_;
     std::vector<std::unique_ptr<HeadlessTable>> tables_;
     NSRect frame_;
     bool visible_ = false;

@@ -97,6 +97,11 @@ bool HeadlessUser::release(int button) {
     return true;
 }
 
+void HeadlessUser::click(int button, const NSWindowRef& window) {
+    postMouse(typeFor(button, NSLeftMouseDown, NSRightMouseDown, NSOtherMouseDown), button, window);
+    postMouse(typeFor(button, NSLeftMouseUp, NSRightMouseUp, NSOtherMouseUp), button, window);
+}
+
 bool HeadlessUser::hold(std::uint32_t flag) {
     if ((flags_ & flag) != 0) return false;
     flags_ |= flag;

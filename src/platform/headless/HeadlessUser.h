@@ -49,6 +49,9 @@ public:
     bool press(int button);
     bool release(int button);
 
+    /// Presses and releases a button that is not held, wherever the pointer is, over the window.
+    void click(int button, const std::shared_ptr<NSWindow>& window);
+
     /// The same for the modifier keys, by their flag.
     bool hold(std::uint32_t flag);
     bool letGo(std::uint32_t flag);

@@ -46,15 +46,6 @@ std::string textOfControl(const NSControl& control) {
     return textOfCell(*control.cell());
 }
 
-NSEventRef mouseEvent(int button, std::uint32_t modifierFlags) {
-    NSEvent::Fields fields;
-    fields.type = NSOtherMouseDown;
-    fields.buttonNumber = button;
-    fields.modifierFlags = modifierFlags;
-    fields.clickCount = 1;
-    return std::make_shared<NSEvent>(std::move(fields));
-}
-
 int columnOf(const NSTableView& table, const std::string& identifier) {
     const auto& columns = table.tableColumns();
     const auto found = std::find_if(columns.begin(), columns.end(), [&](const auto& column) {
@@ -77,7 +68,7 @@ std::shared_ptr<NSTableView> PanelUser::table() const {
     return nullptr;
 }
 
-std::string PanelUser::act(const PanelStep& step, std::uint32_t modifierFlags) {
+std::string PanelUser::act(const PanelStep& step) {
     switch (step.act) {
         case Act::clickMatrix: return clickMatrix(step);
         case Act::typeInControl: return typeInControl(step);
@@ -93,7 +84,7 @@ std::string PanelUser::act(const PanelStep& step, std::uint32_t modifierFlags) {
             if (!control) return "there is no control " + step.name;
             return panel_.makeFirstResponder(control) ? "" : step.name + " takes no keys";
         }
-        default: return actInTable(step, modifierFlags);
+        default: return actInTable(step);
     }
 }
 
@@ -127,7 +118,7 @@ std::string PanelUser::typeInControl(const PanelStep& step) {
     return {};
 }
 
-std::string PanelUser::actInTable(const PanelStep& step, std::uint32_t modifierFlags) {
+std::string PanelUser::actInTable(const PanelStep& step) {
     const auto table = this->table();
     if (!table) return "the panel has no table";
     for (const int row : step.rows) {
@@ -139,14 +130,12 @@ std::string PanelUser::actInTable(const PanelStep& step, std::uint32_t modifierF
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     if (step.act == Act::selectRows) {
         table->userSelectedRows(rows, step.rows.empty() ? -1 : step.rows.back());
-    } else if (step.act == Act::pressInTable) {
-        table->otherMouseDown(mouseEvent(step.number, modifierFlags));
     } else if (step.act == Act::dragRows) {
         const auto where = step.onto ? NSTableViewDropOn : NSTableViewDropAbove;
         if (step.number > table->numberOfRows()) return "there is no such place";
         if (!table->userBeganDrag(rows)) return "these rows are not to be dragged";
         if (!table->userDropped(step.number, where)) return "the drop is refused";
-    } else {
+    } else if (step.act != Act::pressInTable) {
         return actInCell(step, *table);
     }
     return {};

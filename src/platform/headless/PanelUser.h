@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,15 +16,15 @@ class PanelUser {
 public:
     explicit PanelUser(NSPanel& panel) : panel_(panel) {}
 
-    /// Does it, while the modifier keys of these flags are held. Why it could not be done; "" when
-    /// it was.
-    std::string act(const PanelStep& step, std::uint32_t modifierFlags);
+    /// Does it, but for a press of a button over the table: only what such a press needs. Why it
+    /// could not be done; "" when it was.
+    std::string act(const PanelStep& step);
 
     /// What is to be seen of what the expectation looks at.
     std::vector<std::string> look(const PanelStateExpectation& expected) const;
 
 private:
-    std::string actInTable(const PanelStep& step, std::uint32_t modifierFlags);
+    std::string actInTable(const PanelStep& step);
     std::string actInCell(const PanelStep& step, NSTableView& table);
     std::string clickMatrix(const PanelStep& step);
     std::string typeInControl(const PanelStep& step);

@@ -141,7 +141,7 @@ void ScenarioPlayer::act(const ItemExpectation& expected) {
 }
 
 void ScenarioPlayer::act(const ButtonExpectation& expected) {
-    const HeadlessPanel* panel = host().keyPanel();
+    const HeadlessPanel* panel = host().frontPanel();
     const NSButtonRef button = panel ? panel->buttonTitled(expected.title) : nullptr;
     expectPresence(expected.presence, !button               ? Presence::missing
                                       : button->isEnabled() ? Presence::enabled
@@ -149,16 +149,20 @@ void ScenarioPlayer::act(const ButtonExpectation& expected) {
 }
 
 void ScenarioPlayer::act(const KeyWindowExpectation& expected) {
-    const auto window = std::dynamic_pointer_cast<HeadlessWindow>(host().keyWindow());
+    const NSWindowRef window = host().keyWindow();
     std::optional<std::string> title;
-    if (window) title = window->title();
+    if (const auto* panel = dynamic_cast<const NSPanel*>(window.get())) {
+        title = panel->title();
+    } else if (window) {
+        title = static_cast<const HeadlessWindow&>(*window).title();
+    }
     if (title != expected.title) {
         failed(expected.title.value_or("no key window"), title.value_or("no key window"));
     }
 }
 
 void ScenarioPlayer::act(const PanelExpectation& expected) {
-    HeadlessPanel* panel = host().keyPanel();
+    HeadlessPanel* panel = host().frontPanel();
     if (panel ? panel->title() != expected.title : expected.title.has_value()) {
         failed(expected.title.value_or("no panel"), panel ? panel->title() : "no panel");
     } else if (panel && expected.origin && panel->frame().origin != *expected.origin) {
@@ -167,7 +171,7 @@ void ScenarioPlayer::act(const PanelExpectation& expected) {
 }
 
 void ScenarioPlayer::act(const PanelStateExpectation& expected) {
-    HeadlessPanel* panel = host().keyPanel();
+    HeadlessPanel* panel = host().frontPanel();
     if (!panel) return failed(list(expected.wanted), "no panel");
     const std::vector<std::string> seen = PanelUser(panel->panel()).look(expected);
     if (seen != expected.wanted) failed(list(expected.wanted), list(seen));
@@ -191,7 +195,7 @@ void ScenarioPlayer::act(const TextExpectation& expected) {
     if (expected.textView) {
         const HeadlessTextView* view = host().textViewNamed(*expected.textView);
         if (view) text = view->text();
-    } else if (const HeadlessPanel* panel = host().keyPanel(); panel && panel->field()) {
+    } else if (const HeadlessPanel* panel = host().frontPanel(); panel && panel->field()) {
         text = panel->field()->stringValue();
     }
     if (text != expected.text) {

@@ -174,8 +174,14 @@ void ScenarioPlayer::act(const FocusTextStep& step) {
     if (!host().focusTextView(step.textView)) fail("there is no text view " + step.textView);
 }
 
+HeadlessPanel* ScenarioPlayer::clickedPanel() {
+    HeadlessPanel* panel = host().frontPanel();
+    if (panel) host().focusPanel(*panel);
+    return panel;
+}
+
 void ScenarioPlayer::act(const ClosePanelStep& /*step*/) {
-    if (HeadlessPanel* panel = host().keyPanel()) {
+    if (HeadlessPanel* panel = clickedPanel()) {
         panel->userCloses();
     } else {
         fail("no panel is shown");
@@ -183,7 +189,7 @@ void ScenarioPlayer::act(const ClosePanelStep& /*step*/) {
 }
 
 void ScenarioPlayer::act(const ClickButtonStep& step) {
-    const HeadlessPanel* panel = host().keyPanel();
+    const HeadlessPanel* panel = clickedPanel();
     const NSButtonRef button = panel ? panel->buttonTitled(step.title) : nullptr;
     if (!button) {
         fail("there is no button " + step.title);
@@ -195,10 +201,14 @@ void ScenarioPlayer::act(const ClickButtonStep& step) {
 }
 
 void ScenarioPlayer::act(const PanelStep& step) {
-    HeadlessPanel* panel = host().keyPanel();
+    HeadlessPanel* panel = clickedPanel();
     if (!panel) return fail("no panel is shown");
-    const std::string fault = PanelUser(panel->panel()).act(step, session_.user().modifierFlags());
-    if (!fault.empty()) fail(fault);
+    const std::string fault = PanelUser(panel->panel()).act(step);
+    if (!fault.empty()) return fail(fault);
+    // As any button of the mouse, it comes through the application.
+    if (step.act == PanelStep::Act::pressInTable) {
+        session_.user().click(step.number, panel->window());
+    }
 }
 
 void ScenarioPlayer::act(const ScrollStep& step) {

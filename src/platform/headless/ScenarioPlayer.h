@@ -82,6 +82,8 @@ private:
     HeadlessProcess& process() { return *session_.current(); }
     HeadlessDesktop& host() { return process().desktop(); }
     std::string pathOf(const std::string& fileName) const;
+    /// The foremost panel, which a click into it makes key.
+    HeadlessPanel* clickedPanel();
     NSMenuItemRef itemAt(const std::string& path);
     NSMenuRef menuAt(const std::string& path);
     void expectPresence(Presence wanted, Presence got);

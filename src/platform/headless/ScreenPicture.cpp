@@ -29,7 +29,7 @@ void drawFrame(Canvas& canvas, NSRect frame) {
 std::optional<Bitmap> ScreenPicture::takeIfNew(HeadlessDesktop& desktop) {
     const std::shared_ptr<const NSCursor> cursor = desktop.shownCursor();
     const bool showsSomething =
-        !desktop.drawnWindows().empty() || desktop.keyPanel() != nullptr || cursor != nullptr;
+        !desktop.drawnWindows().empty() || desktop.frontPanel() != nullptr || cursor != nullptr;
     const bool showedSomething = std::exchange(showedSomething_, showsSomething);
     if (!showsSomething && !showedSomething) return std::nullopt;
 
@@ -39,7 +39,6 @@ std::optional<Bitmap> ScreenPicture::takeIfNew(HeadlessDesktop& desktop) {
     for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
         drawFrame(canvas, (*window)->frame());
     }
-    if (HeadlessPanel* panel = desktop.keyPanel()) drawFrame(canvas, panel->frame());
     for (const HeadlessDrawnWindow* window : desktop.drawnWindows()) {
         canvas.play(window->list(), window->frame(), static_cast<double>(window->alphaValue()));
     }

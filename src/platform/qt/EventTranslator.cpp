@@ -1,12 +1,10 @@
 #include "platform/qt/EventTranslator.h"
 
 #include <QCursor>
-#include <QWidget>
 #include <bit>
 
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtKeys.h"
-#include "platform/qt/QtWindow.h"
 #include "platform/qt/QtWindows.h"
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -58,11 +56,6 @@ QtMouse readMouse(QMouseEvent& event) {
 
 }  // namespace
 
-std::shared_ptr<QtWindow> EventTranslator::windowOf(QWindow& window) {
-    QWidget* widget = QWidget::find(window.winId());
-    return windows_.windowFor(widget ? static_cast<QObject&>(*widget->window()) : window);
-}
-
 QtEventRef EventTranslator::makeMouseEvent(std::shared_ptr<const QtOriginal> original) {
     const QtMouse& mouse = *original->mouse();
     const Qt::MouseButtons buttons =
@@ -76,8 +69,8 @@ QtEventRef EventTranslator::makeMouseEvent(std::shared_ptr<const QtOriginal> ori
     if (mouse.type != QEvent::MouseMove) fields.clickCount = mouse.opensDoubleClick ? 2 : 1;
     if (mouse.buttons != Qt::NoButton) fields.pressure = 1;
     fields.location = screenPoint(mouse.global);
-    if (original->window) {
-        const std::shared_ptr<QtWindow> window = windowOf(*original->window);
+    if (const NSWindowRef window =
+            original->window ? windows_.windowOf(*original->window) : nullptr) {
         fields.location = window->convertScreenToBase(fields.location);
         fields.windowNumber = window->windowNumber();
     }
@@ -132,7 +125,9 @@ QtEventRef EventTranslator::keyEvent(QWindow& window, const QKeyEvent& event) {
     original->modifiers = event.QInputEvent::modifiers();
     original->timestamp = event.timestamp();
     original->what = std::move(key);
-    fields.windowNumber = windowOf(window)->windowNumber();
+    if (const NSWindowRef holder = windows_.windowOf(window)) {
+        fields.windowNumber = holder->windowNumber();
+    }
     return std::make_shared<QtEvent>(std::move(fields), std::move(original));
 }
 

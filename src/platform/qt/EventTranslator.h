@@ -7,7 +7,6 @@
 
 namespace velmora {
 
-class QtWindow;
 class QtWindows;
 
 /// Makes the layer's events from those of the toolkit. Every event gets a number of its own, by
@@ -28,7 +27,6 @@ public:
 
 private:
     QtEventRef makeMouseEvent(std::shared_ptr<const QtOriginal> original);
-    std::shared_ptr<QtWindow> windowOf(QWindow& window);
 
     QtWindows& windows_;
     ModifierKeys modifierKeys_;

@@ -9,14 +9,14 @@
 
 namespace velmora {
 
-NSEventRef keyEventFor(const QKeyEvent& event) {
-    auto made = std::make_shared<NSEvent>(fieldsForKey(event));
+NSEventRef keyEventFor(QKeyEvent& event) {
+    auto made = std::make_shared<QtControlEvent>(fieldsForKey(event), event);
     const bool isNone = ModifierKeys::isModifierKey(event.key()) ||
                         made->fields().charactersIgnoringModifiers.empty();
     return isNone ? nullptr : made;
 }
 
-NSEventRef pressEventFor(const QMouseEvent& event, const QWidget& widget) {
+NSEventRef pressEventFor(QMouseEvent& event, const QWidget& widget) {
     NSEvent::Fields fields;
     fields.buttonNumber = std::countr_zero(static_cast<unsigned>(event.button()));
     fields.type = event.button() == Qt::LeftButton    ? NSLeftMouseDown
@@ -27,7 +27,7 @@ NSEventRef pressEventFor(const QMouseEvent& event, const QWidget& widget) {
     fields.timestamp = static_cast<double>(event.timestamp()) / 1000;
     fields.clickCount = event.type() == QEvent::MouseButtonDblClick ? 2 : 1;
     fields.pressure = 1;
-    return std::make_shared<NSEvent>(std::move(fields));
+    return std::make_shared<QtControlEvent>(std::move(fields), event);
 }
 
 }  // namespace velmora

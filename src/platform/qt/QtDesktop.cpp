@@ -42,6 +42,7 @@ public:
     void makeKeyWindow() override {}
     void orderOut() override {}
     bool isVisible() override { return false; }
+    int windowNumber() override { return 0; }
     void contentChanged() override {}
     void runModal() override {}
     void endModal() override {}

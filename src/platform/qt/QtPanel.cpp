@@ -3,18 +3,21 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QStyle>
 #include <algorithm>
 
+#include "platform/qt/QtControlEvents.h"
 #include "platform/qt/QtCoordinates.h"
 #include "platform/qt/QtGuard.h"
 #include "platform/qt/QtWindows.h"
 
 namespace velmora {
 
-QtPanel::QtPanel(QtWindows& windows, NSPanel& panel) : windows_(&windows), panel_(panel) {
+QtPanel::QtPanel(QtWindows& windows, NSPanel& panel)
+    : windows_(&windows), panel_(panel), number_(windows.takeNumber()) {
     windows.addOwn(*this);
     makeDialog();
 }
@@ -39,6 +42,14 @@ void QtPanel::close() {
     if (!dialog_) return;
     dialog_->forgetPanel();
     delete dialog_.data();
+}
+
+bool QtPanel::isShownBy(const QWidget& widget) const {
+    return dialog_ == &widget;
+}
+
+NSWindowRef QtPanel::window() {
+    return std::static_pointer_cast<NSWindow>(panel_.weak_from_this().lock());
 }
 
 // What it holds
@@ -127,19 +138,34 @@ void QtPanel::focusFirst() {
     if (auto* field = qobject_cast<QLineEdit*>(first)) field->selectAll();
 }
 
+bool QtPanel::viewsTake(QKeyEvent& event) {
+    if (!dialog_ || !takesInput()) return false;
+    // Held keys of editing, such as Ctrl+Left, go on in a text.
+    const QWidget* focus = dialog_->focusWidget();
+    const bool isText =
+        qobject_cast<const QLineEdit*>(focus) || qobject_cast<const QPlainTextEdit*>(focus);
+    if (isText && event.isAutoRepeat()) return false;
+    const NSEventRef key = keyEventFor(event);
+    return key && panel_.userPressedKey(key);
+}
+
 // Where it is
 
 QMargins QtPanel::usualDecorations() const {
-    const auto key =
-        windows_ ? std::dynamic_pointer_cast<QtWindow>(windows_->keyWindow()) : nullptr;
-    const QWindow* around = key ? key->handle() : nullptr;
-    return around ? around->frameMargins() : QMargins();
+    const QWindow* key = windows_ ? windows_->keyHandle() : nullptr;
+    return key ? key->frameMargins() : QMargins();
 }
 
 NSRect QtPanel::frame() {
     if (!dialog_) return {};
     const QRect outer = dialog_->outerFrame();
     return screenRect(outer.adjusted(0, 0, -dialog_->drawerWidth(), 0));
+}
+
+NSRect QtPanel::drawerFrame() {
+    if (!dialog_) return {};
+    const QRect outer = dialog_->outerFrame();
+    return screenRect(outer.adjusted(outer.width() - dialog_->drawerWidth(), 0, 0, 0));
 }
 
 void QtPanel::setFrame(NSRect frame) {
@@ -171,7 +197,7 @@ void QtPanel::makeKeyAndOrderFront() {
     if (!hasDialog()) return;
     wanted_ = true;
     if (dialog_->isVisible()) {
-        makeKeyWindow();
+        comeToFront();
     } else {
         showLater();
     }
@@ -202,30 +228,24 @@ void QtPanel::showLater() {
         Qt::QueuedConnection);
 }
 
-QWindow* QtPanel::windowBelow() {
-    if (parent_) return parent_->windowHandle();
-    const QWidget* active = QApplication::activeWindow();
-    if (active && active != dialog_ && QtWindows::isOwn(*active)) return active->windowHandle();
-    const auto before = before_.lock();
-    return before ? before->handle() : nullptr;
-}
-
 void QtPanel::show(Qt::WindowModality modality) {
     ended_ = false;
     if (dialog_->isVisible()) {
         if (modality == Qt::NonModal || dialog_->windowModality() == modality) return;
         dialog_->hide();
     }
-    before_ = std::dynamic_pointer_cast<QtWindow>(windows_->keyWindow());
-    QWindow* below = windowBelow();
     dialog_->setWindowModality(modality);
-    // Where the window manager keeps it above the window that it belongs to, and gives it the keys.
     dialog_->winId();
-    dialog_->windowHandle()->setTransientParent(below);
+    QWindow* own = dialog_->windowHandle();
+    QWindow* below = windows_->keyHandle();
+    if (below != own) before_ = windows_->keyWindow();
+    if (parent_) below = parent_->windowHandle();
+    // Where the window manager keeps it above the window that it belongs to, and gives it the keys.
+    if (below != own) own->setTransientParent(below);
     if (parent_) parent_->block(*dialog_);
     dialog_->show();
     focusFirst();
-    makeKeyWindow();
+    comeToFront();
 }
 
 void QtPanel::leaveParent() {
@@ -236,14 +256,13 @@ void QtPanel::leaveParent() {
     parent_ = nullptr;
 }
 
-void QtPanel::makeKeyWindow() {
-    if (!dialog_ || !dialog_->isVisible()) return;
+void QtPanel::comeToFront() {
     dialog_->raise();
     dialog_->activateWindow();
 }
 
-bool QtPanel::isKeyWindow() {
-    return dialog_ && dialog_->isVisible() && dialog_->isActiveWindow();
+void QtPanel::makeKeyWindow() {
+    if (dialog_ && dialog_->isVisible() && windows_) windows_->makeKey(*dialog_->windowHandle());
 }
 
 void QtPanel::orderOut() {
@@ -256,7 +275,7 @@ void QtPanel::orderOut() {
     dialog_->hide();
     const auto before = before_.lock();
     // A command that comes next waits until the window has the keys again.
-    if (hadKeys && before && windows_) windows_->makeKey(*before);
+    if (hadKeys && before && windows_) before->makeKeyWindow();
 }
 
 bool QtPanel::mayBeDismissed() {

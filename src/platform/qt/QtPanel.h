@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QKeyEvent>
 #include <QPointer>
 #include <QWindow>
 #include <memory>
@@ -9,7 +10,6 @@
 #include "platform/qt/QtOwnWindow.h"
 #include "platform/qt/QtPanelDialog.h"
 #include "platform/qt/QtPanelLayout.h"
-#include "platform/qt/QtWindow.h"
 
 class QEventLoop;
 
@@ -17,8 +17,8 @@ namespace velmora {
 
 class QtWindows;
 
-/// The window of a panel of ours, in the host's own style. It is none of the host's windows: it has
-/// no part in their order and in which of them is key, and closing it never ends the host.
+/// The window of a panel of ours, in the host's own style. It is none of the host's windows: its
+/// menus are not the main menu, and closing it never ends the host.
 class QtPanel final : public PanelPeer, public QtOwnWindow {
 public:
     QtPanel(QtWindows& windows, NSPanel& panel);
@@ -27,6 +27,8 @@ public:
     QtPanel& operator=(const QtPanel&) = delete;
 
     void close() override;
+    bool isShownBy(const QWidget& widget) const override;
+    NSWindowRef window() override;
 
     /// Without its drawer. Until the panel has been shown once, its decorations are taken to be
     /// those of the window over which it opens.
@@ -41,7 +43,8 @@ public:
     void makeKeyWindow() override;
     void orderOut() override;
     bool isVisible() override { return wanted_; }
-    bool isKeyWindow() override;
+    int windowNumber() override { return number_; }
+    NSRect drawerFrame() override;
     void contentChanged() override;
     void titleChanged() override;
     void drawerChanged() override;
@@ -57,6 +60,9 @@ public:
     bool takesInput() const { return !ended_ && !panel_.attachedSheet(); }
     /// What the window manager adds around the window that has the keys.
     QMargins usualDecorations() const;
+    /// Offers a key to the panel's views before the widget with the focus has it; true when one has
+    /// used it.
+    bool viewsTake(QKeyEvent& event);
     /// The user wants to close it; false when it stays. This may be gone when it returns.
     bool mayBeDismissed();
     /// The user has closed it.
@@ -71,9 +77,7 @@ private:
     void focusChanged(const QWidget& now);
     void showLater();
     void show(Qt::WindowModality modality);
-    /// What the window is to stay in front of: the sheet's panel, the panel of ours that is active,
-    /// or the host's window that has the keys; null without one.
-    QWindow* windowBelow();
+    void comeToFront();
     void focusFirst();
     /// Of a sheet that is about to go: its panel takes the keys again.
     void leaveParent();
@@ -83,12 +87,13 @@ private:
     QtWindows* windows_;
     /// Our owner.
     NSPanel& panel_;
+    int number_;
     QPointer<QtPanelDialog> dialog_;
     /// Of the dialog.
     std::unique_ptr<QtControls> controls_;
     std::unique_ptr<QtPanelLayout> layout_;
-    /// The host's window that had the keys before.
-    std::weak_ptr<QtWindow> before_;
+    /// What had the keys before.
+    std::weak_ptr<NSWindow> before_;
     /// Of a sheet: the panel over which it opens.
     QPointer<QtPanelDialog> parent_;
     QEventLoop* loop_ = nullptr;

@@ -2,12 +2,14 @@
 
 #include <private/qcoreapplication_p.h>
 #include <private/qobject_p.h>
-#include <QCoreApplication>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QWidget>
 #include <QWindow>
 
+#include "platform/qt/QtPanel.h"
 #include "platform/qt/QtWindows.h"
 
 namespace velmora {
@@ -19,8 +21,7 @@ bool isOfPanel(const QObject& receiver) {
     if (receiver.isWidgetType()) {
         widget = static_cast<const QWidget*>(&receiver);
     } else if (receiver.isWindowType()) {
-        const auto& window = static_cast<const QWindow&>(receiver);
-        if (window.handle()) widget = QWidget::find(window.winId());
+        widget = QtWindows::widgetOf(static_cast<const QWindow&>(receiver));
     }
     // The popups of a panel are windows below it.
     for (; widget; widget = widget->parentWidget()) {
@@ -47,6 +48,25 @@ bool assistiveToolTakes(QObject& receiver, QEvent& event) {
 bool send(QObject& receiver, QEvent& event) {
     return QCoreApplicationPrivate::sendThroughObjectEventFilters(&receiver, &event) ||
            receiver.event(&event);
+}
+
+/// The panel whose window it is, or null.
+QtPanel* panelOf(const QObject& receiver) {
+    if (!receiver.isWindowType()) return nullptr;
+    const QWidget* widget = QtWindows::widgetOf(static_cast<const QWindow&>(receiver));
+    const bool isOwn = widget && QtWindows::isOwn(*widget->window());
+    const auto* dialog = isOwn ? dynamic_cast<const QtPanelDialog*>(widget->window()) : nullptr;
+    return dialog ? dialog->panel() : nullptr;
+}
+
+/// As the platform does it: the views of the key window come before the one with the keyboard. An
+/// open menu has its keys.
+bool offerToViews(const QObject& receiver, QEvent& event) {
+    if (event.type() != QEvent::KeyPress || QApplication::activePopupWidget()) return false;
+    QtPanel* panel = panelOf(receiver);
+    if (!panel || !panel->viewsTake(static_cast<QKeyEvent&>(event))) return false;
+    event.accept();
+    return true;
 }
 
 /// A key that a widget leaves goes to what holds it, up to the window.
@@ -84,7 +104,9 @@ bool QtPanelKeys::event(QEvent* event) {
         sendUpwards(static_cast<QWidget&>(delivery->receiver), key);
         return true;
     }
-    send(delivery->receiver, key);
+    QObject& receiver = delivery->receiver;
+    const bool isFiltered = QCoreApplicationPrivate::sendThroughObjectEventFilters(&receiver, &key);
+    if (!isFiltered && !offerToViews(receiver, key)) receiver.event(&key);
     // Else the toolkit would look for a shortcut.
     if (key.type() == QEvent::ShortcutOverride) key.accept();
     return true;

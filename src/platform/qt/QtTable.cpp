@@ -158,13 +158,14 @@ void QtTable::editCell(int column, int row, bool select) {
     }
 }
 
-void QtTable::handleEvent(const NSEvent& /*event*/) {
-    QEvent* event = std::exchange(told_, nullptr);
-    if (!event) return;
-    if (event->type() == QEvent::KeyPress) {
-        handleKey(static_cast<QKeyEvent&>(*event));
-    } else if (event->type() == QEvent::MouseButtonPress) {
-        QTableView::mousePressEvent(static_cast<QMouseEvent*>(event));
+void QtTable::handleEvent(const NSEvent& event) {
+    const auto* given = dynamic_cast<const QtControlEvent*>(&event);
+    if (!given) return;
+    QEvent& original = given->original();
+    if (original.type() == QEvent::KeyPress) {
+        handleKey(static_cast<QKeyEvent&>(original));
+    } else if (original.type() == QEvent::MouseButtonPress) {
+        QTableView::mousePressEvent(static_cast<QMouseEvent*>(&original));
     }
 }
 
@@ -180,22 +181,6 @@ QSize QtTable::sizeHint() const {
 // --- keys
 // ----------------------------------------------------------------------------------------
 
-bool QtTable::event(QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride && table_ && state() != EditingState) {
-        bool isWanted = false;
-        guarded("A key in a table", [&] {
-            const auto kept = table_;
-            const NSEventRef key = keyEventFor(static_cast<const QKeyEvent&>(*event));
-            isWanted = key && kept->wantsKey(*key);
-        });
-        if (isWanted) {
-            event->accept();
-            return true;
-        }
-    }
-    return QTableView::event(event);
-}
-
 void QtTable::keyPressEvent(QKeyEvent* event) {
     const auto kept = table_;
     const bool isEscape = event->key() == Qt::Key_Escape && !(event->modifiers() & keyModifiers);
@@ -206,14 +191,11 @@ void QtTable::keyPressEvent(QKeyEvent* event) {
     // What a field that is typed in has no use for is nobody's.
     if (!kept || !takesInput_() || state() == EditingState) return;
     if (isEscape) return event->ignore();
-    const QPointer<QtTable> self = this;
     guarded("A key in a table", [&] {
         const NSEventRef key = keyEventFor(*event);
         if (!key) return QTableView::keyPressEvent(event);
-        told_ = event;
-        kept->userPressedKey(key);
+        kept->keyDown(key);
     });
-    if (self) told_ = nullptr;
 }
 
 void QtTable::handleKey(QKeyEvent& event) {
@@ -257,26 +239,27 @@ void QtTable::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hi
 // --- the selection
 // -------------------------------------------------------------------------------
 
-QItemSelectionModel::SelectionFlags QtTable::selectionCommand(const QModelIndex& index,
-                                                              const QEvent* event) const {
-    pointedRow_ = index.row();
-    return QTableView::selectionCommand(index, event);
-}
-
 void QtTable::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QTableView::selectionChanged(selected, deselected);
+    tellOfSelection();
+}
+
+void QtTable::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    // The toolkit sometimes selects a row first and makes it the current one then.
+    if (table_ && table_->isRowSelected(current.row())) tellOfSelection();
+}
+
+void QtTable::tellOfSelection() {
     const auto kept = table_;
     if (!kept || applying_) return;
     guarded("A selection in a table", [&] {
-        std::vector<int> rows = rowsOf(selectionModel()->selection());
-        const bool isPointed = std::binary_search(rows.begin(), rows.end(), pointedRow_);
-        kept->userSelectedRows(std::move(rows), isPointed ? pointedRow_ : currentIndex().row());
+        kept->userSelectedRows(rowsOf(selectionModel()->selection()), currentIndex().row());
     });
 }
 
 void QtTable::selectAlone(const QModelIndex& index) {
     if (!table_ || table_->isRowSelected(index.row())) return;
-    pointedRow_ = index.row();
     selectionModel()->setCurrentIndex(
         index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
@@ -286,11 +269,8 @@ void QtTable::selectAlone(const QModelIndex& index) {
 
 void QtTable::otherButtonPressed(QMouseEvent& event) {
     const auto kept = table_;
-    const QPointer<QtTable> self = this;
-    told_ = &event;
     guarded("A button in a table",
             [&] { kept->otherMouseDown(pressEventFor(event, *viewport())); });
-    if (self) told_ = nullptr;
 }
 
 void QtTable::mousePressEvent(QMouseEvent* event) {

@@ -37,13 +37,12 @@ public:
     void selectionChanged() override;
     void scrollRowToVisible(int row) override;
     void editCell(int column, int row, bool select) override;
-    /// Only of the event that the table is being told of.
+    /// One that was made of the toolkit's.
     void handleEvent(const NSEvent& event) override;
 
     QSize sizeHint() const override;
 
 protected:
-    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -53,16 +52,16 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
-    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
-                                                         const QEvent* event) const override;
     void selectionChanged(const QItemSelection& selected,
                           const QItemSelection& deselected) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     /// The field is left to no other: Tab ends the editing.
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 
 private:
     void handleKey(QKeyEvent& event);
     void otherButtonPressed(QMouseEvent& event);
+    void tellOfSelection();
     void selectAlone(const QModelIndex& index);
     void moveRows(int by);
     void beginDrag();
@@ -74,13 +73,9 @@ private:
     QtTableColumns columns_;
     QtCellActions actions_;
     std::unique_ptr<QtRowDrag> drag_;
-    /// The event that the table is being told of.
-    QEvent* told_ = nullptr;
     /// The cell in which the left button went down.
     QPersistentModelIndex pressed_;
     QPoint pressedAt_;
-    /// The row to which the user has just pointed, by mouse or keyboard.
-    mutable int pointedRow_ = -1;
     /// The row to be seen once the widget shows; -1 for none.
     int rowToShow_ = -1;
     /// The table's selection is being shown.

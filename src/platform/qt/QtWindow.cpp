@@ -79,7 +79,7 @@ bool QtWindow::makeFirstResponder(const NSResponderRef& responder) {
 }
 
 void QtWindow::makeKeyWindow() {
-    windows_.makeKey(*this);
+    if (QWindow* window = handle()) windows_.makeKey(*window);
 }
 
 }  // namespace velmora

@@ -50,12 +50,10 @@ QtWindows::QtWindows() {
     insist_.setSingleShot(true);
     insist_.setInterval(insistAfter);
     QObject::connect(&insist_, &QTimer::timeout, &context_, [this] {
-        const std::shared_ptr<QtWindow> window = awaited_.lock();
-        if (QWindow* handle = window ? window->handle() : nullptr) handle->requestActivate();
+        if (awaited_) awaited_->requestActivate();
     });
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &context_, [this](QWindow* w) {
-        const std::shared_ptr<QtWindow> window = awaited_.lock();
-        if (window && w && window->handle() == w) settle();
+        if (w && awaited_ == w) settle();
     });
 }
 
@@ -63,38 +61,30 @@ QtWindows::~QtWindows() {
     for (QtOwnWindow* window : std::exchange(own_, {})) window->close();
 }
 
-std::vector<std::shared_ptr<QtWindow>> QtWindows::visibleWindows() {
-    std::vector<std::shared_ptr<QtWindow>> windows;
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (QWidget* widget : widgets) {
-        if (takesPart(*widget) && !isOwn(*widget)) windows.push_back(windowFor(*widget));
-    }
-    const QWindowList handles = QGuiApplication::topLevelWindows();
-    for (QWindow* handle : handles) {
-        if (takesPart(*handle)) windows.push_back(windowFor(*handle));
-    }
-    return windows;
-}
-
 std::vector<NSWindowRef> QtWindows::orderedWindows() {
     struct Place {
-        std::shared_ptr<QtWindow> window;
+        NSWindowRef window;
         std::ptrdiff_t depth;
     };
     const std::vector<std::uint32_t> stacking = x11_.stackingOrder();
-    const auto depthOf = [&](const QtWindow& window) -> std::ptrdiff_t {
-        if (stacking.empty()) {
-            return window.widget() ? activationRank(*window.widget()) : INT_MAX;
-        }
-        const auto id = static_cast<std::uint32_t>(window.handle()->winId());
+    const auto depthOf = [&](const QWidget* widget, const QWindow& handle) -> std::ptrdiff_t {
+        if (stacking.empty()) return widget ? activationRank(*widget) : INT_MAX;
+        const auto id = static_cast<std::uint32_t>(handle.winId());
         const auto found = std::find(stacking.begin(), stacking.end(), id);
         // What the window manager does not manage lies above everything.
         return found != stacking.end() ? stacking.end() - found : 0;
     };
     std::vector<Place> places;
-    for (std::shared_ptr<QtWindow>& window : visibleWindows()) {
-        const std::ptrdiff_t depth = depthOf(*window);
-        places.push_back({std::move(window), depth});
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget* widget : widgets) {
+        if (!takesPart(*widget)) continue;
+        if (NSWindowRef window = windowOf(*widget)) {
+            places.push_back({std::move(window), depthOf(widget, *widget->windowHandle())});
+        }
+    }
+    const QWindowList handles = QGuiApplication::topLevelWindows();
+    for (QWindow* handle : handles) {
+        if (takesPart(*handle)) places.push_back({windowFor(*handle), depthOf(nullptr, *handle)});
     }
     std::stable_sort(places.begin(), places.end(),
                      [](const Place& a, const Place& b) { return a.depth < b.depth; });
@@ -103,27 +93,44 @@ std::vector<NSWindowRef> QtWindows::orderedWindows() {
     return ordered;
 }
 
-NSWindowRef QtWindows::keyWindow() {
-    if (auto awaited = awaited_.lock()) return awaited;
-    if (QWidget* widget = QApplication::activeWindow()) {
-        return isOwn(*widget) ? nullptr : windowFor(*widget);
-    }
+QWindow* QtWindows::keyHandle() const {
+    if (awaited_) return awaited_;
+    if (const QWidget* widget = QApplication::activeWindow()) return widget->windowHandle();
     QWindow* handle = QGuiApplication::focusWindow();
-    return handle && takesPart(*handle) ? windowFor(*handle) : nullptr;
+    return handle && takesPart(*handle) ? handle : nullptr;
+}
+
+NSWindowRef QtWindows::keyWindow() {
+    QWindow* handle = keyHandle();
+    return handle ? windowOf(*handle) : nullptr;
 }
 
 NSWindowRef QtWindows::mainWindow() {
     for (const QPointer<QWidget>& widget : activated_) {
         if (widget && takesPart(*widget) && !isOwn(*widget)) return windowFor(*widget);
     }
-    const std::vector<NSWindowRef> windows = orderedWindows();
-    return windows.empty() ? nullptr : windows.front();
+    for (const NSWindowRef& window : orderedWindows()) {
+        if (dynamic_cast<const QtWindow*>(window.get())) return window;
+    }
+    return nullptr;
+}
+
+NSWindowRef QtWindows::windowOf(QWidget& window) {
+    for (QtOwnWindow* own : own_) {
+        if (own->isShownBy(window)) return own->window();
+    }
+    return windowFor(window);
+}
+
+NSWindowRef QtWindows::windowOf(QWindow& handle) {
+    QWidget* widget = widgetOf(handle);
+    return widget ? windowOf(*widget->window()) : windowFor(handle);
 }
 
 std::shared_ptr<QtWindow> QtWindows::windowFor(QObject& host) {
     std::shared_ptr<QtWindow>& window = known_[&host];
     if (!window) {
-        window = std::make_shared<QtWindow>(*this, host, ++lastNumber_);
+        window = std::make_shared<QtWindow>(*this, host, takeNumber());
         QObject::connect(&host, &QObject::destroyed, &context_,
                          [this, key = &host] { known_.erase(key); });
     }
@@ -131,7 +138,7 @@ std::shared_ptr<QtWindow> QtWindows::windowFor(QObject& host) {
 }
 
 int QtWindows::activationRank(const QWidget& window) const {
-    if (const auto awaited = awaited_.lock(); awaited && awaited->widget() == &window) return 0;
+    if (awaited_ && awaited_ == window.windowHandle()) return 0;
     if (QApplication::activeWindow() == &window) return 1;
     const auto found = std::find(activated_.begin(), activated_.end(), &window);
     if (found == activated_.end()) return INT_MAX;
@@ -144,25 +151,23 @@ void QtWindows::noticeActivation(QWidget& window) {
     activated_.insert(activated_.begin(), &window);
 }
 
-void QtWindows::makeKey(QtWindow& window) {
-    QWindow* handle = window.handle();
-    if (!handle || !handle->isVisible() || isBlockedByModal(*handle)) return;
-    if (awaited_.lock().get() == &window) return;
-    if (QGuiApplication::focusWindow() == handle) {
+void QtWindows::makeKey(QWindow& window) {
+    if (!window.isVisible() || isBlockedByModal(window) || awaited_ == &window) return;
+    if (QGuiApplication::focusWindow() == &window) {
         settle();
         return;
     }
-    awaited_ = std::static_pointer_cast<QtWindow>(window.shared_from_this());
+    awaited_ = &window;
     limit_.start();
-    if (x11_.focus(static_cast<std::uint32_t>(handle->winId()))) {
+    if (x11_.focus(static_cast<std::uint32_t>(window.winId()))) {
         insist_.start();
     } else {
-        handle->requestActivate();
+        window.requestActivate();
     }
 }
 
 void QtWindows::whenKeyIsSettled(std::function<void()> work) {
-    if (awaited_.expired()) {
+    if (!awaited_) {
         work();
     } else {
         waiting_.push_back(std::move(work));
@@ -170,7 +175,7 @@ void QtWindows::whenKeyIsSettled(std::function<void()> work) {
 }
 
 void QtWindows::settle() {
-    awaited_.reset();
+    awaited_.clear();
     limit_.stop();
     insist_.stop();
     // The host may still be in the middle of the change.
@@ -179,6 +184,16 @@ void QtWindows::settle() {
             &context_, [work = std::move(work)] { guarded("A command", work); },
             Qt::QueuedConnection);
     }
+}
+
+QWidget* QtWindows::widgetOf(const QWindow& window) {
+    if (window.handle()) return QWidget::find(window.winId());
+    // One that was closed has no native window any more, and asking for its number would make one.
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    const auto found = std::find_if(widgets.begin(), widgets.end(), [&](const QWidget* widget) {
+        return widget->windowHandle() == &window;
+    });
+    return found == widgets.end() ? nullptr : *found;
 }
 
 void QtWindows::markAsOwn(QWidget& window) {

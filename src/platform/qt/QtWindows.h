@@ -20,7 +20,8 @@ namespace velmora {
 class QtOwnWindow;
 class QtWindow;
 
-/// The windows of the host: which there are, in which order they lie, and which takes the keys.
+/// The windows of the host, and panels of ours: which there are, in which order they lie, and which
+/// takes the keys.
 class QtWindows {
 public:
     QtWindows();
@@ -30,10 +31,11 @@ public:
     std::vector<NSWindowRef> orderedWindows();
 
     /// The active window, or the one that has just been made to be; null when the host is not
-    /// active, and when a panel of ours has the keys.
+    /// active.
     NSWindowRef keyWindow();
+    QWindow* keyHandle() const;
 
-    /// The window that was key last and can be seen, or the foremost; null without one.
+    /// The host's window that was key last and can be seen, or its foremost; null without one.
     NSWindowRef mainWindow();
 
     /// For windows that are being made key: with a window manager that takes a while. The work is
@@ -44,13 +46,22 @@ public:
     /// so on; windows that have never been active come last.
     int activationRank(const QWidget& window) const;
 
-    /// The one object for a top-level widget or for a window without a widget.
+    /// The one object for a top-level widget or a window of the host without a widget.
     std::shared_ptr<QtWindow> windowFor(QObject& host);
+    /// As windowFor, but a panel's window is the panel. Null for one that is going.
+    NSWindowRef windowOf(QWindow& handle);
+    NSWindowRef windowOf(QWidget& window);
+    int takeNumber() { return ++lastNumber_; }
 
-    void makeKey(QtWindow& window);
+    /// Gives the window the keys and leaves it where it lies, where the display lets us. Nothing
+    /// for one that cannot be seen or that a modal dialog blocks.
+    void makeKey(QWindow& window);
     void noticeActivation(QWidget& window);
 
     QtContextMenus& contextMenus() { return contextMenus_; }
+
+    /// The widget that the window is for, or null.
+    static QWidget* widgetOf(const QWindow& window);
 
     /// Marks a top-level widget as one of our own panels, whose menu bar is none of the host's.
     static void markAsOwn(QWidget& window);
@@ -65,7 +76,6 @@ public:
 
 private:
     void settle();
-    std::vector<std::shared_ptr<QtWindow>> visibleWindows();
 
     X11Windows x11_;
     QtContextMenus contextMenus_;
@@ -74,7 +84,8 @@ private:
     QTimer insist_;
     std::unordered_map<const QObject*, std::shared_ptr<QtWindow>> known_;
     std::vector<QPointer<QWidget>> activated_;
-    std::weak_ptr<QtWindow> awaited_;
+    /// The window that is being made key.
+    QPointer<QWindow> awaited_;
     std::vector<std::function<void()>> waiting_;
     std::vector<QtOwnWindow*> own_;
     int lastNumber_ = 0;
