@@ -105,7 +105,6 @@ public:
 
     /// Opens the address with the user's default handler.
     virtual void openURL(const std::string& address) = 0;
-    virtual void beep() = 0;
 
     /// What the web address answers. Blocks until it is there, for ten seconds at the most. Nothing
     /// when it cannot be had whole or is longer than so many bytes.
@@ -114,9 +113,13 @@ public:
     /// Starts the file as a process, whose file and interpreter must exist; null when that fails.
     virtual std::unique_ptr<NSTask> launchProcess(const std::string& path,
                                                   const std::vector<std::string>& arguments) = 0;
-    /// Neither blocks nor throws: what cannot be written at once is lost.
+
+    // How it tells something. None of these blocks or throws: what cannot be told at once is lost.
+
     virtual void log(const std::string& line) = 0;
     virtual void trace(const std::string& line) = 0;
+    /// The system's alert sound. It is no line of the log.
+    virtual void beep() = 0;
     virtual bool traceEnabled() const = 0;
 
     /// The base name of the running executable, or of the script for an interpreter.

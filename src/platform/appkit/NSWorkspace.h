@@ -16,7 +16,7 @@ public:
 /// The address of a file by its absolute path.
 std::string fileURLWithPath(const std::string& path);
 
-/// The system's alert sound.
+/// The system's alert sound. Neither blocks nor throws.
 void NSBeep();
 
 }  // namespace velmora
