@@ -258,7 +258,7 @@ NSWindowRef HeadlessDesktop::keyWindow() {
 }
 
 NSWindowRef HeadlessDesktop::windowForKeys() const {
-    const HeadlessPanel* panel = panelForKeys();
+    HeadlessPanel* panel = panelForKeys();
     return panel ? panel->window() : keyWindow_.lock();
 }
 
