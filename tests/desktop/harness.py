@@ -145,6 +145,13 @@ class Screen:
             ("XDG_RUNTIME_DIR", ".runtime"))}
         for folder in folders.values():
             os.makedirs(folder, mode=0o700, exist_ok=True)
+        # Whatever opens an address would start one of the person's programs.
+        opener = home / "programs" / "xdg-open"
+        opener.parent.mkdir(exist_ok=True)
+        if not opener.exists():
+            opener.write_text("#!/bin/sh\n")
+            opener.chmod(0o755)
+        kept["PATH"] = f"{opener.parent}:{kept['PATH']}"
         return {**kept, **folders, "HOME": str(home), "DISPLAY": self.name, "LANG": "C.UTF-8",
                 "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "xcb", "NO_AT_BRIDGE": "1",
                 "QT_ACCESSIBILITY": "0", "QT_SCALE_FACTOR": "1",

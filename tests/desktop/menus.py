@@ -128,6 +128,21 @@ class Menus:
         # Validation is part of an opening: what it disables does not run.
         self.assert_beeps("ツール/Validated")
 
+    def test_a_mnemonic_runs_what_its_menu_allows_when_it_opens(self):
+        self.home.write_definitions("Mnemonics", "Velmora", ("v", "ツール/Validated"),
+                                    ("w", "ツール/Woken"))
+        self.open()
+        for name, ran in (("v", 0), ("w", 1)):
+            self.x.keys("ctrl+alt+m")
+            panel = self.host.window("^Run Mnemonic")
+            wait_for(lambda: self.x.active_window() == panel, "the panel to be active")
+            self.x.keys(name)
+            self.host.no_window("^Run Mnemonic")
+            self.host.wait_says("ran 1 Woken", ran)
+            self.host.tell("places")
+            self.assertEqual([line for line in self.host.said() if line.startswith("ran ")],
+                             ["ran 1 Woken"] * ran)
+
     def test_a_command_with_a_modal_dialog_runs_once(self):
         self.open("ツール/Dialog...", "File/New")
         self.assert_runs("ツール/Dialog...", "opens Dialog")

@@ -106,6 +106,19 @@ class Preferences:
         application.no_window(PANEL)
         self.assert_stroke_runs(application)
 
+    def test_a_stored_button_that_no_one_offers_is_offered_and_kept(self):
+        self.home.write_preferences(mouseButton1=7, isEnabled1=True)
+        panel = self.panel(self.open())
+        self.assertEqual([node.name for node in panel.all("radio button") if node.is_on
+                          and node.name.startswith("Gesture 2,")], ["Gesture 2, 8"])
+        panel.screenshot(f"{self.kind.process_name}-preferences-button-8")
+        panel.click("radio button", "Gesture 1, Middle")
+        self.wait_stored(mouseButton0=2, mouseButton1=7)
+        panel.click("radio button", "Gesture 2, None")
+        self.wait_stored(mouseButton0=2, mouseButton1=-1)
+        panel.click("radio button", "Gesture 2, 8")
+        self.wait_stored(mouseButton0=2, mouseButton1=7)
+
     def test_another_applications_change_shows_when_this_one_becomes_active(self):
         application = self.open()
         panel = self.panel(application)

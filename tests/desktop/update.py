@@ -121,7 +121,7 @@ class Update:
         self.addCleanup(self.site.close)
         # What opens addresses on this desktop.
         programs = self.home.path / "programs"
-        programs.mkdir()
+        programs.mkdir(exist_ok=True)
         self.opened_file = self.home.path / "opened"
         opener = programs / "xdg-open"
         opener.write_text(f'#!/bin/sh\nprintf "%s\\n" "$1" >> "{self.opened_file}"\n')

@@ -172,6 +172,10 @@ private:
         QAction* validated = add(*tools, "Validated");
         connect(tools, &QMenu::aboutToShow, this, [validated] { validated->setEnabled(false); });
         connect(tools, &QMenu::aboutToHide, this, [validated] { validated->setEnabled(true); });
+        // Or the other way round.
+        QAction* woken = add(*tools, "Woken");
+        woken->setEnabled(false);
+        connect(tools, &QMenu::aboutToShow, this, [woken] { woken->setEnabled(true); });
     }
 
     void runDialog(const QString& title) {
