@@ -167,6 +167,15 @@ class Shortcuts:
         self.host.tell("give Save Alt+F")
         self.assert_runs("alt+f", "Four")
 
+    def test_of_two_definitions_the_first_runs(self):
+        """The shared file's come after the application's own, and the item that changed last shows
+        the combination."""
+        self.open(("2b", "File/One"), ("2b", "File/Two"), ("8d", "File/Three"), ("8d", "File/Four"))
+        for change in ("text", "disable One", "enable One", "disable Three", "enable Three"):
+            self.host.tell(change)
+            for chord, title in (("alt+b", "Two"), ("ctrl+d", "Four")):
+                self.assert_runs(chord, title)
+
     def test_plain_keys_are_typed_where_text_is_and_run_items_elsewhere(self):
         self.open(("0a", "File/One"), ("0B", "File/Two"))
         self.x.keys("a", "shift+b", "c")
