@@ -167,13 +167,9 @@ NSMenuItemRef VelmoraShortcuts::itemAtPath(const std::string& path) {
     for (std::size_t start = 0; menu;) {
         const std::size_t slash = path.find('/', start);
         const std::string title = path.substr(start, slash - start);
-        NSMenuItemRef item = itemWithTitle(*menu, title);
-        if (item && !item->isEnabled()) {
-            // Which may put another item in its place.
-            menu->update();
-            if (item->menu() != menu.get()) item = itemWithTitle(*menu, title);
-        }
+        const NSMenuItemRef item = itemWithTitle(*menu, title);
         if (!item) return nullptr;
+        if (!item->isEnabled()) menu->update();
         if (slash == std::string::npos) {
             return item->hasSubmenu() || item->isSeparatorItem() ? nullptr : item;
         }

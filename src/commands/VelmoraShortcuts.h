@@ -48,8 +48,8 @@ public:
     /// menu that it opens is filled, and what is pending is tried again.
     void menuChangedNotification(const NSNotification& notification);
 
-    /// Runs the menu item of the first definition for the key or button of the event. True when it
-    /// ran.
+    /// Runs the menu item of the first definition for the key or button of the event. True when
+    /// it was to run.
     bool handleEvent(const NSEventRef& event);
 
 private:

@@ -83,14 +83,17 @@ bool VelmoraCommon::mixinGlobals() {
     Counts taken;
     std::vector<VelmoraSettingRef> held;
     if (ui_) held = settings_->array();
-    settings_->removeObjectsWhere([&](const VelmoraSetting& own) {
-        if (!own.isGlobal()) return false;
-        const auto found = left.find(&own);
-        if (found == left.end() || found->second == 0) return true;
-        --found->second;
-        ++taken[found->first];
-        return false;
-    });
+    for (int i = settings_->count(); i-- > 0;) {
+        const VelmoraSettingRef own = settings_->objectAtIndex(i);
+        if (!own->isGlobal()) continue;
+        const auto found = left.find(own.get());
+        if (found == left.end() || found->second == 0) {
+            settings_->removeObjectAtIndex(i);
+        } else {
+            --found->second;
+            ++taken[found->first];
+        }
+    }
     // What an open panel has changed stands in no file.
     if (settings_->array().size() < held.size()) {
         VelmoraSettings::keepVersion(held, appSpecificSettingsFileName());

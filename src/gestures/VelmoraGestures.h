@@ -25,7 +25,8 @@ public:
     /// While it is set, finished gestures go to the panel instead of running anything.
     void setTraining(bool training) { training_ = training; }
 
-    /// Runs the first definition of the gesture whose item is there and enabled; beeps without one.
+    /// Runs the first definition of the gesture whose item is there and, in the main menu, enabled;
+    /// beeps without one.
     /// With makeKey the window under the gesture's start becomes key before an item of the
     /// application's menus runs.
     void processGesture_makeKey(const std::string& gesture, bool makeKey);

@@ -40,7 +40,7 @@ bool scanEntries(std::int32_t button, std::uint32_t modifiers) {
     return false;
 }
 
-/// Whether a menu command ran for the key or extra button.
+/// Whether the key or extra button was a menu command's.
 bool ranShortcut(const NSEventRef& event) {
     const std::shared_ptr<VelmoraShortcuts> shortcuts = Velmora::sharedInstance()->shortcuts();
     return shortcuts && shortcuts->handleEvent(event);

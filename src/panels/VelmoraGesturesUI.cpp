@@ -4,6 +4,7 @@
 #include "gestures/VelmoraGestureCell.h"
 #include "gestures/VelmoraGestures.h"
 #include "panels/VelmoraMenuItem.h"
+#include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Outlet.h"
@@ -119,6 +120,8 @@ bool VelmoraGesturesUI::menu_itemSelected(NSMenu& menu, int index) {
     if (!interceptMenus_) return false;
     const NSMenuItemRef item = menu.itemAtIndex(index);
     if (!item || dynamic_cast<const VelmoraMenuItem*>(item.get())) return false;
+    // Asked for first, which may hang our own submenu under another window's bar.
+    NSApp().mainMenu();
     const NSMenu* top = &menu;
     while (top->supermenu()) top = top->supermenu();
     if (top->isMainMenu()) return false;

@@ -20,7 +20,7 @@ public:
     void learnGesture();
     /// What was drawn.
     void processGesture(const std::string& gesture);
-    /// Ends that, and closes what asked for it.
+    /// Ends the teaching of a gesture, and closes what asked for one.
     void cancelGestureInput(const Id& sender);
 
     void setInterceptMenus(bool intercept) { interceptMenus_ = intercept; }

@@ -99,7 +99,8 @@ std::string VelmoraDefaultsUI::missingPart() const {
             return "the title with the tag " + number;
         }
         if (!activationMatrix_->cellWithTag(slot)) return "the switch with the tag " + number;
-        if (!buttonChooser(slot)) return "the chooser of slot " + number;
+        const auto chooser = buttonChooser(slot);
+        if (!chooser || chooser->cells().size() < 2) return "the chooser of slot " + number;
     }
     for (int tag = 0; tag < VelmoraSlotCount * modifierBits; ++tag) {
         if (!modifierMatrix_->cellWithTag(tag)) {

@@ -285,7 +285,7 @@ private:
     bool refreshed_ = false;
 };
 
-TEST(VelmoraShortcutsTest, AnItemThatIsReplacedWhileItsMenuIsBroughtUpToDateIsTheOneThatRuns) {
+TEST(VelmoraShortcutsTest, AnItemThatComesWithTheUpdateOfItsMenuRuns) {
     const auto make = [](const char* title, bool enabled) {
         auto made = NSMenuItem::initWithTitle_action_keyEquivalent(title, Selector(), "");
         made->setEnabled(enabled);
@@ -302,8 +302,8 @@ TEST(VelmoraShortcutsTest, AnItemThatIsReplacedWhileItsMenuIsBroughtUpToDateIsTh
             opening->setSubmenu(menu);
             NSApp().mainMenu()->addItem(opening);
             session.itemAt("File/Save")->setKeyEquivalent("u");
-            EXPECT_EQ(session.press("u"), comesBack);
-            EXPECT_EQ(menu->ran.size(), comesBack ? 1U : 0U);
+            EXPECT_EQ(session.press("u"), comesBack && !present);
+            EXPECT_EQ(menu->ran.size(), comesBack && !present ? 1U : 0U);
         }
     }
 }

@@ -37,8 +37,8 @@ public:
     void addItem(NSMenuItemRef item) { insertItem_atIndex(std::move(item), numberOfItems()); }
     void removeItemAtIndex(int index);
 
-    /// Posts the notification of an added item for each item of the tree that opens no submenu: of
-    /// menus that came filled, nobody has heard of those.
+    /// Posts the notification of an added item for each item of the tree that opens no submenu: a
+    /// menu that was filled before it came into another one is new to those who look for items.
     void postAddedLeaves();
 
     /// Another number after each change of any menu of the process, and when another one has become
@@ -46,8 +46,7 @@ public:
     static std::uint64_t generation();
     static void noteChange();
 
-    /// Whether it is the application's main menu, or was and will be again: on some desktops each
-    /// window brings its own.
+    /// Whether it is the application's main menu, or that of any of its windows where each has one.
     virtual bool isMainMenu() const;
 
     /// The menu one of whose items opens this one, or null for an outermost menu.
@@ -62,8 +61,9 @@ public:
     virtual void update() {}
 
     /// Runs the item as if the user had chosen it, by a message that can be exchanged: the menu is
-    /// updated first, as by its opening. An item that is disabled or gone after that, a separator
-    /// and an index without an item do nothing.
+    /// updated first, as by its opening, and may then hold another item of that title at the index.
+    /// An item that is disabled or gone after that, a separator and an index without an item do
+    /// nothing.
     void performActionForItemAtIndex(int index);
 
 protected:

@@ -59,7 +59,7 @@ public:
 };
 
 /// A window of our own, one of NSApplication's like those of the host: rows of labels and controls
-/// under a title, and maybe a drawer. There are no views in it over which a gesture can start. Its
+/// under a title, and maybe a drawer. A gesture can start over it, but finds no view there. Its
 /// delegate may answer `windowWillClose:` (`void(const NSNotification&)`, the panel is the object),
 /// which comes once the panel no longer shows; the panel may be let go by it.
 class NSPanel final : public NSWindow {

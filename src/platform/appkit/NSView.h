@@ -11,7 +11,7 @@ namespace velmora {
 class NSMenu;
 class NSWindow;
 
-/// A view of a window: here, what the system asks of the host's views. Desktops derive from it.
+/// A view of a window: here, what the system asks of any. Desktops derive from it for the host's.
 class NSView : public NSResponder {
 public:
     static Class& classObject();

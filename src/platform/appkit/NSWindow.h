@@ -19,8 +19,8 @@ public:
     virtual std::shared_ptr<NSView> contentView() = 0;
 };
 
-/// A window of the application: here, what the system asks of the host's windows. Desktops derive
-/// from it.
+/// A window of the application, the host's or ours: here, what the system asks of any. Desktops
+/// derive from it for the host's.
 class NSWindow : public NSResponder {
 public:
     static Class& classObject();

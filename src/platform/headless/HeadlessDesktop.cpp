@@ -218,10 +218,20 @@ void HeadlessDesktop::removePanel(HeadlessPanel& panel) {
     keyPanel_ = found != panels_.end() ? *found : wasHosts ? nullptr : frontPanel();
 }
 
-HeadlessPanel* HeadlessDesktop::panelForKeys() const {
+HeadlessPanel* HeadlessDesktop::modalPanel() const {
     HeadlessPanel* modal = modal_.empty() ? nullptr : modal_.back();
     const bool isShown = std::find(panels_.begin(), panels_.end(), modal) != panels_.end();
-    return modal && isShown ? modal : keyPanel_;
+    return isShown ? modal : nullptr;
+}
+
+HeadlessPanel* HeadlessDesktop::panelForKeys() const {
+    HeadlessPanel* modal = modalPanel();
+    return modal ? modal : keyPanel_;
+}
+
+HeadlessPanel* HeadlessDesktop::frontPanel() const {
+    HeadlessPanel* modal = modalPanel();
+    return modal || panels_.empty() ? modal : panels_.back();
 }
 
 bool HeadlessDesktop::closeModalPanel() {

@@ -93,8 +93,8 @@ public:
     /// The scroll view of that name in one of the windows, or null.
     HeadlessScrollView* scrollViewNamed(const std::string& name) const;
 
-    /// The foremost panel of ours, or null.
-    HeadlessPanel* frontPanel() const { return panels_.empty() ? nullptr : panels_.back(); }
+    /// The panel of ours that a person has before them, or null: the modal one, else the foremost.
+    HeadlessPanel* frontPanel() const;
     /// The user clicks into the panel: it comes to the front, and is key.
     void focusPanel(HeadlessPanel& panel) { showPanel(panel); }
     /// Closes the modal panel by its title bar's button. False without one.
@@ -133,7 +133,9 @@ public:
     void endModal(HeadlessPanel& panel);
 
 private:
-    /// The panel of ours that takes the keys, or null: the modal one first.
+    /// The modal panel, while it shows.
+    HeadlessPanel* modalPanel() const;
+    /// The panel of ours that takes the keys, or null.
     HeadlessPanel* panelForKeys() const;
     void commandRan(NSMenuItem& item);
     bool runKeyEquivalent(const NSEvent& event);
