@@ -90,7 +90,8 @@ TEST(VelmoraTest, TheSubmenuSpeaksTheUsersLanguage) {
     host.then([&] { title = host.desktop().frontPanel()->title(); });
     host.type("escape");
     const NSMenuRef menu = host.itemAt("Editor/Velmora")->submenu();
-    menu->performActionForItemAtIndex(menu->indexOfItemWithTitle("Befehl über Kurznamen aufrufen …"));
+    menu->performActionForItemAtIndex(
+        menu->indexOfItemWithTitle("Befehl über Kurznamen aufrufen …"));
     EXPECT_EQ(title, "Befehl über Kurznamen aufrufen");
     menu->performActionForItemAtIndex(menu->indexOfItemWithTitle("Velmora-Hilfe"));
     ASSERT_EQ(host.opened().size(), 1U);

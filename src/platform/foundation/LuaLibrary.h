@@ -17,9 +17,9 @@ struct LuaLibrary {
 // One list names them for the declarations here and for the look-up.
 #define VELMORA_LUA_FUNCTIONS(f)                                                                   \
     f(lua_newstate) f(lua_close) f(lua_atpanic) f(lua_pcallk) f(lua_callk) f(lua_error)            \
-        f(lua_sethook) f(lua_compare) f(lua_getstack) f(lua_getinfo)           \
-            f(lua_createtable) f(lua_setglobal) f(lua_setfield) f(lua_rawseti) f(lua_pushvalue)    \
-                f(lua_rotate) f(lua_getmetatable) f(lua_rawget) f(lua_pushnil) f(lua_pushboolean)  \
+        f(lua_sethook) f(lua_compare) f(lua_getstack) f(lua_getinfo) f(lua_createtable)            \
+            f(lua_setglobal) f(lua_setfield) f(lua_rawseti) f(lua_pushvalue) f(lua_rotate)         \
+                f(lua_getmetatable) f(lua_rawget) f(lua_pushnil) f(lua_pushboolean)                \
                     f(lua_pushlightuserdata) f(lua_pushlstring) f(lua_pushstring)                  \
                         f(lua_pushcclosure) f(lua_gettop) f(lua_settop) f(lua_tolstring)           \
                             f(lua_touserdata) f(luaL_checklstring) f(luaL_checktype) f(luaL_error) \
