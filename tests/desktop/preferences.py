@@ -109,7 +109,7 @@ class Preferences:
     def test_a_stored_button_that_no_one_offers_is_offered_and_kept(self):
         self.home.write_preferences(mouseButton1=7, isEnabled1=True)
         panel = self.panel(self.open())
-        self.assertEqual([node.name for node in panel.all("radio button") if node.is_on
+        self.assertEqual([node.name for node in panel.all("radio button") if node.is_on()
                           and node.name.startswith("Gesture 2,")], ["Gesture 2, 8"])
         panel.screenshot(f"{self.kind.process_name}-preferences-button-8")
         panel.click("radio button", "Gesture 1, Middle")

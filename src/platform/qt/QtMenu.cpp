@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/qt/QtMenuBars.h"
 #include "platform/qt/QtModality.h"
@@ -41,6 +42,17 @@ std::vector<QtMenuEntry> shownActions(const QWidget& widget) {
 
 bool isWindow(const QWidget* widget) {
     return !qobject_cast<const QMenu*>(widget) && !qobject_cast<const QMenuBar*>(widget);
+}
+
+/// Whether what happens now is that a key is held down.
+bool isKeyRepeated() {
+    const NSEventRef event = NSApp().currentEvent();
+    return event && event->type() == NSKeyDown && event->fields().isARepeat;
+}
+
+bool refusesRepeats(const QtMenuItem& item) {
+    const QAction* action = item.hostAction();
+    return action && !action->autoRepeat();
 }
 
 }  // namespace
@@ -272,7 +284,7 @@ void QtMenu::runItem(NSMenuItem& item) {
     auto* mirrored = dynamic_cast<QtMenuItem*>(&item);
     if (!mirrored) {
         NSMenu::runItem(item);
-    } else if (owner_) {
+    } else if (owner_ && !(isKeyRepeated() && refusesRepeats(*mirrored))) {
         owner_->runner().runLater(*mirrored);
     }
 }

@@ -159,7 +159,7 @@ QtMenuKeys::Answer QtMenuKeys::offer(QKeyEvent& shortcutOverride) {
         if (!isDeprived(key)) continue;
         const NSMenuRef mainMenu = menuBars_.mainMenu();
         const NSMenuItemRef other = mainMenu ? otherItemWith(key, *mainMenu) : nullptr;
-        const Answer answer = other ? run(other, shortcutOverride) : Answer::notOurs;
+        const Answer answer = other ? run(other) : Answer::notOurs;
         return answer == Answer::taken ? answer : Answer::plainKey;
     }
     return Answer::notOurs;
@@ -175,7 +175,7 @@ bool QtMenuKeys::offerLeftOver(QKeyEvent& press) {
         const Holder* holder = holderOf(key, Claim::givingWay);
         if (holder && !isWantedByFocus(press)) {
             const NSMenuItemRef item = holder->item;
-            return run(item, press) == Answer::taken;
+            return run(item) == Answer::taken;
         }
     }
     return false;
@@ -185,17 +185,15 @@ QtMenuKeys::Answer QtMenuKeys::run(const Holder& holder, QKeyEvent& event) {
     const NSMenuItemRef item = holder.item;
     const int key = holder.key;
     if (mayBeText(key) && isWantedByFocus(event)) return Answer::notOurs;
-    const Answer answer = run(item, event);
+    const Answer answer = run(item);
     // The item is disabled. What other items have lost to it, they do not get back meanwhile.
     return answer == Answer::notOurs && isDeprived(key) ? Answer::plainKey : answer;
 }
 
-QtMenuKeys::Answer QtMenuKeys::run(const NSMenuItemRef& item, const QKeyEvent& event) {
+QtMenuKeys::Answer QtMenuKeys::run(const NSMenuItemRef& item) {
     if (!item->isEnabled() && item->menu()) item->menu()->update();
     if (!item->menu() || !item->isEnabled()) return Answer::notOurs;
-    const QAction* action = hostActionOf(*item);
-    const bool repeats = !action || action->autoRepeat();
-    if (repeats || !event.isAutoRepeat()) item->perform();
+    item->perform();
     return Answer::taken;
 }
 

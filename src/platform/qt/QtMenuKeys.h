@@ -61,7 +61,7 @@ private:
     NSMenuItemRef otherItemWith(int key, const NSMenu& menu) const;
     bool isInForce(const NSMenuItem& item) const;
     Answer run(const Holder& holder, QKeyEvent& event);
-    Answer run(const NSMenuItemRef& item, const QKeyEvent& event);
+    Answer run(const NSMenuItemRef& item);
 
     QtMenuBars& menuBars_;
     /// The main menu's holders, in the order of its items, and the state of the menus for which

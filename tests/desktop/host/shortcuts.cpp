@@ -224,7 +224,8 @@ private:
         if (command == "quit") return QApplication::quit();
         if (command == "close") QApplication::activeWindow()->close();
         if (command == "text") sayText();
-        if (command == "greedy") QApplication::focusWidget()->installEventFilter(&greed_);
+        // The window's own, which need not be active again yet.
+        if (command == "greedy") windows().front()->focusWidget()->installEventFilter(&greed_);
         if (command == "unfocus") QApplication::focusWidget()->clearFocus();
         if (command == "dialog") openDialog();
         for (Window* window : windows()) {
