@@ -8,7 +8,8 @@ namespace velmora {
 void NSLog(const std::string& line);
 
 /// One line that tells what the system does (a gesture, a command that ran), for people who look
-/// for a fault. It goes nowhere unless the desktop is asked for such lines. Neither blocks nor throws.
+/// for a fault. It goes nowhere unless the desktop is asked for such lines. Neither blocks nor
+/// throws.
 void NSTrace(const std::string& line);
 
 /// Whether trace lines go anywhere; lets a caller spare the making of one.
