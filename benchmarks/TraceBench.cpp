@@ -4,8 +4,13 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
+#include <cstdint>
+#include <string>
+#include <string_view>
 
+#include "gestures/VelmoraGestureCell.h"
 #include "gestures/VelmoraGestureFeedbackWindow.h"
+#include "platform/appkit/NSGraphicsContext.h"
 #include "support/HeadlessHost.h"
 
 namespace {
@@ -38,6 +43,23 @@ void trace(benchmark::State& state) {
     state.counters["ns_each"] = last * 1e9 / (static_cast<double>(state.iterations()) * group);
     state.counters["ratio_1000th_to_first"] = last / first;
 }
+
+/// A gesture of so many letters in a cell of the gestures panel.
+void drawGesture(benchmark::State& state) {
+    constexpr std::string_view spiral = "rdrulllddu";
+    std::string letters;
+    while (static_cast<std::int64_t>(letters.size()) < state.range(0)) letters += spiral;
+    VelmoraGestureCell cell;
+    cell.initBig(false);
+    for (auto _ : state) {
+        cell.setStringValue(letters);
+        NSGraphicsContext::record([&] {
+            cell.drawInteriorWithFrame_inView({{0, 0}, {32, 32}}, nullptr);
+        });
+    }
+}
+
+BENCHMARK(drawGesture)->Name("gesture/drawn")->Arg(40)->Arg(4000)->Arg(40000);
 
 const auto* tracing = benchmark::RegisterBenchmark("trace/sample", trace);
 
