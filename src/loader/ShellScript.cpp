@@ -51,23 +51,28 @@ private:
             quote_ = 0;
         } else if (c == '$' && quote_ != '\'') {
             takeVariable();
-        } else if (quote_ != 0) {
+        } else if (quote_ != 0 || isPlain(c)) {
             add(c);
         } else if (c == '"' || c == '\'') {
             quote_ = c;
             inWord_ = true;
-        } else if (c == '#' && !inWord_) {
+        } else if (c == '#') {
             at_ = std::min(text_.find('\n', at_), text_.size()) - 1;
         } else if (space.find(c) != std::string_view::npos) {
             endWord();
         } else if (c == '<' || c == '>') {
             isRedirection_ = true;
             endWord();
-        } else if (std::string_view("\n;&|(){}").find(c) != std::string_view::npos) {
-            endCommand();
         } else {
-            add(c);
+            endCommand();
         }
+    }
+
+    /// Whether it is part of a word outside quotes.
+    bool isPlain(char c) const {
+        if (c == '#') return inWord_;
+        constexpr std::string_view special = "\"'<>\n;&|(){} \t\r";
+        return special.find(c) == std::string_view::npos;
     }
 
     void takeVariable() {
