@@ -63,7 +63,7 @@ std::optional<std::string> NSBundle::pathForResource_ofType(const std::string& n
                                                             const std::string& type) const {
     const std::string file = "/" + name + (type.empty() ? "" : "." + type);
     for (const std::string& folder : languageFolders()) {
-        if (const auto path = existing(folder + file)) return path;
+        if (auto path = existing(folder + file)) return path;
     }
     return existing(directory_ + file);
 }
