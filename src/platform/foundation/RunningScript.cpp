@@ -19,7 +19,7 @@ std::string folder() {
     constexpr mode_t ownerOnly = 0700;
     const char* directory = std::getenv("XDG_RUNTIME_DIR");
     if (!directory || *directory != '/') return {};
-    const std::string path = std::string(directory) + "/velmora";
+    std::string path = std::string(directory) + "/velmora";
     ::mkdir(path.c_str(), ownerOnly);
     return path;
 }
