@@ -108,12 +108,16 @@ class Shortcuts:
         for modifier, key, ran, repeats in (("ctrl", "d", "1 One", True), ("alt", "b", "1 Three", True),
                                             ("super", "c", "1 Four", False)):
             before = len(self.host.ran())
+            release = f"release key {key.upper()}"
+            released = self.host.said().count(release)
             self.x.key_down(modifier)
             self.x.key_down(key)
             if repeats:
                 wait_for(lambda: len(self.host.ran()) > before + 3, "the key to repeat")
             else:
-                self.assertTrue(stays(lambda: len(self.host.ran()) <= before + 1, 0.8))
+                # On a busy machine the toolkit itself takes a repeated key for one pressed anew.
+                self.assertTrue(stays(lambda: len(self.host.ran()) - before <=
+                                      1 + self.host.said().count(release) - released, 1))
             self.x.key_up(modifier)
             self.x.key_up(key)
             self.host.tell("text")

@@ -198,7 +198,9 @@ protected:
 private:
     static void sayKey(const QString& what, const QEvent& event) {
         const auto& key = static_cast<const QKeyEvent&>(event);
-        say(what + " key " + QKeySequence(key.key()).toString(QKeySequence::PortableText));
+        const QString again =
+            key.isAutoRepeat() && key.type() == QEvent::KeyRelease ? "repeated " : "";
+        say(again + what + " key " + QKeySequence(key.key()).toString(QKeySequence::PortableText));
     }
     static void sayButton(const QString& what, const QEvent& event) {
         const auto& mouse = static_cast<const QMouseEvent&>(event);
