@@ -1,6 +1,7 @@
 #include "commands/VelmoraShortcuts.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "commands/VelmoraTriggers.h"
 #include "platform/appkit/NSApplication.h"
@@ -54,11 +55,15 @@ void VelmoraShortcuts::init() {
 
 void VelmoraShortcuts::activateSettings() {
     shortcutsToSet_ = settings()->array();
+    searched_.reset();
     setKeys(nullptr);
 }
 
 void VelmoraShortcuts::setKeys(const Id& /*sender*/) {
     if (settingKeys_) return;
+    // In menus that are as they were there is nothing more to be found.
+    const std::uint64_t generation = NSMenu::generation();
+    if (std::exchange(searched_, generation) == generation) return;
     const Raised setting(settingKeys_);
     // From the last to the first: what notifications append meanwhile waits for the next call. They
     // may also end in a new list.
@@ -126,7 +131,10 @@ void VelmoraShortcuts::menuChangedNotification(const NSNotification& notificatio
                                              definition) != shortcutsToSet_.end();
             // The item changes because its shortcut is being written.
             if (isPending && settingKeys_) return;
-            if (!isPending) shortcutsToSet_.push_back(definition);
+            if (!isPending) {
+                shortcutsToSet_.push_back(definition);
+                searched_.reset();
+            }
         }
     }
     if (!shortcutsToSet_.empty()) setKeys(nullptr);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,8 @@ private:
     VelmoraSettingRef definitionNaming(const NSMenuItem& item);
 
     std::vector<VelmoraSettingRef> shortcutsToSet_;
+    /// The generation of the menus in which what is pending was looked for last.
+    std::optional<std::uint64_t> searched_;
     bool settingKeys_ = false;
 };
 

@@ -83,17 +83,23 @@ bool VelmoraCommon::mixinGlobals() {
     Counts taken;
     std::vector<VelmoraSettingRef> held;
     if (ui_) held = settings_->array();
-    for (int i = settings_->count(); i-- > 0;) {
-        const VelmoraSettingRef own = settings_->objectAtIndex(i);
-        if (!own->isGlobal()) continue;
-        const auto found = left.find(own.get());
-        if (found == left.end() || found->second == 0) {
-            settings_->removeObjectAtIndex(i);
-        } else {
+    std::vector<VelmoraSettingRef>& list = settings_->array();
+    std::vector<VelmoraSettingRef> kept;
+    kept.reserve(list.size());
+    for (auto own = list.rbegin(); own != list.rend(); ++own) {
+        const auto found = (*own)->isGlobal() ? left.find(own->get()) : left.end();
+        const bool isShared = found != left.end() && found->second > 0;
+        if (isShared) {
             --found->second;
             ++taken[found->first];
         }
+        if (isShared || !(*own)->isGlobal()) {
+            kept.push_back(*own);
+        } else {
+            settings_->setGlobalChanged(true);
+        }
     }
+    list.assign(kept.rbegin(), kept.rend());
     // What an open panel has changed stands in no file.
     if (settings_->array().size() < held.size()) {
         VelmoraSettings::keepVersion(held, appSpecificSettingsFileName());
