@@ -327,9 +327,17 @@ class Application:
 
     def activate(self, window, at=(0.5, 0.98)):
         """Clicks into a window, at a place where a click does nothing else, until it is active."""
-        if self.x.active_window() != window:
+        def is_active():
+            return self.x.active_window() == window
+
+        for _ in range(4):
+            if is_active():
+                return
+            # The window may still be on its way when it is clicked.
             self.x.click(*self.x.geometry(window).at(*at))
-            wait_for(lambda: self.x.active_window() == window, "the window to be active")
+            with contextlib.suppress(Timeout):
+                wait_for(is_active, "the window to be active", LIMIT / 4)
+        wait_for(is_active, "the window to be active", LIMIT / 4)
 
     def popup(self, limit=LIMIT):
         """Waits for a menu of the application, and that it is drawn; returns the topmost."""

@@ -58,6 +58,9 @@ class Scripts:
         for application, left in ((before, 1200), (now, now.place.x)):
             place = application.place._replace(x=left)
             self.x.place(application.main, place)
+            # The window manager moves it later, and a click must not hit the other one.
+            wait_for(lambda: abs(self.x.geometry(application.main).x - left) < 40,
+                     f"the window to be at {left}")
         now.activate(now.main)
 
     def test_programs_run_in_processes_and_lua_in_the_host(self):
