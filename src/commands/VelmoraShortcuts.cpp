@@ -112,7 +112,7 @@ NSMenuItemRef VelmoraShortcuts::findShortcut_withModifiers_inMenu(const std::str
             if (auto found = findShortcut_withModifiers_inMenu(key, modifiers, *item->submenu())) {
                 return found;
             }
-        } else if (item->keyEquivalent() == key && item->keyEquivalentModifierMask() == modifiers) {
+        } else if (item->keyEquivalentModifierMask() == modifiers && item->keyEquivalent() == key) {
             return item;
         }
     }

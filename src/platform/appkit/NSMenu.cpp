@@ -47,10 +47,7 @@ NSMenu::~NSMenu() {
     }
 }
 
-const NSMenuItemRef& NSMenu::itemAtIndex(int index) const {
-    static const NSMenuItemRef none;
-    return index >= 0 && index < numberOfItems() ? items_[static_cast<std::size_t>(index)] : none;
-}
+const NSMenuItemRef NSMenu::noItem;
 
 int NSMenu::indexOfItem(const NSMenuItem& item) const {
     for (int i = 0; i < numberOfItems(); ++i) {

@@ -25,7 +25,10 @@ public:
 
     int numberOfItems() const { return static_cast<int>(items_.size()); }
     /// The item at the index, or null.
-    const NSMenuItemRef& itemAtIndex(int index) const;
+    const NSMenuItemRef& itemAtIndex(int index) const {
+        return index >= 0 && index < numberOfItems() ? items_[static_cast<std::size_t>(index)]
+                                                     : noItem;
+    }
     const std::vector<NSMenuItemRef>& itemArray() const { return items_; }
     /// -1 when the item is not in this menu.
     int indexOfItem(const NSMenuItem& item) const;
@@ -80,6 +83,8 @@ protected:
 private:
     friend class NSMenuItem;
     void performActionForItemAtIndexImplementation(int index);
+
+    static const NSMenuItemRef noItem;
 
     std::string title_;
     std::vector<NSMenuItemRef> items_;
