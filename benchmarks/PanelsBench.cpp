@@ -10,7 +10,7 @@
 #include "commands/VelmoraMnemonics.h"
 #include "panels/VelmoraMenuSelectorCell.h"
 #include "platform/appkit/NSApplication.h"
-#include "platform/appkit/NSPanel.h"
+#include "platform/appkit/panels/NSPanel.h"
 #include "support/HeadlessHost.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "platform/foundation/NSRunLoop.h"
-#include "platform/foundation/PosixFileSystem.h"
+#include "platform/foundation/files/PosixFileSystem.h"
 #include "preferences/VelmoraDefaults.h"
 #include "support/ForwardingDesktop.h"
 #include "support/HeadlessHost.h"

@@ -7,8 +7,8 @@
 #include <ctime>
 #include <string>
 
-#include "platform/foundation/MemoryFileSystem.h"
 #include "platform/foundation/SettingsFiles.h"
+#include "platform/headless/MemoryFileSystem.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include "gestures/VelmoraGestureCell.h"
 #include "gestures/VelmoraGestureFeedbackWindow.h"
-#include "platform/appkit/NSGraphicsContext.h"
+#include "platform/appkit/drawing/NSGraphicsContext.h"
 #include "support/HeadlessHost.h"
 
 namespace {

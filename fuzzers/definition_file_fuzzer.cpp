@@ -3,7 +3,7 @@
 #include <string>
 
 #include "definitions/VelmoraSettings.h"
-#include "platform/foundation/FileHistory.h"
+#include "platform/foundation/files/FileHistory.h"
 #include "platform/headless/HeadlessSession.h"
 
 /// Any bytes as a definition file: what was read is written and read again as the same records, and

@@ -6,8 +6,8 @@
 
 #include "platform/appkit/NSScrollView.h"
 #include "platform/foundation/NSRunLoop.h"
-#include "platform/headless/HeadlessScrollView.h"
 #include "platform/headless/HeadlessSession.h"
+#include "platform/headless/windows/HeadlessScrollView.h"
 
 namespace {
 

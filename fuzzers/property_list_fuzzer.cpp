@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/foundation/PropertyListFile.h"
-#include "platform/foundation/PropertyListGuard.h"
+#include "platform/foundation/files/PropertyListFile.h"
+#include "platform/foundation/files/PropertyListGuard.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <sstream>
 #include <string_view>
 
-#include "platform/headless/ScenarioParser.h"
-#include "platform/headless/ScenarioPlayer.h"
+#include "replay/ScenarioParser.h"
+#include "replay/ScenarioPlayer.h"
 
 /// Any bytes as a scenario: they are malformed at one of their lines for some reason, or can be
 /// played, in bounded time and always in the same way.

@@ -1,7 +1,7 @@
 #include "commands/VelmoraMnemonics.h"
 
 #include "platform/appkit/NSApplication.h"
-#include "platform/appkit/NSTextField.h"
+#include "platform/appkit/controls/NSTextField.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Class.h"
 

@@ -5,14 +5,14 @@
 #include "commands/VelmoraShortcutFormatter.h"
 #include "commands/VelmoraTriggers.h"
 #include "definitions/VelmoraUtils.h"
-#include "platform/Desktop.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/Characters.h"
-#include "platform/foundation/LuaScript.h"
 #include "platform/foundation/NSLog.h"
-#include "platform/foundation/NSTask.h"
-#include "platform/foundation/ScriptFile.h"
+#include "platform/foundation/scripts/LuaScript.h"
+#include "platform/foundation/scripts/NSTask.h"
+#include "platform/port/Desktop.h"
+#include "platform/port/ScriptFile.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

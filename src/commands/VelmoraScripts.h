@@ -3,7 +3,7 @@
 #include <string>
 
 #include "commands/VelmoraTextSnippets.h"
-#include "platform/foundation/ScriptHost.h"
+#include "platform/foundation/scripts/ScriptHost.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "platform/appkit/NSFormatter.h"
+#include "platform/appkit/controls/NSFormatter.h"
 
 namespace velmora {
 

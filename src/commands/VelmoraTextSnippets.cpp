@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-#include "platform/Desktop.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/Characters.h"
+#include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

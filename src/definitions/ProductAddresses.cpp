@@ -1,6 +1,6 @@
 #include "definitions/ProductAddresses.h"
 
-#include "platform/Desktop.h"
+#include "platform/port/Desktop.h"
 
 namespace velmora {
 

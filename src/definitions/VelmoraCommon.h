@@ -7,8 +7,8 @@
 #include "definitions/VelmoraSetting.h"
 #include "definitions/VelmoraSettings.h"
 #include "platform/appkit/NSMenu.h"
-#include "platform/foundation/FileSystem.h"
 #include "platform/foundation/NSRunLoop.h"
+#include "platform/port/FileSystem.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/files/PropertyList.h"
 #include "platform/runtime/NSObject.h"
 
 namespace velmora {

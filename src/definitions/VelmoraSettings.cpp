@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "platform/Desktop.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/SettingsFiles.h"
+#include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

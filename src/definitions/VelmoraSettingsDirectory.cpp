@@ -1,6 +1,6 @@
 #include "definitions/VelmoraSettingsDirectory.h"
 
-#include "platform/Desktop.h"
+#include "platform/port/Desktop.h"
 
 namespace velmora {
 

@@ -1,6 +1,6 @@
 #include "gestures/VelmoraEventAdditions.h"
 
-#include "platform/Desktop.h"
+#include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "platform/appkit/NSColor.h"
+#include "platform/appkit/drawing/NSColor.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/appkit/NSBezierPath.h"
-#include "platform/appkit/NSCell.h"
+#include "platform/appkit/controls/NSCell.h"
+#include "platform/appkit/drawing/NSBezierPath.h"
 
 namespace velmora {
 

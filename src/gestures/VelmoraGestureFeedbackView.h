@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/appkit/NSBezierPath.h"
 #include "platform/appkit/NSDrawnWindow.h"
+#include "platform/appkit/drawing/NSBezierPath.h"
 
 namespace velmora {
 

@@ -6,9 +6,9 @@
 
 #include "gestures/VelmoraGestureFeedbackWindow.h"
 #include "gestures/VelmoraScrollMotion.h"
-#include "platform/appkit/NSCursor.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSWindow.h"
+#include "platform/appkit/drawing/NSCursor.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/runtime/ProcessWide.h"
 

@@ -4,11 +4,11 @@
 
 #include "definitions/ProductAddresses.h"
 #include "definitions/VelmoraSettingsDirectory.h"
-#include "platform/appkit/NSAlert.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWorkspace.h"
+#include "platform/appkit/panels/NSAlert.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/PropertyListURL.h"
+#include "platform/foundation/files/PropertyListURL.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

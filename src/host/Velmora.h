@@ -11,7 +11,7 @@
 #include "definitions/VelmoraCommon.h"
 #include "gestures/VelmoraGestures.h"
 #include "platform/appkit/NSMenu.h"
-#include "platform/appkit/NSPanel.h"
+#include "platform/appkit/panels/NSPanel.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "preferences/VelmoraDefaults.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/appkit/NSButton.h"
+#include "platform/appkit/controls/NSButton.h"
 #include "platform/foundation/NSRunLoop.h"
 
 namespace velmora {

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstring>
 
-#include "platform/foundation/FileSystem.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSLog.h"
+#include "platform/port/FileSystem.h"
 #include "platform/runtime/ProcessWide.h"
 
 namespace velmora {

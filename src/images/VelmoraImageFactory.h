@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/appkit/NSCursor.h"
-#include "platform/appkit/NSImage.h"
+#include "platform/appkit/drawing/NSCursor.h"
+#include "platform/appkit/drawing/NSImage.h"
 
 namespace velmora {
 

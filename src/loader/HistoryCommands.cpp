@@ -7,10 +7,10 @@
 #include "loader/SettingsDifference.h"
 #include "loader/SettingsDirectory.h"
 #include "loader/SettingsFile.h"
-#include "platform/foundation/FileHistory.h"
-#include "platform/foundation/PosixFileSystem.h"
-#include "platform/foundation/PropertyListGuard.h"
 #include "platform/foundation/SettingsFiles.h"
+#include "platform/foundation/files/FileHistory.h"
+#include "platform/foundation/files/PosixFileSystem.h"
+#include "platform/foundation/files/PropertyListGuard.h"
 
 namespace velmora {
 

@@ -7,8 +7,8 @@
 
 #include "loader/SettingsDirectory.h"
 #include "loader/SettingsFile.h"
-#include "platform/foundation/PosixFileSystem.h"
-#include "platform/foundation/PropertyListGuard.h"
+#include "platform/foundation/files/PosixFileSystem.h"
+#include "platform/foundation/files/PropertyListGuard.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/files/PropertyListFile.h"
 
 namespace velmora {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <set>
 
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/files/PropertyListFile.h"
 
 namespace velmora {
 

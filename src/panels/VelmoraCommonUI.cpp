@@ -7,7 +7,7 @@
 #include "panels/VelmoraGlobalFlagCell.h"
 #include "panels/VelmoraMenuSelectorCell.h"
 #include "platform/appkit/NSPasteboard.h"
-#include "platform/appkit/ObjectValue.h"
+#include "platform/appkit/controls/ObjectValue.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSNotificationCenter.h"

@@ -5,10 +5,10 @@
 
 #include "definitions/VelmoraCommon.h"
 #include "panels/VelmoraTableView.h"
-#include "platform/appkit/NSButton.h"
-#include "platform/appkit/NSContentDrawer.h"
-#include "platform/appkit/NSPanel.h"
-#include "platform/appkit/NSTableView.h"
+#include "platform/appkit/controls/NSButton.h"
+#include "platform/appkit/controls/NSTableView.h"
+#include "platform/appkit/panels/NSContentDrawer.h"
+#include "platform/appkit/panels/NSPanel.h"
 
 namespace velmora {
 

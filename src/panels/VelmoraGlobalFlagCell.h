@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/appkit/NSButtonCell.h"
+#include "platform/appkit/controls/NSButtonCell.h"
 
 namespace velmora {
 

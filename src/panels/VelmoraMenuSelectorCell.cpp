@@ -2,8 +2,8 @@
 
 #include "definitions/VelmoraUtils.h"
 #include "panels/VelmoraMenuItem.h"
-#include "platform/Desktop.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 #include "platform/runtime/ProcessWide.h"
 

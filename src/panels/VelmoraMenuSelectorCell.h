@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/appkit/NSPopUpButtonCell.h"
+#include "platform/appkit/controls/NSPopUpButtonCell.h"
 
 namespace velmora {
 

@@ -4,8 +4,8 @@
 #include "commands/VelmoraShortcuts.h"
 #include "commands/VelmoraTriggers.h"
 #include "definitions/VelmoraUtils.h"
-#include "platform/appkit/NSAlert.h"
-#include "platform/appkit/NSTextFieldCell.h"
+#include "platform/appkit/controls/NSTextFieldCell.h"
+#include "platform/appkit/panels/NSAlert.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/runtime/Class.h"
 

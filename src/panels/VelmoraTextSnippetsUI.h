@@ -1,7 +1,7 @@
 #pragma once
 
 #include "panels/VelmoraCommonUI.h"
-#include "platform/appkit/NSTextView.h"
+#include "platform/appkit/controls/NSTextView.h"
 
 namespace velmora {
 

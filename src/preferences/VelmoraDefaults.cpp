@@ -5,9 +5,9 @@
 
 #include "definitions/VelmoraSettingsDirectory.h"
 #include "images/VelmoraImageFactory.h"
-#include "platform/Desktop.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/foundation/SettingsFiles.h"
+#include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

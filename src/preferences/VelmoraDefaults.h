@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "platform/appkit/NSMenuItem.h"
-#include "platform/foundation/FileSystem.h"
-#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/files/PropertyList.h"
+#include "platform/port/FileSystem.h"
 #include "platform/runtime/NSObject.h"
 #include "preferences/VelmoraActivation.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "images/VelmoraImageFactory.h"
-#include "platform/appkit/NSColor.h"
+#include "platform/appkit/drawing/NSColor.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/runtime/Outlet.h"

@@ -5,12 +5,12 @@
 #include <memory>
 #include <string>
 
-#include "platform/appkit/NSButton.h"
-#include "platform/appkit/NSImageView.h"
-#include "platform/appkit/NSMatrix.h"
-#include "platform/appkit/NSPanel.h"
-#include "platform/appkit/NSSlider.h"
-#include "platform/appkit/NSTextField.h"
+#include "platform/appkit/controls/NSButton.h"
+#include "platform/appkit/controls/NSImageView.h"
+#include "platform/appkit/controls/NSMatrix.h"
+#include "platform/appkit/controls/NSSlider.h"
+#include "platform/appkit/controls/NSTextField.h"
+#include "platform/appkit/panels/NSPanel.h"
 #include "preferences/VelmoraDefaults.h"
 
 namespace velmora {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/appkit/NSApplication.h"
-#include "platform/appkit/NSPanel.h"
+#include "platform/appkit/panels/NSPanel.h"
 #include "support/HeadlessHost.h"
 
 namespace velmora {

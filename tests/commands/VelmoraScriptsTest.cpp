@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "platform/foundation/PosixFileSystem.h"
-#include "platform/foundation/PosixTask.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/files/PosixFileSystem.h"
+#include "platform/foundation/files/PropertyListFile.h"
+#include "platform/foundation/scripts/PosixTask.h"
 #include "support/HeadlessHost.h"
 #include "support/TemporaryFolder.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/foundation/FileHistory.h"
+#include "platform/foundation/files/FileHistory.h"
 #include "platform/runtime/Class.h"
 #include "support/HeadlessHost.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "definitions/VelmoraSettingsDirectory.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/foundation/files/PropertyListFile.h"
 #include "support/HeadlessHost.h"
 
 namespace velmora {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/appkit/NSGraphicsContext.h"
+#include "platform/appkit/drawing/NSGraphicsContext.h"
 
 namespace velmora {
 namespace {

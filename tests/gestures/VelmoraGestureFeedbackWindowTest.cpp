@@ -5,8 +5,8 @@
 
 #include <tuple>
 
-#include "platform/Desktop.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/port/Desktop.h"
 #include "support/HeadlessHost.h"
 
 namespace velmora {

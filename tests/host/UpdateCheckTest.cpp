@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "host/Velmora.h"
-#include "platform/appkit/NSPanel.h"
-#include "platform/foundation/FileSystem.h"
+#include "platform/appkit/panels/NSPanel.h"
 #include "platform/headless/HeadlessPanel.h"
+#include "platform/port/FileSystem.h"
 #include "support/ForwardingDesktop.h"
 #include "support/HeadlessHost.h"
 

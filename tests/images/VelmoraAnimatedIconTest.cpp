@@ -8,7 +8,7 @@
 #include "definitions/ProductAddresses.h"
 #include "images/VelmoraImageFactory.h"
 #include "platform/appkit/NSApplication.h"
-#include "platform/appkit/NSPanel.h"
+#include "platform/appkit/panels/NSPanel.h"
 #include "support/HeadlessHost.h"
 
 namespace velmora {

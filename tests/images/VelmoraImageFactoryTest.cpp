@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Desktop.h"
+#include "platform/port/Desktop.h"
 #include "support/HeadlessHost.h"
 
 namespace velmora {

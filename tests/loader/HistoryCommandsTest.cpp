@@ -7,8 +7,8 @@
 #include <fstream>
 
 #include "loader/SettingsCommands.h"
-#include "platform/foundation/FileHistory.h"
-#include "platform/foundation/PosixFileSystem.h"
+#include "platform/foundation/files/FileHistory.h"
+#include "platform/foundation/files/PosixFileSystem.h"
 #include "support/TemporaryFolder.h"
 
 namespace velmora {

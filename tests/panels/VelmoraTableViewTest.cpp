@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/appkit/NSPanel.h"
+#include "platform/appkit/panels/NSPanel.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/appkit/NSImage.h"
-#include "platform/foundation/FileHistory.h"
-#include "platform/foundation/PropertyListFile.h"
+#include "platform/appkit/drawing/NSImage.h"
+#include "platform/foundation/files/FileHistory.h"
+#include "platform/foundation/files/PropertyListFile.h"
 #include "support/HeadlessHost.h"
 
 namespace velmora {

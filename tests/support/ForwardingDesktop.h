@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/Desktop.h"
-#include "platform/appkit/CGDirectDisplay.h"
 #include "platform/appkit/NSDrawnWindow.h"
-#include "platform/appkit/NSPanel.h"
-#include "platform/foundation/NSTask.h"
+#include "platform/appkit/panels/NSPanel.h"
+#include "platform/foundation/scripts/NSTask.h"
+#include "platform/port/CGDirectDisplay.h"
+#include "platform/port/Desktop.h"
 
 namespace velmora {
 

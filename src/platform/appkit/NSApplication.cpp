@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/Desktop.h"
-#include "platform/appkit/NSPanel.h"
+#include "platform/appkit/panels/NSPanel.h"
 #include "platform/foundation/NSNotificationCenter.h"
+#include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

@@ -9,7 +9,7 @@
 #include "platform/appkit/NSMenu.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/foundation/NSRunLoop.h"
-#include "platform/foundation/Time.h"
+#include "platform/port/Time.h"
 #include "platform/runtime/NSObject.h"
 
 namespace velmora {

@@ -1,6 +1,6 @@
 #include "platform/appkit/NSDrawnWindow.h"
 
-#include "platform/Desktop.h"
+#include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

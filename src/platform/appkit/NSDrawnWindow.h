@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "platform/appkit/NSGraphicsContext.h"
 #include "platform/appkit/NSView.h"
 #include "platform/appkit/NSWindow.h"
+#include "platform/appkit/drawing/NSGraphicsContext.h"
 
 namespace velmora {
 

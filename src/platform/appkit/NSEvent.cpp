@@ -1,7 +1,7 @@
 #include "platform/appkit/NSEvent.h"
 
-#include "platform/Desktop.h"
-#include "platform/appkit/CGDirectDisplay.h"
+#include "platform/port/CGDirectDisplay.h"
+#include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

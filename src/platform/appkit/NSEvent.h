@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/foundation/NSGeometry.h"
+#include "platform/port/NSGeometry.h"
 #include "platform/runtime/NSObject.h"
 
 namespace velmora {

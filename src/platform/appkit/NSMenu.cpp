@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/Desktop.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSNotificationCenter.h"
+#include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 #include "platform/runtime/ProcessWide.h"
 

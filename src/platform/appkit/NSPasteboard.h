@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/files/PropertyList.h"
 #include "platform/runtime/NSObject.h"
 
 namespace velmora {

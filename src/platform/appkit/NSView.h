@@ -4,7 +4,7 @@
 
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSResponder.h"
-#include "platform/foundation/NSGeometry.h"
+#include "platform/port/NSGeometry.h"
 
 namespace velmora {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/appkit/NSResponder.h"
-#include "platform/foundation/NSGeometry.h"
+#include "platform/port/NSGeometry.h"
 
 namespace velmora {
 

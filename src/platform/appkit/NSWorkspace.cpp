@@ -1,6 +1,6 @@
 #include "platform/appkit/NSWorkspace.h"
 
-#include "platform/Desktop.h"
+#include "platform/port/Desktop.h"
 
 namespace velmora {
 

@@ -1,6 +1,6 @@
 #include "platform/foundation/NSLog.h"
 
-#include "platform/Desktop.h"
+#include "platform/port/Desktop.h"
 
 namespace velmora {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/foundation/Time.h"
+#include "platform/port/Time.h"
 #include "platform/runtime/NSObject.h"
 
 namespace velmora {

@@ -6,8 +6,8 @@
 #include <set>
 #include <string>
 
-#include "platform/foundation/FileSystem.h"
-#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/files/PropertyList.h"
+#include "platform/port/FileSystem.h"
 
 namespace velmora {
 

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "platform/appkit/NSCursor.h"
 #include "platform/appkit/NSEvent.h"
+#include "platform/appkit/drawing/NSCursor.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/headless/HeadlessSession.h"
-#include "platform/headless/HeadlessText.h"
-#include "platform/headless/InputNames.h"
 #include "platform/headless/PngCodec.h"
+#include "platform/headless/input/InputNames.h"
+#include "platform/headless/windows/HeadlessText.h"
 
 namespace velmora {
 

@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "platform/Desktop.h"
 #include "platform/headless/HeadlessDrawnWindow.h"
-#include "platform/headless/HeadlessMenu.h"
 #include "platform/headless/HeadlessPanel.h"
 #include "platform/headless/HeadlessTask.h"
-#include "platform/headless/HeadlessWindow.h"
-#include "platform/headless/HostDescription.h"
 #include "platform/headless/Transcript.h"
+#include "platform/headless/windows/HeadlessMenu.h"
+#include "platform/headless/windows/HeadlessWindow.h"
+#include "platform/headless/windows/HostDescription.h"
+#include "platform/port/Desktop.h"
 
 namespace velmora {
 

@@ -4,7 +4,7 @@
 #include <set>
 #include <string>
 
-#include "platform/foundation/MemoryFileSystem.h"
+#include "platform/headless/MemoryFileSystem.h"
 
 namespace velmora {
 

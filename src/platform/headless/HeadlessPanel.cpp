@@ -5,7 +5,7 @@
 
 #include "platform/appkit/NSApplication.h"
 #include "platform/headless/HeadlessDesktop.h"
-#include "platform/headless/HeadlessText.h"
+#include "platform/headless/windows/HeadlessText.h"
 
 namespace velmora {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/appkit/NSButton.h"
-#include "platform/appkit/NSPanel.h"
+#include "platform/appkit/controls/NSButton.h"
+#include "platform/appkit/panels/NSPanel.h"
 #include "platform/headless/HeadlessTable.h"
 
 namespace velmora {

@@ -8,10 +8,10 @@
 
 #include "platform/headless/HeadlessFiles.h"
 #include "platform/headless/HeadlessProcess.h"
-#include "platform/headless/HeadlessUser.h"
-#include "platform/headless/InputQueue.h"
 #include "platform/headless/Transcript.h"
-#include "platform/headless/VirtualClock.h"
+#include "platform/headless/input/HeadlessUser.h"
+#include "platform/headless/input/InputQueue.h"
+#include "platform/headless/input/VirtualClock.h"
 
 namespace velmora {
 

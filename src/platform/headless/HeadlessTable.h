@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/appkit/NSTableView.h"
+#include "platform/appkit/controls/NSTableView.h"
 
 namespace velmora {
 

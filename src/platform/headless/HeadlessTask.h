@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/NSTask.h"
+#include "platform/foundation/scripts/NSTask.h"
 
 namespace velmora {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/appkit/Bitmap.h"
+#include "platform/port/Bitmap.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/foundation/Time.h"
+#include "platform/port/Time.h"
 
 namespace velmora {
 

@@ -4,10 +4,10 @@
 #include <QTimer>
 
 #include "platform/foundation/AddedEnvironment.h"
-#include "platform/foundation/PosixUser.h"
-#include "platform/qt/HostProcess.h"
+#include "platform/foundation/files/PosixUser.h"
 #include "platform/qt/QtDesktop.h"
-#include "platform/qt/QtGuard.h"
+#include "platform/qt/base/HostProcess.h"
+#include "platform/qt/base/QtGuard.h"
 
 namespace velmora {
 

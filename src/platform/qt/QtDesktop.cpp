@@ -9,14 +9,14 @@
 
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSRunLoop.h"
-#include "platform/foundation/PosixFetch.h"
-#include "platform/foundation/PosixTask.h"
-#include "platform/qt/HostProcess.h"
-#include "platform/qt/QtCoordinates.h"
-#include "platform/qt/QtDrawnWindow.h"
-#include "platform/qt/QtGuard.h"
-#include "platform/qt/QtImages.h"
-#include "platform/qt/QtPanel.h"
+#include "platform/foundation/scripts/PosixFetch.h"
+#include "platform/foundation/scripts/PosixTask.h"
+#include "platform/qt/base/HostProcess.h"
+#include "platform/qt/base/QtCoordinates.h"
+#include "platform/qt/base/QtGuard.h"
+#include "platform/qt/base/QtImages.h"
+#include "platform/qt/panels/QtPanel.h"
+#include "platform/qt/trace/QtDrawnWindow.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

@@ -4,16 +4,16 @@
 #include <QTimer>
 #include <memory>
 
-#include "platform/Desktop.h"
-#include "platform/foundation/PosixFileSystem.h"
-#include "platform/qt/EventHook.h"
-#include "platform/qt/LogFile.h"
-#include "platform/qt/QtCursor.h"
-#include "platform/qt/QtMenuBars.h"
-#include "platform/qt/QtPinnedPointer.h"
-#include "platform/qt/QtTyping.h"
-#include "platform/qt/QtWheel.h"
-#include "platform/qt/QtWindows.h"
+#include "platform/foundation/files/PosixFileSystem.h"
+#include "platform/port/Desktop.h"
+#include "platform/qt/base/LogFile.h"
+#include "platform/qt/base/QtCursor.h"
+#include "platform/qt/input/EventHook.h"
+#include "platform/qt/input/QtPinnedPointer.h"
+#include "platform/qt/input/QtTyping.h"
+#include "platform/qt/input/QtWheel.h"
+#include "platform/qt/menus/QtMenuBars.h"
+#include "platform/qt/windows/QtWindows.h"
 
 namespace velmora {
 

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "platform/foundation/files/PropertyList.h"
+#include "platform/runtime/NSObject.h"
+
+namespace velmora {
+
+/// Turns a cell's value into what the cell shows.
+class NSFormatter : public NSObject {
+public:
+    static Class& classObject();
+    Class& isa() const override { return classObject(); }
+
+    /// `value` is null for none.
+    virtual std::string stringForObjectValue(const PropertyList* value) const = 0;
+
+    /// The same in words, where what is shown has signs that not everybody knows and no voice
+    /// reads.
+    virtual std::string spokenStringForObjectValue(const PropertyList* value) const {
+        return stringForObjectValue(value);
+    }
+};
+
+using NSFormatterRef = std::shared_ptr<const NSFormatter>;
+
+}  // namespace velmora

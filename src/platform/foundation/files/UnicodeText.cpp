@@ -1,0 +1,67 @@
+#include "platform/foundation/files/UnicodeText.h"
+
+#include <cstdint>
+
+namespace velmora {
+
+namespace {
+
+enum class ByteOrder { LittleEndian, BigEndian };
+
+bool appendUTF16(std::string& text, std::string_view bytes, ByteOrder order) {
+    if (bytes.size() % 2 != 0) return false;
+    const auto unitAt = [bytes, order](std::size_t at) {
+        const auto first = static_cast<std::uint8_t>(bytes[at]);
+        const auto second = static_cast<std::uint8_t>(bytes[at + 1]);
+        return order == ByteOrder::BigEndian ? char32_t{first} << 8U | second
+                                             : char32_t{second} << 8U | first;
+    };
+    text.reserve(bytes.size());
+    for (std::size_t at = 0; at < bytes.size(); at += 2) {
+        char32_t unit = unitAt(at);
+        if (unit >= 0xDC00 && unit <= 0xDFFF) return false;
+        if (unit >= 0xD800 && unit <= 0xDBFF) {
+            at += 2;
+            if (at >= bytes.size()) return false;
+            const char32_t low = unitAt(at);
+            if (low < 0xDC00 || low > 0xDFFF) return false;
+            unit = 0x10000 + ((unit - 0xD800) << 10U) + (low - 0xDC00);
+        }
+        appendUTF8(text, unit);
+    }
+    return true;
+}
+
+}  // namespace
+
+void appendUTF8(std::string& text, char32_t codePoint) {
+    const auto put = [&text](char32_t byte) { text += static_cast<char>(byte); };
+    if (codePoint < 0x80) {
+        put(codePoint);
+    } else if (codePoint < 0x800) {
+        put(0xC0U | codePoint >> 6U);
+        put(0x80U | (codePoint & 0x3FU));
+    } else if (codePoint < 0x10000) {
+        put(0xE0U | codePoint >> 12U);
+        put(0x80U | (codePoint >> 6U & 0x3FU));
+        put(0x80U | (codePoint & 0x3FU));
+    } else {
+        put(0xF0U | codePoint >> 18U);
+        put(0x80U | (codePoint >> 12U & 0x3FU));
+        put(0x80U | (codePoint >> 6U & 0x3FU));
+        put(0x80U | (codePoint & 0x3FU));
+    }
+}
+
+std::optional<std::string_view> utf8FromFileText(std::string_view bytes, std::string& buffer) {
+    if (bytes.substr(0, 3) == "\xEF\xBB\xBF") return bytes.substr(3);
+    std::optional<ByteOrder> order;
+    if (bytes.substr(0, 2) == "\xFE\xFF") order = ByteOrder::BigEndian;
+    if (bytes.substr(0, 2) == "\xFF\xFE") order = ByteOrder::LittleEndian;
+    if (!order) return bytes;
+    buffer.clear();
+    if (!appendUTF16(buffer, bytes.substr(2), *order)) return std::nullopt;
+    return buffer;
+}
+
+}  // namespace velmora
