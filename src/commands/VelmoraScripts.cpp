@@ -8,12 +8,12 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/foundation/Characters.h"
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/scripts/LuaScript.h"
 #include "platform/foundation/scripts/NSTask.h"
 #include "platform/port/Desktop.h"
 #include "platform/port/ScriptFile.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

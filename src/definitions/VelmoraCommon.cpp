@@ -7,9 +7,9 @@
 #include "definitions/VelmoraSettingsDirectory.h"
 #include "definitions/VelmoraUtils.h"
 #include "platform/appkit/NSApplication.h"
-#include "platform/foundation/NSLog.h"
 #include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/Raised.h"
 
 namespace velmora {

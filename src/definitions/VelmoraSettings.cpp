@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <iterator>
 
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/SettingsFiles.h"
 #include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

@@ -8,8 +8,8 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSView.h"
 #include "platform/appkit/NSWorkspace.h"
-#include "platform/foundation/NSLog.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/foundation/NSLog.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/NSLog.h"
 #include "platform/port/FileSystem.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/ProcessWide.h"
 
 namespace velmora {

@@ -9,8 +9,8 @@
 #include "platform/appkit/NSPasteboard.h"
 #include "platform/appkit/controls/ObjectValue.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSNotificationCenter.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/Outlet.h"
 
 namespace velmora {

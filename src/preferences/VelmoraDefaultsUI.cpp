@@ -5,7 +5,7 @@
 #include "images/VelmoraImageFactory.h"
 #include "platform/appkit/drawing/NSColor.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/NSLog.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/Outlet.h"
 
 namespace velmora {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/appkit/panels/NSPanel.h"
+#include "platform/appkit/ModalWindow.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
@@ -141,13 +141,13 @@ bool NSApplication::sendAction_to_from(Selector action, const Id& target, const 
     return true;
 }
 
-int NSApplication::runModalForWindow(NSPanel& panel) {
-    const auto kept = panel.shared_from_this();
+int NSApplication::runModalForWindow(ModalWindow& window) {
+    const auto kept = window.shared_from_this();
     NSRunLoop& loop = NSRunLoop::currentRunLoop();
     const RunLoopMode outer = loop.mode();
-    sessions_.push_back({&panel});
+    sessions_.push_back({&window});
     loop.setMode(NSModalPanelRunLoopMode);
-    panel.peer().runModal();
+    window.runModal();
     loop.setMode(outer);
     const int code = sessions_.back().code;
     sessions_.pop_back();
@@ -157,7 +157,7 @@ int NSApplication::runModalForWindow(NSPanel& panel) {
 void NSApplication::stopModalWithCode(int code) {
     if (sessions_.empty()) return;
     sessions_.back().code = code;
-    sessions_.back().panel->peer().endModal();
+    sessions_.back().window->endModal();
 }
 
 void NSApplication::postEvent(NSEventRef event) {

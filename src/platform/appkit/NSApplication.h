@@ -14,7 +14,7 @@
 
 namespace velmora {
 
-class NSPanel;
+class ModalWindow;
 
 /// The code of a modal session that was stopped without one.
 inline constexpr int NSRunStoppedResponse = -1000;
@@ -59,10 +59,10 @@ public:
     /// receiver does not respond.
     bool sendAction_to_from(Selector action, const Id& target, const Id& sender);
 
-    /// Runs the panel as the only window that takes input, in the modal run-loop mode, until the
-    /// session is stopped or the panel closed. The code with which it was stopped; stopModal and a
-    /// closed panel give NSRunStoppedResponse. Sessions may nest.
-    int runModalForWindow(NSPanel& panel);
+    /// Runs the window as the only window that takes input, in the modal run-loop mode, until the
+    /// session is stopped or the window closed. The code with which it was stopped; stopModal and a
+    /// closed window give NSRunStoppedResponse. Sessions may nest.
+    int runModalForWindow(ModalWindow& window);
     void stopModal() { stopModalWithCode(NSRunStoppedResponse); }
     /// Stops the innermost session; without one it does nothing.
     void stopModalWithCode(int code);
@@ -104,7 +104,7 @@ private:
     void post(std::string_view notification);
 
     struct ModalSession {
-        NSPanel* panel;
+        ModalWindow* window;
         int code = NSRunStoppedResponse;
     };
 

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/files/OldStylePropertyList.h"
 #include "platform/foundation/files/PosixFileSystem.h"
 #include "platform/port/Desktop.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/ProcessWide.h"
 
 namespace velmora {

@@ -3,12 +3,12 @@
 #include <functional>
 #include <new>
 
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSRunLoop.h"
 #include "platform/foundation/files/FileHistory.h"
 #include "platform/foundation/files/PropertyListFile.h"
 #include "platform/foundation/files/PropertyListGuard.h"
 #include "platform/port/Desktop.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/ProcessWide.h"
 
 namespace velmora {

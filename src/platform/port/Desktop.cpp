@@ -2,6 +2,7 @@
 
 #include <cassert>
 
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/ProcessWide.h"
 
 namespace velmora {
@@ -23,6 +24,7 @@ Desktop* currentDesktop() {
 
 void setDesktop(Desktop* desktop) {
     current = desktop;
+    setLogReceiver(desktop);
 }
 
 }  // namespace velmora

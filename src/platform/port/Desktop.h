@@ -12,6 +12,7 @@
 #include "platform/port/FileSystem.h"
 #include "platform/port/NSGeometry.h"
 #include "platform/port/Time.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 
@@ -32,7 +33,7 @@ class PanelPeer;
 /// The other way round a desktop drives the layer through NSApplication: postEvent and
 /// deliverEvents for input, finishLaunching, didBecomeActive and willResignActive for the
 /// application's state, fireTimers when the moment that timersChanged named has come.
-class Desktop {
+class Desktop : public LogReceiver {
 public:
     virtual ~Desktop() = default;
 
@@ -116,11 +117,11 @@ public:
 
     // How it tells something. None of these blocks or throws: what cannot be told at once is lost.
 
-    virtual void log(const std::string& line) = 0;
-    virtual void trace(const std::string& line) = 0;
+    void log(const std::string& line) override = 0;
+    void trace(const std::string& line) override = 0;
     /// The system's alert sound. It is no line of the log.
     virtual void beep() = 0;
-    virtual bool traceEnabled() const = 0;
+    bool traceEnabled() const override = 0;
 
     /// The base name of the running executable, or of the script for an interpreter.
     virtual std::string processName() = 0;

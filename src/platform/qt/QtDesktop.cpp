@@ -65,7 +65,11 @@ bool isSet(const char* variable) {
 
 }  // namespace
 
-QtDesktop::Session::Session() : menuBars(windows), typing(windows), hook(menuBars, windows) {
+QtDesktop::Session::Session()
+    : windows(contextMenus),
+      menuBars(windows, contextMenus),
+      typing(windows),
+      hook(menuBars, windows) {
     hook.watchForHostLoops([this] {
         cursor.show(nullptr);
         return pointer.lose();

@@ -12,6 +12,7 @@
 #include "platform/qt/input/QtPinnedPointer.h"
 #include "platform/qt/input/QtTyping.h"
 #include "platform/qt/input/QtWheel.h"
+#include "platform/qt/menus/QtContextMenus.h"
 #include "platform/qt/menus/QtMenuBars.h"
 #include "platform/qt/windows/QtWindows.h"
 
@@ -73,6 +74,7 @@ private:
         Session();
 
         QObject context;
+        QtContextMenus contextMenus;
         QtWindows windows;
         QtMenuBars menuBars;
         QtTyping typing;

@@ -4,7 +4,7 @@
 #include <cassert>
 #include <map>
 
-#include "platform/foundation/NSLog.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/appkit/panels/NSPanel.h"
-
 namespace velmora {
 
 namespace {
@@ -17,8 +15,8 @@ NSControlRef controlOf(const NSContentView::Cell& cell) {
 
 }  // namespace
 
-NSContentView::NSContentView(NSPanel& panel, std::vector<Row> rows)
-    : panel_(&panel), rows_(std::move(rows)) {
+NSContentView::NSContentView(NSWindow& panel, std::function<void()> changed, std::vector<Row> rows)
+    : panel_(&panel), changed_(std::move(changed)), rows_(std::move(rows)) {
     for (const NSControlRef& control : subviews()) control->superview_ = this;
 }
 
@@ -50,7 +48,7 @@ void NSContentView::addSubview(const NSControlRef& control) {
     control->removeFromSuperviewWithoutNeedingDisplay();
     control->superview_ = this;
     rows_.push_back({control});
-    changed();
+    changed_();
 }
 
 void NSContentView::remove(NSControl& control) {
@@ -59,15 +57,12 @@ void NSContentView::remove(NSControl& control) {
     for (Row& row : rows_) {
         std::erase_if(row, [&](const Cell& cell) { return controlOf(cell) == kept; });
     }
-    changed();
-}
-
-void NSContentView::changed() {
-    if (panel_) panel_->contentChanged();
+    changed_();
 }
 
 void NSContentView::close() {
     panel_ = nullptr;
+    changed_ = [] {};
     for (const NSControlRef& control : subviews()) {
         control->removeFromSuperviewWithoutNeedingDisplay();
     }

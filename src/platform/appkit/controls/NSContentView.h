@@ -1,17 +1,17 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <variant>
 #include <vector>
 
+#include "platform/appkit/NSWindow.h"
 #include "platform/appkit/controls/NSControl.h"
 #include "platform/appkit/controls/NSMatrix.h"
 #include "platform/appkit/controls/NSTextField.h"
 
 namespace velmora {
-
-class NSPanel;
 
 /// What a panel shows: rows of labels and controls. The panel owns it.
 class NSContentView final : public NSView {
@@ -32,7 +32,8 @@ public:
     using Cell = std::variant<Label, NSControlRef, MatrixRow>;
     using Row = std::vector<Cell>;
 
-    NSContentView(NSPanel& panel, std::vector<Row> rows);
+    /// `changed` is called when controls come or go, as long as the panel lives.
+    NSContentView(NSWindow& panel, std::function<void()> changed, std::vector<Row> rows);
     ~NSContentView() override;
 
     /// The place of a row does not change; one whose only control was removed is empty.
@@ -57,11 +58,11 @@ private:
     friend class NSControl;
     friend class NSPanel;
     void remove(NSControl& control);
-    void changed();
     /// The panel is going: all controls are removed.
     void close();
 
-    NSPanel* panel_;
+    NSWindow* panel_;
+    std::function<void()> changed_;
     std::vector<Row> rows_;
 };
 

@@ -10,9 +10,9 @@
 #include "platform/appkit/NSMenu.h"
 #include "platform/appkit/controls/NSTableColumn.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/files/PropertyListFile.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

@@ -22,7 +22,9 @@ Class& NSPanel::classObject() {
 }
 
 NSPanel::NSPanel(std::string title, std::vector<Row> rows)
-    : title_(std::move(title)), content_(std::make_shared<NSContentView>(*this, std::move(rows))) {}
+    : title_(std::move(title)),
+      content_(std::make_shared<NSContentView>(
+          *this, [this] { contentChanged(); }, std::move(rows))) {}
 
 NSPanel::~NSPanel() {
     if (drawer_) drawer_->setPanel(nullptr);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/appkit/NSWindow.h"
+#include "platform/appkit/ModalWindow.h"
 #include "platform/appkit/controls/NSContentView.h"
 #include "platform/appkit/panels/NSContentDrawer.h"
 
@@ -62,7 +62,7 @@ public:
 /// under a title, and maybe a drawer. A gesture can start over it, but finds no view there. Its
 /// delegate may answer `windowWillClose:` (`void(const NSNotification&)`, the panel is the object),
 /// which comes once the panel no longer shows; the panel may be let go by it.
-class NSPanel final : public NSWindow {
+class NSPanel final : public ModalWindow {
 public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
@@ -129,6 +129,9 @@ public:
     const std::shared_ptr<NSObject>& attachedSheet() const { return attachedSheet_; }
     void setAttachedSheet(std::shared_ptr<NSObject> sheet) { attachedSheet_ = std::move(sheet); }
 
+    void runModal() override { peer().runModal(); }
+    void endModal() override { peer().endModal(); }
+
     // For desktops
 
     PanelPeer& peer();
@@ -146,7 +149,6 @@ public:
     void drawerChanged();
 
 private:
-    friend class NSContentView;
     void contentChanged();
     bool holds(const NSControl& control) const;
 

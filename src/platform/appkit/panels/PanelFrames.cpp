@@ -5,9 +5,9 @@
 #include <locale>
 #include <sstream>
 
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/SettingsFiles.h"
 #include "platform/port/Desktop.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/ProcessWide.h"
 
 namespace velmora {

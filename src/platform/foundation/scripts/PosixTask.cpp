@@ -13,8 +13,8 @@
 #include <string_view>
 #include <thread>
 
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/scripts/RunningScript.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

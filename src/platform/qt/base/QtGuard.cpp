@@ -3,7 +3,7 @@
 #include <set>
 #include <string>
 
-#include "platform/foundation/NSLog.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

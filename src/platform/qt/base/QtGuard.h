@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/foundation/NSLog.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

@@ -18,7 +18,6 @@ namespace velmora {
 namespace {
 
 EventHook* installed = nullptr;
-std::optional<Time> releaseTime;
 
 bool mayBringMenuBar(const QObject* receiver, const QEvent* event) {
     if (event->type() == QEvent::Show) return receiver->isWidgetType();
@@ -66,10 +65,6 @@ void EventHook::watchForMenuBar(std::function<void()> mayHaveCome) {
 void EventHook::takeInput() {
     menuBarMayHaveCome_ = nullptr;
     takesInput_ = true;
-}
-
-std::optional<Time> EventHook::lastReleaseTime() {
-    return releaseTime;
 }
 
 // Qt hands over the receiver, the event and a place for the result. True: the event is done with.
@@ -155,7 +150,7 @@ EventHook::Outcome EventHook::mouse(QWindow& window, QMouseEvent& event) {
     if (event.type() == QEvent::MouseButtonDblClick) {
         return outcomeOf(press_, event.timestamp(), event.button()).value_or(Outcome::Passed);
     }
-    if (event.type() == QEvent::MouseButtonRelease) releaseTime = steadyNow();
+    if (event.type() == QEvent::MouseButtonRelease) noteReleaseForTrace();
     const quint64 timestamp = event.timestamp();
     const auto button = static_cast<int>(event.button());
     const bool pressed = event.type() == QEvent::MouseButtonPress;

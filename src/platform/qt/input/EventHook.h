@@ -65,9 +65,6 @@ public:
     /// The same while it is that of a press or a release, otherwise nothing.
     std::optional<QPointF> pressLocation() const;
 
-    /// When a mouse button was last released, by the desktop's clock.
-    static std::optional<Time> lastReleaseTime();
-
 private:
     enum class Outcome { Passed, Kept };
 

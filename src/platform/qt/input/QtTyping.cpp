@@ -6,9 +6,9 @@
 #include <QPointer>
 #include <QWindow>
 
-#include "platform/foundation/NSLog.h"
 #include "platform/qt/base/QtGuard.h"
 #include "platform/qt/windows/QtWindows.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

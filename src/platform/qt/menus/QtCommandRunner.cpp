@@ -4,17 +4,19 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "platform/foundation/NSLog.h"
 #include "platform/port/Desktop.h"
 #include "platform/qt/base/QtGuard.h"
-#include "platform/qt/input/EventHook.h"
 #include "platform/qt/menus/QtMenu.h"
 #include "platform/qt/menus/QtMenuBars.h"
 #include "platform/qt/windows/QtWindows.h"
+#include "platform/runtime/NSLog.h"
+#include "platform/runtime/ProcessWide.h"
 
 namespace velmora {
 
 namespace {
+
+ProcessWide<std::optional<Time>> lastRelease;
 
 /// From the title in the main menu to that of the item.
 std::vector<std::string> titlesOf(const NSMenuItem& item, NSMenu*& mainMenu) {
@@ -34,10 +36,14 @@ void traceMiss(const std::string& path, const char* reason) {
 
 }  // namespace
 
+void noteReleaseForTrace() {
+    lastRelease = desktop().now();
+}
+
 void traceRun(const std::string& path) {
     if (!NSTraceEnabled()) return;
     std::string line = "ran \"" + path + '"';
-    if (const std::optional<Time> release = EventHook::lastReleaseTime()) {
+    if (const std::optional<Time> release = *lastRelease) {
         const std::chrono::duration<double, std::milli> since = desktop().now() - *release;
         char text[64];
         std::snprintf(text, sizeof text, " %.1f ms after the release", since.count());

@@ -46,7 +46,11 @@ private:
     QObject context_;
 };
 
-/// The trace line of a command that runs now.
+/// Remembers that a mouse button was released now, for traceRun.
+void noteReleaseForTrace();
+
+/// The trace line of a command that runs now: its path, and how long after the last release of a
+/// mouse button.
 void traceRun(const std::string& path);
 
 /// Titles as a path to read.

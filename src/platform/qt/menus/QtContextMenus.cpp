@@ -9,13 +9,13 @@
 #include <exception>
 #include <utility>
 
-#include "platform/foundation/NSLog.h"
 #include "platform/qt/base/QtGuard.h"
 #include "platform/qt/base/QtTitles.h"
 #include "platform/qt/menus/BorrowedPointer.h"
 #include "platform/qt/menus/QtCommandRunner.h"
 #include "platform/qt/menus/QtMenu.h"
 #include "platform/qt/menus/RightClick.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/Raised.h"
 
 namespace velmora {

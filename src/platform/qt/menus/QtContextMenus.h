@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/appkit/NSMenu.h"
+#include "platform/qt/windows/QtView.h"
 
 namespace velmora {
 
@@ -21,7 +22,7 @@ NSMenuItemRef contextMenuItem(const QAction& action, const std::vector<std::stri
 /// The context menus of the host's widgets. A widget opens its menu by code of its own, for a right
 /// click, and often waits until it is closed; here it gets such a click, and the menu opens without
 /// ever being on the screen, is looked at or chosen from, and is closed.
-class QtContextMenus {
+class QtContextMenus final : public QtViewMenus {
 public:
     QtContextMenus();
     ~QtContextMenus();
@@ -33,7 +34,7 @@ public:
     /// wait for stays open until that pass, unseen; another one is opened once more for the choice,
     /// unless what lies there has moved since. Null when no menu opens. What the host's code throws
     /// meanwhile is thrown here, once everything is closed.
-    NSMenuRef menuAt(QWidget& widget, QPoint global);
+    NSMenuRef menuAt(QWidget& widget, QPoint global) override;
 
     /// For every top-level widget that is about to be shown.
     void noticeShow(QWidget& widget) {

@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "platform/appkit/NSApplication.h"
-#include "platform/foundation/NSLog.h"
 #include "platform/qt/base/QtTitles.h"
 #include "platform/qt/menus/QtMenuBars.h"
 #include "platform/qt/windows/QtModality.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/Raised.h"
 
 namespace velmora {

@@ -1,18 +1,20 @@
 #include "platform/qt/menus/QtMenuBars.h"
 
+#include "platform/qt/menus/QtContextMenus.h"
+
 #include <QApplication>
 #include <QLayout>
 #include <QMenu>
 #include <algorithm>
 #include <climits>
 
-#include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/qt/base/QtGuard.h"
 #include "platform/qt/base/QtTitles.h"
 #include "platform/qt/menus/QtMenu.h"
 #include "platform/qt/windows/QtWindows.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/NSLog.h"
 #include "platform/runtime/Raised.h"
 
 namespace velmora {
@@ -76,8 +78,9 @@ void traceMade(const NSMenu& mainMenu) {
 
 }  // namespace
 
-QtMenuBars::QtMenuBars(QtWindows& windows)
+QtMenuBars::QtMenuBars(QtWindows& windows, QtContextMenus& contextMenus)
     : windows_(windows),
+      contextMenus_(contextMenus),
       runner_(*this, windows),
       keys_(*this),
       delegate_(std::make_shared<MenuDelegate>()) {
@@ -284,7 +287,7 @@ void QtMenuBars::noticeWindow(QObject* receiver, QEvent::Type type) {
         return;
     }
     if (type == QEvent::Show) {
-        windows_.contextMenus().noticeShow(widget);
+        contextMenus_.noticeShow(widget);
         if (menu) showKeys(*menu);
     } else {
         windows_.noticeActivation(widget);

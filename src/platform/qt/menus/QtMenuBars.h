@@ -17,6 +17,7 @@
 namespace velmora {
 
 class QtMenu;
+class QtContextMenus;
 class QtWindows;
 
 /// The host's menu bars as menus of the layer. One bar is the main menu: that of the window that is
@@ -26,7 +27,7 @@ class QtWindows;
 /// pass.
 class QtMenuBars {
 public:
-    explicit QtMenuBars(QtWindows& windows);
+    QtMenuBars(QtWindows& windows, QtContextMenus& contextMenus);
     ~QtMenuBars();
     QtMenuBars(const QtMenuBars&) = delete;
     QtMenuBars& operator=(const QtMenuBars&) = delete;
@@ -117,6 +118,7 @@ private:
     void giveUpMadeMenus();
 
     QtWindows& windows_;
+    QtContextMenus& contextMenus_;
     QObject context_;
     QtOwnMenus ownMenus_;
     QtCommandRunner runner_;

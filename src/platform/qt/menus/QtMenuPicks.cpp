@@ -15,12 +15,12 @@
 #include <vector>
 
 #include "platform/appkit/NSMenu.h"
-#include "platform/foundation/NSLog.h"
 #include "platform/qt/base/QtTitles.h"
 #include "platform/qt/menus/QtCommandRunner.h"
 #include "platform/qt/menus/QtContextMenus.h"
 #include "platform/qt/menus/QtOwnMenus.h"
 #include "platform/qt/windows/QtWindows.h"
+#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 

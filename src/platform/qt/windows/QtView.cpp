@@ -1,27 +1,24 @@
 #include "platform/qt/windows/QtView.h"
 
 #include "platform/qt/base/QtCoordinates.h"
-#include "platform/qt/menus/QtContextMenus.h"
 #include "platform/qt/windows/QtModality.h"
 #include "platform/qt/windows/QtScrollView.h"
 #include "platform/qt/windows/QtWindow.h"
 
 namespace velmora {
 
-QtViewNode::QtViewNode(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus,
-                       QWidget& widget)
-    : window_(std::move(window)), contextMenus_(contextMenus), widget_(&widget) {}
+QtViewNode::QtViewNode(std::shared_ptr<QtWindow> window, QtViewMenus& menus, QWidget& widget)
+    : window_(std::move(window)), menus_(menus), widget_(&widget) {}
 
-NSViewRef QtViewNode::make(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus,
-                           QWidget& widget) {
+NSViewRef QtViewNode::make(std::shared_ptr<QtWindow> window, QtViewMenus& menus, QWidget& widget) {
     if (QtScrollView::canScroll(widget)) {
-        return std::make_shared<QtScrollView>(std::move(window), contextMenus, widget);
+        return std::make_shared<QtScrollView>(std::move(window), menus, widget);
     }
-    return std::make_shared<QtView>(std::move(window), contextMenus, widget);
+    return std::make_shared<QtView>(std::move(window), menus, widget);
 }
 
 NSViewRef QtViewNode::viewOf(QWidget& widget) const {
-    return make(window_, contextMenus_, widget);
+    return make(window_, menus_, widget);
 }
 
 QPointF QtViewNode::globalPointOf(NSPoint base) const {
@@ -39,7 +36,7 @@ QWidget* QtViewNode::widgetAt(NSPoint point) const {
 
 std::shared_ptr<NSMenu> QtViewNode::openContextMenu(const NSEventRef& event) {
     if (!widget_ || !event || isBlockedByModal(*widget_)) return nullptr;
-    return contextMenus_.menuAt(*widget_, globalPointOf(event->locationInWindow()).toPoint());
+    return menus_.menuAt(*widget_, globalPointOf(event->locationInWindow()).toPoint());
 }
 
 NSWindowRef QtViewNode::ownWindow() const {

@@ -3,13 +3,24 @@
 #include <QPointer>
 #include <QWidget>
 
+#include "platform/appkit/NSMenu.h"
 #include "platform/appkit/NSView.h"
 #include "platform/appkit/NSWindow.h"
 
 namespace velmora {
 
-class QtContextMenus;
 class QtWindow;
+
+/// Opens the context menus of the host's widgets where nobody sees them.
+class QtViewMenus {
+public:
+    /// The menu for a right click at the point (of the whole screen) in the widget; null without
+    /// one. What the host's code throws comes out here.
+    virtual NSMenuRef menuAt(QWidget& widget, QPoint global) = 0;
+
+protected:
+    ~QtViewMenus() = default;
+};
 
 /// What all views of the host's widgets have in common. Views are made on demand: two of one widget
 /// are two objects.
@@ -22,11 +33,10 @@ public:
 
     /// A view of the kind that the widget is, in the same window.
     NSViewRef viewOf(QWidget& widget) const;
-    static NSViewRef make(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus,
-                          QWidget& widget);
+    static NSViewRef make(std::shared_ptr<QtWindow> window, QtViewMenus& menus, QWidget& widget);
 
 protected:
-    QtViewNode(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus, QWidget& widget);
+    QtViewNode(std::shared_ptr<QtWindow> window, QtViewMenus& menus, QWidget& widget);
 
     /// Asked of a window's content view, for points of the window's base coordinates; null outside.
     QWidget* widgetAt(NSPoint point) const;
@@ -43,7 +53,7 @@ private:
     QPointF globalPointOf(NSPoint base) const;
 
     std::shared_ptr<QtWindow> window_;
-    QtContextMenus& contextMenus_;
+    QtViewMenus& menus_;
     QPointer<QWidget> widget_;
 };
 
@@ -51,8 +61,8 @@ private:
 template <class Kind>
 class QtViewOf : public Kind, public QtViewNode {
 public:
-    QtViewOf(std::shared_ptr<QtWindow> window, QtContextMenus& contextMenus, QWidget& widget)
-        : QtViewNode(std::move(window), contextMenus, widget) {}
+    QtViewOf(std::shared_ptr<QtWindow> window, QtViewMenus& menus, QWidget& widget)
+        : QtViewNode(std::move(window), menus, widget) {}
 
     NSViewRef hitTest(NSPoint point) override {
         QWidget* hit = widgetAt(point);

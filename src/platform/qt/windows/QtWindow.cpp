@@ -56,7 +56,7 @@ std::vector<std::shared_ptr<NSDrawer>> QtWindow::drawers() {
 
 NSViewRef QtWindow::viewOf(QWidget& widget) {
     return QtViewNode::make(std::static_pointer_cast<QtWindow>(shared_from_this()),
-                            windows_.contextMenus(), widget);
+                            windows_.menus(), widget);
 }
 
 NSResponderRef QtWindow::firstResponder() {

@@ -43,7 +43,7 @@ bool takesPart(const QWindow& window) {
 
 }  // namespace
 
-QtWindows::QtWindows() {
+QtWindows::QtWindows(QtViewMenus& menus) : menus_(menus) {
     limit_.setSingleShot(true);
     limit_.setInterval(longestWait);
     QObject::connect(&limit_, &QTimer::timeout, &context_, [this] { settle(); });

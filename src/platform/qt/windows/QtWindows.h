@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "platform/appkit/NSWindow.h"
-#include "platform/qt/menus/QtContextMenus.h"
 #include "platform/qt/windows/X11Windows.h"
 
 class QWidget;
@@ -18,13 +17,14 @@ class QWindow;
 namespace velmora {
 
 class QtOwnWindow;
+class QtViewMenus;
 class QtWindow;
 
 /// The windows of the host, and panels of ours: which there are, in which order they lie, and which
 /// takes the keys.
 class QtWindows {
 public:
-    QtWindows();
+    explicit QtWindows(QtViewMenus& menus);
     ~QtWindows();
 
     /// The visible windows, front to back, without menus, tips and what takes no input.
@@ -58,7 +58,8 @@ public:
     void makeKey(QWindow& window);
     void noticeActivation(QWidget& window);
 
-    QtContextMenus& contextMenus() { return contextMenus_; }
+    /// The context menus of the views.
+    QtViewMenus& menus() { return menus_; }
 
     /// The widget that the window is for, or null.
     static QWidget* widgetOf(const QWindow& window);
@@ -78,7 +79,7 @@ private:
     void settle();
 
     X11Windows x11_;
-    QtContextMenus contextMenus_;
+    QtViewMenus& menus_;
     QObject context_;
     QTimer limit_;
     QTimer insist_;
