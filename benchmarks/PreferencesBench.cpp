@@ -33,7 +33,7 @@ private:
 void clickAModifier(benchmark::State& state, bool waits) {
     HeadlessHost host("Editor");
     DiskDesktop desktop(host.desktop());
-    const auto defaults = std::make_shared<VelmoraDefaults>();
+    const auto defaults = std::make_shared<VelmoraDefaults>(VelmoraDefaults::Callbacks());
     const auto item = std::make_shared<NSMenuItem>("Velmora", Selector(), "");
     defaults->initForMenuItem(item);
     const std::string folder =

@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     HeadlessSession session("");
     HeadlessProcess& process = session.addProcess(HostDescription{.processName = "Editor"});
     const HeadlessProcess::Scope scope(process);
-    const auto defaults = std::make_shared<VelmoraDefaults>();
+    const auto defaults = std::make_shared<VelmoraDefaults>(VelmoraDefaults::Callbacks());
     session.files().writeAtomically(defaults->globalDefaultsFileName(),
                                     std::string(reinterpret_cast<const char*>(data), size));
     defaults->initForMenuItem(nullptr);
@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
 
     defaults->saveAndUpdateDefaults();
-    const auto again = std::make_shared<VelmoraDefaults>();
+    const auto again = std::make_shared<VelmoraDefaults>(VelmoraDefaults::Callbacks());
     again->initForMenuItem(nullptr);
     for (int i = 0; i < VelmoraSlotCount; ++i) {
         if (again->mouseButtonForIndex(i) != defaults->mouseButtonForIndex(i) ||

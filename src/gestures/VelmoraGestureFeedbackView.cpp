@@ -27,9 +27,7 @@ ProcessWide<ColorTuple> colorTuple(baseColor);
 }  // namespace
 
 Class& VelmoraGestureFeedbackView::classObject() {
-    static auto* object = &(new Class("VelmoraGestureFeedbackView", &NSDrawnView::classObject()))
-                               ->makes<VelmoraGestureFeedbackView>()
-                               .classMethod<&VelmoraGestureFeedbackView::setHue>("setHue:");
+    static auto* object = new Class("VelmoraGestureFeedbackView", &NSDrawnView::classObject());
     return *object;
 }
 

@@ -3,8 +3,8 @@
 #include <exception>
 #include <string_view>
 
+#include "gestures/VelmoraMouseHandling.h"
 #include "gestures/VelmoraWindowAdditions.h"
-#include "host/VelmoraApplicationAdditions.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSView.h"
 #include "platform/appkit/NSWorkspace.h"

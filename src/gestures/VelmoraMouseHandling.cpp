@@ -2,8 +2,6 @@
 
 #include "gestures/VelmoraEventAdditions.h"
 #include "gestures/VelmoraGestures.h"
-#include "host/VelmoraApplicationAdditions.h"
-#include "host/_QZ_EX.h"
 #include "images/VelmoraImageFactory.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSView.h"
@@ -21,6 +19,9 @@ ProcessWide<NSPoint> VelmoraGestureStartPoint;
 
 namespace {
 
+const Category category(NSApplication::classObject(),
+                        {methodFor<&velmoraGestureStartPoint>("velmoraGestureStartPoint")});
+
 constexpr NSTimeInterval samplingInterval = 0.01;
 constexpr int millisecondsPerTick = 10;
 constexpr int lettersAtMost = 29;
@@ -35,8 +36,7 @@ char letterFor(std::int64_t dx, std::int64_t dy) {
 Class& VelmoraMouseHandling::classObject() {
     static auto* object =
         &(new Class("VelmoraMouseHandling", &NSObject::classObject()))
-             ->makes<VelmoraMouseHandling>()
-             .method<&VelmoraMouseHandling::activate>("activate")
+             ->method<&VelmoraMouseHandling::activate>("activate")
              .method<&VelmoraMouseHandling::doGesture_triggerEvent>("doGesture:triggerEvent:")
              .method<&VelmoraMouseHandling::doScrollWheelVertical_triggerEvent>(
                  "doScrollWheelVertical:triggerEvent:")
@@ -50,13 +50,6 @@ Class& VelmoraMouseHandling::classObject() {
              .method<&VelmoraMouseHandling::gestureTimerFired>("gestureTimerFired:");
     return *object;
 }
-
-namespace {
-
-/// Known by its name before anything of this file is called.
-[[maybe_unused]] const Class& registered = VelmoraMouseHandling::classObject();
-
-}  // namespace
 
 /// While a capture or a tracking runs. However it is left, by an exception of the host's code too,
 /// nothing stays pinned, pushed or drawn.
@@ -92,12 +85,7 @@ private:
 
 void VelmoraMouseHandling::activate() {
     VelmoraMouseHandler = std::static_pointer_cast<VelmoraMouseHandling>(shared_from_this());
-    Class& application = NSApplication::classObject();
-    _XIM2_with(application, Selector::named("sendEvent:"), Selector::named("velmoraSendEvent:"));
-    _XIM2_with(application, Selector::named("nextEventMatchingMask:untilDate:inMode:dequeue:"),
-               Selector::named("dravikNextEventMatchingMask:untilDate:inMode:dequeue:"));
-    _XIM2_with(NSMenu::classObject(), Selector::named("performActionForItemAtIndex:"),
-               Selector::named("velmoraPerformActionForItemAtIndex:"));
+    hooks_.place();
     NSNotificationCenter::defaultCenter().addObserver_selector_name_object(
         shared_from_this(), Selector::named("applicationWillResignActive:"),
         NSApplicationWillResignActiveNotification, nullptr);
@@ -129,7 +117,7 @@ NSEventRef VelmoraMouseHandling::doGesture_triggerEvent(const NSEventRef& event,
             }
         }
     }
-    if (!hadGesture_) passEventOn(started);
+    if (!hadGesture_) hooks_.passEventOn(started);
     return next;
 }
 
@@ -146,7 +134,7 @@ void VelmoraMouseHandling::handleWithButton(const NSEventRef& next) {
         case NSLeftMouseDragged:
         case NSRightMouseDragged:
         case NSOtherMouseDragged: break;
-        default: passEventOn(next);
+        default: hooks_.passEventOn(next);
     }
 }
 
@@ -172,7 +160,7 @@ void VelmoraMouseHandling::handleWithModifiersOnly(const NSEventRef& next,
                 abortGesture();
             }
             break;
-        default: passEventOn(next);
+        default: hooks_.passEventOn(next);
     }
 }
 
@@ -326,7 +314,7 @@ void VelmoraMouseHandling::handleTracking(const NSEventRef& next) {
         case NSLeftMouseDragged:
         case NSRightMouseDragged:
         case NSOtherMouseDragged: addToTracking(); break;
-        default: passEventOn(next);
+        default: hooks_.passEventOn(next);
     }
 }
 
@@ -350,7 +338,7 @@ void VelmoraMouseHandling::deliver(const NSEventRef& scroll) const {
     while (responder && !responder->tryToPerform_with(velmoraScroll, scroll)) {
         responder = responder->nextResponder();
     }
-    if (!responder) passEventOn(scroll);
+    if (!responder) hooks_.passEventOn(scroll);
 }
 
 void VelmoraMouseHandling::endTracking() {
@@ -362,6 +350,10 @@ void VelmoraMouseHandling::endTracking() {
 
 void VelmoraMouseHandling::applicationWillResignActive(const NSNotification& /*notification*/) {
     if (trackingLoopActive_) endTracking();
+}
+
+NSPoint velmoraGestureStartPoint(NSApplication& /*application*/) {
+    return *VelmoraGestureStartPoint;
 }
 
 }  // namespace velmora

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 #include "gestures/VelmoraGestureFeedbackWindow.h"
@@ -14,6 +15,7 @@
 
 namespace velmora {
 
+class NSApplication;
 struct NSNotification;
 
 /// Turns a held button, or held modifier keys, and the pointer's motion into a gesture string: 1 to
@@ -22,8 +24,18 @@ struct NSNotification;
 /// stroke or the scrolling ends.
 class VelmoraMouseHandling final : public NSObject {
 public:
+    /// The way to the host's events, which the router knows.
+    struct Hooks {
+        /// Places the system's hooks; see activate.
+        std::function<void()> place;
+        /// Hands an event to the host's own dispatch; null is nothing to do.
+        std::function<void(const NSEventRef&)> passEventOn;
+    };
+
     static Class& classObject();
     Class& isa() const override { return classObject(); }
+
+    explicit VelmoraMouseHandling(Hooks hooks) : hooks_(std::move(hooks)) {}
 
     /// Places the system's hooks in front of the host's event dispatch, event fetch and menu
     /// command execution, and registers the object. Once a process.
@@ -75,6 +87,7 @@ private:
     void handleTracking(const NSEventRef& next);
     void deliver(const NSEventRef& scroll) const;
 
+    Hooks hooks_;
     NSTimerRef gestureTimer_;
     /// Null until the first gesture that is drawn.
     std::shared_ptr<VelmoraGestureFeedbackWindow> feedbackWindow_;
@@ -101,5 +114,8 @@ extern ProcessWide<std::shared_ptr<VelmoraMouseHandling>> VelmoraMouseHandler;
 
 /// Where the current or last gesture began, in screen coordinates.
 extern ProcessWide<NSPoint> VelmoraGestureStartPoint;
+
+/// The same, as the application's `velmoraGestureStartPoint`.
+NSPoint velmoraGestureStartPoint(NSApplication& application);
 
 }  // namespace velmora

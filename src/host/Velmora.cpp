@@ -4,6 +4,9 @@
 
 #include "definitions/ProductAddresses.h"
 #include "definitions/VelmoraSettingsDirectory.h"
+#include "gestures/VelmoraGestureFeedbackView.h"
+#include "gestures/VelmoraMouseHandling.h"
+#include "host/VelmoraApplicationAdditions.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/appkit/panels/NSAlert.h"
@@ -127,7 +130,12 @@ void Velmora::init() {
         item = installInMainMenu(*mainMenu);
     }
     createComponents();
-    defaults_ = std::make_shared<VelmoraDefaults>();
+    defaults_ = std::make_shared<VelmoraDefaults>(VelmoraDefaults::Callbacks{
+        [] {
+            const VelmoraMouseHandling::Hooks hooks{placeHooks, passEventOn};
+            std::make_shared<VelmoraMouseHandling>(hooks)->activate();
+        },
+        VelmoraGestureFeedbackView::setHue});
     defaults_->initForMenuItem(item);
     if (mnemonicsTF_) mnemonicsTF_->setDelegate(mnemonics_);
 

@@ -3,21 +3,20 @@
 #include "commands/VelmoraShortcuts.h"
 #include "gestures/VelmoraMouseHandling.h"
 #include "host/Velmora.h"
+#include "host/_QZ_EX.h"
 #include "platform/runtime/Class.h"
 #include "preferences/VelmoraActivation.h"
 
 namespace velmora {
 
 ProcessWide<NSEventRef> DravikRealEvent;
-ProcessWide<std::int32_t> VelmoraIndex;
 
 namespace {
 
 const Category category(NSApplication::classObject(),
                         {methodFor<&velmoraSendEvent>("velmoraSendEvent:"),
                          methodFor<&dravikNextEventMatchingMask_untilDate_inMode_dequeue>(
-                             "dravikNextEventMatchingMask:untilDate:inMode:dequeue:"),
-                         methodFor<&velmoraGestureStartPoint>("velmoraGestureStartPoint")});
+                             "dravikNextEventMatchingMask:untilDate:inMode:dequeue:")});
 
 /// Key-downs without any of these flags are the host's.
 constexpr std::uint32_t shortcutModifierMask = NSCommandKeyMask | NSFunctionKeyMask;
@@ -115,8 +114,13 @@ NSEventRef dravikNextEventMatchingMask_untilDate_inMode_dequeue(NSApplication& a
     return event;
 }
 
-NSPoint velmoraGestureStartPoint(NSApplication& /*application*/) {
-    return *VelmoraGestureStartPoint;
+void placeHooks() {
+    Class& application = NSApplication::classObject();
+    _XIM2_with(application, Selector::named("sendEvent:"), Selector::named("velmoraSendEvent:"));
+    _XIM2_with(application, Selector::named("nextEventMatchingMask:untilDate:inMode:dequeue:"),
+               Selector::named("dravikNextEventMatchingMask:untilDate:inMode:dequeue:"));
+    _XIM2_with(NSMenu::classObject(), Selector::named("performActionForItemAtIndex:"),
+               Selector::named("velmoraPerformActionForItemAtIndex:"));
 }
 
 void passEventOn(const NSEventRef& event) {

@@ -11,10 +11,6 @@ namespace velmora {
 /// none.
 extern ProcessWide<NSEventRef> DravikRealEvent;
 
-/// The activation entry that the last scan matched, or the end of the entries. The called action
-/// reads it.
-extern ProcessWide<std::int32_t> VelmoraIndex;
-
 /// The event router: exchanged with `sendEvent:`, so that every event of the host passes it. Hands
 /// key-downs with Command or Function, and presses of extra buttons, to the shortcuts; presses and
 /// modifier changes that match an activation entry to the mouse handling; and all others on to the
@@ -27,8 +23,9 @@ NSEventRef dravikNextEventMatchingMask_untilDate_inMode_dequeue(NSApplication& a
                                                                 std::uint32_t mask, Time until,
                                                                 RunLoopMode mode, bool dequeue);
 
-/// Where the current or last gesture began, in screen coordinates.
-NSPoint velmoraGestureStartPoint(NSApplication& application);
+/// Exchanges the router, the fetch hook and the menu hook with the operations of the platform that
+/// they stand in front of. Once a process: a second time takes them away again.
+void placeHooks();
 
 /// Hands an event to the host's own dispatch; null is nothing to do.
 void passEventOn(const NSEventRef& event);

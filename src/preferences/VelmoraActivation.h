@@ -19,6 +19,10 @@ extern ProcessWide<std::array<std::uint32_t, VelmoraSlotCount>> VelmoraModifiers
 /// Button number of an event; -1 for an entry that modifier keys alone activate.
 extern ProcessWide<std::array<std::int32_t, VelmoraSlotCount>> VelmoraMouseButton;
 
+/// The entry that the router's last scan matched, or the end of the entries. The action that the
+/// router sends reads it.
+extern ProcessWide<std::int32_t> VelmoraIndex;
+
 /// The modifier flags that count: Shift, Control, Option, Command, Function.
 inline constexpr std::uint32_t VelmoraModifierMask = 0x9E0000;
 

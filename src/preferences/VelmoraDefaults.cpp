@@ -77,11 +77,7 @@ void VelmoraDefaults::initForMenuItem(const NSMenuItemRef& item) {
     if (item) vmMenu_.push_back(item);
     readDefaults();
     updateDefaults();
-    // By name, since the mouse handling reads our tables and we need nothing else of it.
-    if (Class* handling = Class::named("VelmoraMouseHandling")) {
-        const Id mouseHandling = handling->alloc();
-        message<void()>(*mouseHandling, Selector::named("activate"));
-    }
+    callbacks_.activateMouseHandling();
 }
 
 void VelmoraDefaults::addMenuItem(const NSMenuItemRef& item) {
@@ -181,10 +177,7 @@ void VelmoraDefaults::updateDefaults() {
     VelmoraGestureMakesKey = makeGestureWindowKey_;
     VelmoraGesturesDrawFeedback = drawsFeedback_;
     VelmoraImageFactory::setHue(flavor_);
-    // By its name: the room it lies in is built on this one.
-    if (Class* trace = Class::named("VelmoraGestureFeedbackView")) {
-        message<void(double)>(*trace, Selector::named("setHue:"), flavor_);
-    }
+    callbacks_.setTraceHue(flavor_);
     for (const auto& shown : vmMenu_) {
         if (const NSMenuItemRef item = shown.lock()) {
             item->setImage(VelmoraImageFactory::cursorImage());

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,6 +25,16 @@ namespace velmora {
 /// off and is not stored.
 class VelmoraDefaults final : public NSObject {
 public:
+    /// What the preferences set going in rooms that are built on this one.
+    struct Callbacks {
+        /// Creates the mouse handling and activates it.
+        std::function<void()> activateMouseHandling = [] {};
+        /// Draws the trace in this hue from now on.
+        std::function<void(double hue)> setTraceHue = [](double) {};
+    };
+
+    explicit VelmoraDefaults(Callbacks callbacks) : callbacks_(std::move(callbacks)) {}
+
     static Class& classObject();
     Class& isa() const override { return classObject(); }
 
@@ -86,6 +97,7 @@ private:
     void readFrom(const NSDictionary& dictionary);
     NSDictionary dictionary() const;
 
+    Callbacks callbacks_;
     std::array<Slot, VelmoraSlotCount> slots_;
     std::int32_t gestureSize_ = 15;
     std::int32_t gestureTimeout_ = 500;

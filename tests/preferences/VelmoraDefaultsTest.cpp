@@ -17,7 +17,7 @@ namespace {
 constexpr const char* fileName = "VelmoraDefaults.plist";
 
 std::shared_ptr<VelmoraDefaults> makeDefaults() {
-    auto defaults = std::make_shared<VelmoraDefaults>();
+    auto defaults = std::make_shared<VelmoraDefaults>(VelmoraDefaults::Callbacks());
     defaults->initForMenuItem(nullptr);
     return defaults;
 }
@@ -274,10 +274,23 @@ TEST(VelmoraDefaultsTest, AnIndexOutsideTheSlotsTouchesNone) {
     for (int i = 0; i < VelmoraSlotCount; ++i) EXPECT_EQ(defaults->mouseButtonForIndex(i), -1);
 }
 
+TEST(VelmoraDefaultsTest, TheMouseHandlingBeginsWithTheTablesOfTheFileAndTheTraceFollowsTheHue) {
+    HeadlessHost host;
+    host.writeSettings(fileName, "{ isEnabled0=YES; mouseButton0=1; flavor=\"12.5\"; }");
+    std::vector<std::string> calls;
+    auto defaults = std::make_shared<VelmoraDefaults>(VelmoraDefaults::Callbacks{
+        [&] { calls.push_back("activate with " + std::to_string(entries().size())); },
+        [&](double hue) { calls.push_back("hue " + std::to_string(hue)); }});
+    defaults->initForMenuItem(nullptr);
+    defaults->setFlavor(40);
+    EXPECT_EQ(calls,
+              (std::vector<std::string>{"hue 12.500000", "activate with 1", "hue 40.000000"}));
+}
+
 TEST(VelmoraDefaultsTest, TheSuitesMenuItemShowsThePictureInTheHue) {
     HeadlessHost host;
     const auto item = std::make_shared<NSMenuItem>("Velmora", Selector(), "");
-    auto defaults = std::make_shared<VelmoraDefaults>();
+    auto defaults = std::make_shared<VelmoraDefaults>(VelmoraDefaults::Callbacks());
     defaults->initForMenuItem(item);
     ASSERT_TRUE(item->image());
     const Bitmap red = item->image()->bitmap();
