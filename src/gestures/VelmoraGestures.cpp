@@ -10,12 +10,11 @@
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/runtime/Class.h"
 #include "platform/runtime/NSLog.h"
+#include "product/Limits.h"
 
 namespace velmora {
 
 namespace {
-
-constexpr std::string_view contextMenuPrefix = "Context Menu: ";
 
 ProcessWide<std::shared_ptr<VelmoraGestures>> active;
 

@@ -11,6 +11,7 @@
 #include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 #include "preferences/VelmoraActivation.h"
+#include "product/Limits.h"
 
 namespace velmora {
 
@@ -24,7 +25,6 @@ const Category category(NSApplication::classObject(),
 
 constexpr NSTimeInterval samplingInterval = 0.01;
 constexpr int millisecondsPerTick = 10;
-constexpr int lettersAtMost = 29;
 
 char letterFor(std::int64_t dx, std::int64_t dy) {
     if (std::abs(dx) < std::abs(dy)) return dy >= 0 ? 'u' : 'd';
@@ -203,7 +203,7 @@ void VelmoraMouseHandling::addToGesture() {
     const std::int64_t dy = std::int64_t{y} - lastMY_;
     if (dx * dx + dy * dy <= *VelmoraGestureSize) return;
     gestureTicks_ = 0;
-    if (gestureIdx_ >= lettersAtMost) {
+    if (gestureIdx_ >= longestGesture) {
         NSBeep();
         abortGesture();
         return;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "definitions/ProductAddresses.h"
 #include "definitions/VelmoraSettingsDirectory.h"
 #include "gestures/VelmoraGestureFeedbackView.h"
 #include "gestures/VelmoraMouseHandling.h"
@@ -13,6 +12,8 @@
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/files/PropertyListURL.h"
 #include "platform/runtime/Class.h"
+#include "product/ProductAddresses.h"
+#include "product/Version.h"
 
 namespace velmora {
 
@@ -40,14 +41,6 @@ int makePlaceInMenu(NSMenu& menu) {
     return std::max(0, std::min(menu.numberOfItems(), 4) - 1);
 }
 
-constexpr int versionMajor = 1;
-constexpr int versionMinor = 4;
-
-std::string version() {
-    const std::string minor = std::to_string(versionMinor);
-    return std::to_string(versionMajor) + "." + (minor.size() < 2 ? "0" : "") + minor;
-}
-
 /// Whether a version above ours is described. A number that is missing is 0.
 bool isNewer(const NSDictionary& description) {
     const auto number = [&](std::string_view key) {
@@ -62,8 +55,8 @@ bool isNewer(const NSDictionary& description) {
 std::string versionLine(std::string text) {
     constexpr std::string_view placeholder = "x.yy";
     const std::size_t place = text.find(placeholder);
-    if (place == std::string::npos) return "Version " + version();
-    return text.replace(place, placeholder.size(), version());
+    if (place == std::string::npos) return "Version " + productVersion();
+    return text.replace(place, placeholder.size(), productVersion());
 }
 
 }  // namespace

@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "definitions/ProductAddresses.h"
 #include "images/VelmoraImageFactory.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/runtime/Class.h"
+#include "product/ProductAddresses.h"
 
 namespace velmora {
 

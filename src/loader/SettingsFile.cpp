@@ -1,12 +1,13 @@
 #include "loader/SettingsFile.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <optional>
 #include <set>
 
 #include "platform/foundation/files/PropertyListFile.h"
+#include "product/Components.h"
+#include "product/Limits.h"
 
 namespace velmora {
 
@@ -14,17 +15,13 @@ namespace {
 
 constexpr std::string_view extension = ".plist";
 constexpr std::string_view sharedName = "Velmora";
-constexpr std::array<std::string_view, 5> components = {"Gestures", "Mnemonics", "Shortcuts",
-                                                        "TextSnippets", "Scripts"};
-constexpr std::size_t longestGesture = 29;
-constexpr int slotCount = 10;
 
 std::string quoted(const std::string& text) {
     return '"' + text + '"';
 }
 
 bool isGesture(const std::string& trigger) {
-    if (trigger.empty() || trigger.size() > longestGesture) return false;
+    if (trigger.empty() || trigger.size() > std::size_t{longestGesture}) return false;
     return trigger.find_first_not_of("udlr") == std::string::npos &&
            std::adjacent_find(trigger.begin(), trigger.end()) == trigger.end();
 }
@@ -69,7 +66,7 @@ public:
     void preferences(const NSDictionary& values) {
         std::set<std::string, std::less<>> known = {
             "gestureSize", "gestureTimeout", "makeGestureWindowKey", "drawsFeedback", "flavor"};
-        for (int slot = 0; slot < slotCount; ++slot) {
+        for (int slot = 0; slot < VelmoraSlotCount; ++slot) {
             const std::string number = std::to_string(slot);
             known.insert({"modifiers" + number, "mouseButton" + number, "isEnabled" + number});
             range(values, "modifiers" + number, 0, 31);
@@ -159,7 +156,8 @@ SettingsFile SettingsFile::named(const std::string& fileName) {
         file.kind = Kind::Preferences;
         return file;
     }
-    for (const std::string_view component : components) {
+    for (const Component& known : productComponents) {
+        const std::string_view component = known.name;
         if (!stem.ends_with(component) || stem.size() == component.size()) continue;
         file.kind = Kind::Definitions;
         file.component = component;

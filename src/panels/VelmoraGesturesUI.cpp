@@ -8,12 +8,11 @@
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Outlet.h"
+#include "product/Limits.h"
 
 namespace velmora {
 
 namespace {
-
-constexpr const char* contextMenuPrefix = "Context Menu: ";
 
 void setTraining(bool training) {
     if (const auto gestures = VelmoraGestures::activeInstance()) gestures->setTraining(training);
@@ -126,7 +125,7 @@ bool VelmoraGesturesUI::menu_itemSelected(NSMenu& menu, int index) {
     while (top->supermenu()) top = top->supermenu();
     if (top->isMainMenu()) return false;
     const int row = tableView_->selectedRow();
-    const PropertyList path(contextMenuPrefix + VelmoraUtils::menuItemPathFor(*item));
+    const PropertyList path(std::string(contextMenuPrefix) + VelmoraUtils::menuItemPathFor(*item));
     const PropertyList selector(NSStringFromSelector(item->action()));
     settings_->setObject_forKey_atIndex(&path, "Path", row);
     settings_->setObject_forKey_atIndex(&selector, "Selector", row);

@@ -5,11 +5,9 @@
 
 #include "platform/runtime/ProcessWide.h"
 #include "platform/runtime/Selector.h"
+#include "product/Limits.h"
 
 namespace velmora {
-
-/// How many activation slots there are, and so how many entries at the most.
-inline constexpr int VelmoraSlotCount = 10;
 
 /// The activation entries: the enabled, legal slots in slot order, one row across three tables. A
 /// null action ends them. VelmoraDefaults writes them, the event router reads them.

@@ -5,17 +5,11 @@
 #include <utility>
 
 #include "platform/foundation/files/PropertyListFile.h"
+#include "product/Components.h"
 
 namespace velmora {
 
 namespace {
-
-constexpr std::array<std::pair<const char*, const char*>, 5> components = {
-    {{"gestures", "Gestures"},
-     {"shortcuts", "Shortcuts"},
-     {"mnemonics", "Mnemonics"},
-     {"snippets", "TextSnippets"},
-     {"scripts", "Scripts"}}};
 
 /// The bit of a modifier key in the preferences file.
 int compactModifier(const ScenarioLine& line, std::uint32_t flag) {
@@ -70,7 +64,7 @@ std::string describeScalar(const PropertyList& value) {
 }  // namespace
 
 std::string takeComponent(ScenarioLine& line) {
-    for (const auto& [word, component] : components) {
+    for (const auto& [component, word] : productComponents) {
         if (line.take(word)) return component;
     }
     return {};

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "definitions/ProductAddresses.h"
 #include "images/VelmoraImageFactory.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/panels/NSPanel.h"
+#include "product/ProductAddresses.h"
 #include "support/HeadlessHost.h"
 
 namespace velmora {

@@ -1,4 +1,4 @@
-#include "definitions/ProductAddresses.h"
+#include "product/ProductAddresses.h"
 
 #include "platform/port/Desktop.h"
 
