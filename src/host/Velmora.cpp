@@ -9,9 +9,11 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWorkspace.h"
 #include "platform/appkit/panels/NSAlert.h"
+#include "platform/appkit/panels/NSNibLoading.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/files/PropertyListURL.h"
 #include "platform/runtime/Class.h"
+#include "platform/runtime/Outlet.h"
 #include "product/ProductAddresses.h"
 #include "product/Version.h"
 
@@ -67,14 +69,14 @@ Class& Velmora::classObject() {
              ->classMethod<&Velmora::applicationDidFinishLaunch>("applicationDidFinishLaunch:")
              .method<&Velmora::applicationDidBecomeActive>("applicationDidBecomeActive:")
              .method<&Velmora::applicationDidShowMainMenu>("applicationDidShowMainMenu:")
-             .method<&Velmora::setVmMenu>("setVmMenu:")
-             .method<&Velmora::setMnemonicPanel>("setMnemonicPanel:")
-             .method<&Velmora::setTextSnippetsMenu>("setTextSnippetsMenu:")
-             .method<&Velmora::setScriptsMenu>("setScriptsMenu:")
-             .method<&Velmora::setMnemonicsTF>("setMnemonicsTF:")
+             .method<&Outlet<&Velmora::vmMenu_>::set>("setVmMenu:")
+             .method<&Outlet<&Velmora::mnemonicPanel_>::set>("setMnemonicPanel:")
+             .method<&Outlet<&Velmora::textSnippetsMenu_>::set>("setTextSnippetsMenu:")
+             .method<&Outlet<&Velmora::scriptsMenu_>::set>("setScriptsMenu:")
+             .method<&Outlet<&Velmora::mnemonicsTF_>::set>("setMnemonicsTF:")
              .method<&Velmora::showMnemonicPanel>("showMnemonicPanel:")
-             .method<&Velmora::setVmAboutPanel>("setVmAboutPanel:")
-             .method<&Velmora::setVersionTF>("setVersionTF:")
+             .method<&Outlet<&Velmora::vmAboutPanel_>::set>("setVmAboutPanel:")
+             .method<&Outlet<&Velmora::versionTF_>::set>("setVersionTF:")
              .method<&Velmora::manageGestures>("manageGestures:")
              .method<&Velmora::manageMnemonics>("manageMnemonics:")
              .method<&Velmora::manageShortcuts>("manageShortcuts:")
@@ -118,7 +120,7 @@ void Velmora::init() {
     const Id self = shared_from_this();
     const NSMenuRef mainMenu = NSApp().mainMenu();
     NSPanel::setFrameFile(settingsDirectory() + "/VelmoraFrames.plist");
-    if (NSBundle::bundleForClass().loadNibNamed_owner("Velmora", self) && vmMenu_ && mainMenu) {
+    if (loadNibNamed_owner(NSBundle::bundleForClass(), "Velmora", self) && vmMenu_ && mainMenu) {
         vmMenu_->setTitle(itemTitle);
         item = installInMainMenu(*mainMenu);
     }
@@ -180,34 +182,6 @@ void Velmora::applicationDidShowMainMenu(const NSNotification& notification) {
     defaults_->addMenuItem(item);
 }
 
-void Velmora::setVmMenu(const Id& menu) {
-    vmMenu_ = std::dynamic_pointer_cast<NSMenu>(menu);
-}
-
-void Velmora::setMnemonicPanel(const Id& panel) {
-    mnemonicPanel_ = std::dynamic_pointer_cast<NSPanel>(panel);
-}
-
-void Velmora::setTextSnippetsMenu(const Id& menu) {
-    textSnippetsMenu_ = std::dynamic_pointer_cast<NSMenu>(menu);
-}
-
-void Velmora::setScriptsMenu(const Id& menu) {
-    scriptsMenu_ = std::dynamic_pointer_cast<NSMenu>(menu);
-}
-
-void Velmora::setMnemonicsTF(const Id& field) {
-    mnemonicsTF_ = std::dynamic_pointer_cast<NSTextField>(field);
-}
-
-void Velmora::setVmAboutPanel(const Id& panel) {
-    vmAboutPanel_ = std::dynamic_pointer_cast<NSPanel>(panel);
-}
-
-void Velmora::setVersionTF(const Id& field) {
-    versionTF_ = std::dynamic_pointer_cast<NSTextField>(field);
-}
-
 void Velmora::manageGestures(const Id& /*sender*/) {
     gestures_->showPanel();
 }
@@ -259,7 +233,7 @@ void Velmora::showMnemonicPanel(const Id& /*sender*/) {
 
 void Velmora::runAbout(const Id& /*sender*/) {
     if (!vmAboutPanel_) {
-        NSBundle::bundleForClass().loadNibNamed_owner("AboutPanel", shared_from_this());
+        loadNibNamed_owner(NSBundle::bundleForClass(), "AboutPanel", shared_from_this());
         if (versionTF_) versionTF_->setStringValue(versionLine(versionTF_->stringValue()));
     }
     if (vmAboutPanel_) vmAboutPanel_->makeKeyAndOrderFront();

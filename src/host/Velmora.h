@@ -70,13 +70,6 @@ public:
     void gotoKorvane(const Id& sender);
 
 private:
-    void setVmMenu(const Id& menu);
-    void setMnemonicPanel(const Id& panel);
-    void setTextSnippetsMenu(const Id& menu);
-    void setScriptsMenu(const Id& menu);
-    void setMnemonicsTF(const Id& field);
-    void setVmAboutPanel(const Id& panel);
-    void setVersionTF(const Id& field);
     std::vector<VelmoraCommon*> components() const;
     void createComponents();
     NSMenuItemRef installInMainMenu(NSMenu& mainMenu);

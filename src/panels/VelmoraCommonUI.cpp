@@ -8,6 +8,7 @@
 #include "panels/VelmoraMenuSelectorCell.h"
 #include "platform/appkit/NSPasteboard.h"
 #include "platform/appkit/controls/ObjectValue.h"
+#include "platform/appkit/panels/NSNibLoading.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/NSLog.h"
@@ -62,7 +63,7 @@ bool VelmoraCommonUI::load(const char* interface, const std::shared_ptr<VelmoraS
                            const std::shared_ptr<VelmoraCommon>& delegate) {
     settings_ = settings;
     delegate_ = delegate;
-    return NSBundle::bundleForClass().loadNibNamed_owner(interface, shared_from_this());
+    return loadNibNamed_owner(NSBundle::bundleForClass(), interface, shared_from_this());
 }
 
 bool VelmoraCommonUI::lacks(const char* interface, const char* outlet, const Id& object) {

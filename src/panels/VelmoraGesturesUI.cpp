@@ -5,6 +5,7 @@
 #include "gestures/VelmoraGestures.h"
 #include "panels/VelmoraMenuItem.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/appkit/panels/NSNibLoading.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/runtime/Outlet.h"
@@ -80,7 +81,7 @@ bool VelmoraGesturesUI::doubleClickInColumn_row(int column, int row) {
 
 void VelmoraGesturesUI::learnGesture() {
     if (!gesturePanel_) {
-        NSBundle::bundleForClass().loadNibNamed_owner("EnterGesture", shared_from_this());
+        loadNibNamed_owner(NSBundle::bundleForClass(), "EnterGesture", shared_from_this());
     }
     // Without the prompt nobody could end the training.
     if (!gesturePanel_) return;

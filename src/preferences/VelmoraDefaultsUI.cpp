@@ -4,6 +4,7 @@
 
 #include "images/VelmoraImageFactory.h"
 #include "platform/appkit/drawing/NSColor.h"
+#include "platform/appkit/panels/NSNibLoading.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/runtime/NSLog.h"
 #include "platform/runtime/Outlet.h"
@@ -64,7 +65,7 @@ namespace {
 
 void VelmoraDefaultsUI::initWithDefaults(VelmoraDefaults& defaults) {
     defaults_ = &defaults;
-    if (!NSBundle::bundleForClass().loadNibNamed_owner("Preferences", shared_from_this())) return;
+    if (!loadNibNamed_owner(NSBundle::bundleForClass(), "Preferences", shared_from_this())) return;
     if (const std::string missing = missingPart(); !missing.empty()) {
         NSLog("interface/Preferences.plist: " + missing + " is missing or of another kind");
         panel_ = nullptr;

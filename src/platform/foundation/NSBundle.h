@@ -9,8 +9,6 @@
 namespace velmora {
 
 class FileSystem;
-class NSObject;
-
 /// The resources of the plug-in: interface/, images/, Manual/, and one <language>.lproj a language,
 /// with its texts and, in the place of the English one, its own Manual/.
 class NSBundle {
@@ -39,11 +37,6 @@ public:
     std::string localizedStringForKey_value_table(const std::string& key,
                                                   const std::string& value = {},
                                                   const std::string& table = {}) const;
-
-    /// Loads interface/NAME.plist and connects its outlets to the owner. False, with a line in the
-    /// log that names the file and the place, when it is missing or broken; the owner is then
-    /// untouched.
-    bool loadNibNamed_owner(const std::string& name, const std::shared_ptr<NSObject>& owner) const;
 
 private:
     /// Most wanted first, up to English, in which the keys and what is in no such folder are.

@@ -9,10 +9,7 @@
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSMenu.h"
 #include "platform/appkit/controls/NSTableColumn.h"
-#include "platform/foundation/NSBundle.h"
-#include "platform/foundation/files/PropertyListFile.h"
 #include "platform/runtime/Class.h"
-#include "platform/runtime/NSLog.h"
 
 namespace velmora {
 
@@ -173,24 +170,6 @@ void InterfaceFile::connectOutlets() {
     for (const auto& [setter, object] : connections) {
         message<void(const Id&)>(*owner_, setter, object);
     }
-}
-
-bool NSBundle::loadNibNamed_owner(const std::string& name, const Id& owner) const {
-    const std::string file = "interface/" + name + ".plist";
-    const auto report = [&file](const std::string& what) {
-        NSLog("Interface file '" + file + "': " + what);
-        return false;
-    };
-    const std::optional<std::string> path = pathForResource_ofType(file, "");
-    if (!path) return report("it is missing");
-    std::optional<NSDictionary> contents = dictionaryWithContentsOfFile(resourceFiles(), *path);
-    if (!contents) return report("it cannot be read");
-    InterfaceFile interface(std::move(*contents), [this](const std::string& english) {
-        return localizedStringForKey_value_table(english);
-    });
-    InterfaceFile::Error error;
-    if (!interface.load(owner, error)) return report(error.place + ": " + error.reason);
-    return true;
 }
 
 }  // namespace velmora
