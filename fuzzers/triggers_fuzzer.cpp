@@ -6,7 +6,7 @@
 #include "commands/VelmoraTriggers.h"
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSMenuItem.h"
-#include "platform/foundation/Characters.h"
+#include "platform/foundation/files/Characters.h"
 #include "platform/runtime/Selector.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include "definitions/VelmoraUtils.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWorkspace.h"
-#include "platform/foundation/Characters.h"
+#include "platform/foundation/files/Characters.h"
 #include "platform/foundation/scripts/LuaScript.h"
 #include "platform/foundation/scripts/NSTask.h"
 #include "platform/port/Desktop.h"

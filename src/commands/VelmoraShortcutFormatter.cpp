@@ -2,8 +2,8 @@
 
 #include "commands/VelmoraTriggers.h"
 #include "platform/appkit/NSEvent.h"
-#include "platform/foundation/Characters.h"
 #include "platform/foundation/NSBundle.h"
+#include "platform/foundation/files/Characters.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "platform/appkit/NSApplication.h"
-#include "platform/foundation/Characters.h"
+#include "platform/foundation/files/Characters.h"
 #include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 

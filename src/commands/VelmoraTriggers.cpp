@@ -4,7 +4,7 @@
 
 #include "platform/appkit/NSEvent.h"
 #include "platform/appkit/NSMenuItem.h"
-#include "platform/foundation/Characters.h"
+#include "platform/foundation/files/Characters.h"
 
 namespace velmora {
 

@@ -1,6 +1,6 @@
 #include "panels/VelmoraTableView.h"
 
-#include "platform/foundation/Characters.h"
+#include "platform/foundation/files/Characters.h"
 #include "platform/runtime/Class.h"
 
 namespace velmora {

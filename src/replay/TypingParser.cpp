@@ -1,6 +1,6 @@
 #include "replay/TypingParser.h"
 
-#include "platform/foundation/Characters.h"
+#include "platform/foundation/files/Characters.h"
 #include "replay/PanelStepParser.h"
 
 namespace velmora {

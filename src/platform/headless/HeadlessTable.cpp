@@ -1,6 +1,6 @@
 #include "platform/headless/HeadlessTable.h"
 
-#include "platform/foundation/Characters.h"
+#include "platform/foundation/files/Characters.h"
 
 namespace velmora {
 

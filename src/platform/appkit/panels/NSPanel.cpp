@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "platform/appkit/panels/PanelFrames.h"
-#include "platform/foundation/Characters.h"
 #include "platform/foundation/NSNotificationCenter.h"
+#include "platform/foundation/files/Characters.h"
 #include "platform/port/Desktop.h"
 #include "platform/runtime/Class.h"
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/foundation/files/Characters.h"
 #include "platform/foundation/files/PropertyListGuard.h"
 #include "platform/foundation/files/UnicodeText.h"
 
@@ -227,7 +228,7 @@ private:
             return true;
         }
         if (character == 0) return failAt(start, "a text cannot hold the character 0");
-        appendUTF8(string, character);
+        string += stringWithCharacter(character);
         return true;
     }
 

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "platform/foundation/files/Characters.h"
+
 namespace velmora {
 
 namespace {
@@ -27,31 +29,12 @@ bool appendUTF16(std::string& text, std::string_view bytes, ByteOrder order) {
             if (low < 0xDC00 || low > 0xDFFF) return false;
             unit = 0x10000 + ((unit - 0xD800) << 10U) + (low - 0xDC00);
         }
-        appendUTF8(text, unit);
+        text += stringWithCharacter(unit);
     }
     return true;
 }
 
 }  // namespace
-
-void appendUTF8(std::string& text, char32_t codePoint) {
-    const auto put = [&text](char32_t byte) { text += static_cast<char>(byte); };
-    if (codePoint < 0x80) {
-        put(codePoint);
-    } else if (codePoint < 0x800) {
-        put(0xC0U | codePoint >> 6U);
-        put(0x80U | (codePoint & 0x3FU));
-    } else if (codePoint < 0x10000) {
-        put(0xE0U | codePoint >> 12U);
-        put(0x80U | (codePoint >> 6U & 0x3FU));
-        put(0x80U | (codePoint & 0x3FU));
-    } else {
-        put(0xF0U | codePoint >> 18U);
-        put(0x80U | (codePoint >> 12U & 0x3FU));
-        put(0x80U | (codePoint >> 6U & 0x3FU));
-        put(0x80U | (codePoint & 0x3FU));
-    }
-}
 
 std::optional<std::string_view> utf8FromFileText(std::string_view bytes, std::string& buffer) {
     if (bytes.substr(0, 3) == "\xEF\xBB\xBF") return bytes.substr(3);

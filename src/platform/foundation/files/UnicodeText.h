@@ -6,9 +6,6 @@
 
 namespace velmora {
 
-/// Appends the code point, which must be one and no half of a surrogate pair.
-void appendUTF8(std::string& text, char32_t codePoint);
-
 /// The text of a file as UTF-8 without a byte order mark. UTF-16 is known by its byte order mark
 /// and is translated into `buffer`, which must outlive the result; anything else is taken to be
 /// UTF-8. Nothing when UTF-16 is cut off or not well formed.

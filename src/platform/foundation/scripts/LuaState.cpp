@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/foundation/files/Characters.h"
 #include "platform/foundation/scripts/LuaHostTable.h"
 
 namespace velmora {
@@ -98,11 +99,7 @@ constexpr std::size_t longest = 1000;
 
 /// Cuts what nobody reads to its end, between two characters.
 void shorten(std::string& message) {
-    if (message.size() <= longest) return;
-    std::size_t size = longest;
-    while (size > longest - 4 && (static_cast<unsigned char>(message[size]) & 0xC0U) == 0x80)
-        --size;
-    message.resize(size);
+    message.resize(wholeCharacters(message, longest).size());
 }
 
 std::uint64_t nanoseconds(clockid_t clock) noexcept {

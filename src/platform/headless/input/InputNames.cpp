@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "platform/appkit/NSEvent.h"
+#include "platform/foundation/files/Characters.h"
 
 namespace velmora {
 
@@ -67,13 +68,6 @@ std::string nameOfKey(const std::string& characters) {
     return characters;
 }
 
-bool isOneCharacter(std::string_view text) {
-    const auto starts = std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-    });
-    return starts == 1;
-}
-
 }  // namespace
 
 std::optional<int> mouseButtonNamed(std::string_view name) {
@@ -116,7 +110,7 @@ std::optional<Key> keyNamed(std::string_view name) {
     for (const NamedKey& key : namedKeys) {
         if (name == key.name) return Key{key.characters, key.flags};
     }
-    if (!isOneCharacter(name)) return std::nullopt;
+    if (characterCount(name) != 1) return std::nullopt;
     return Key{std::string(name), 0};
 }
 

@@ -1,6 +1,7 @@
 #include "platform/headless/windows/HeadlessText.h"
 
 #include "platform/appkit/NSEvent.h"
+#include "platform/foundation/files/Characters.h"
 
 namespace velmora {
 
@@ -9,11 +10,7 @@ bool typeIntoText(std::string& text, const NSEvent& keyDown) {
     const std::string& characters = keyDown.fields().characters;
     if ((keyDown.modifierFlags() & commands) != 0 || characters == "\x1B") return false;
     if (characters == "\x7F") {
-        while (!text.empty()) {
-            const auto last = static_cast<unsigned char>(text.back());
-            text.pop_back();
-            if ((last & 0xC0U) != 0x80U) break;
-        }
+        if (!text.empty()) text.resize(wholeCharacters(text, text.size() - 1).size());
     } else {
         text += characters == "\r" ? "\n" : characters;
     }

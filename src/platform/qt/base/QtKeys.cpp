@@ -2,7 +2,7 @@
 
 #include <QLibrary>
 
-#include "platform/foundation/Characters.h"
+#include "platform/foundation/files/Characters.h"
 #include "platform/qt/base/ModifierKeys.h"
 
 namespace velmora {

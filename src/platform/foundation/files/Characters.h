@@ -20,7 +20,11 @@ char32_t firstCharacter(std::string_view text);
 /// How many characters the text has.
 std::size_t characterCount(std::string_view text);
 
-/// The character in UTF-8.
+/// The longest beginning of the text that has at most so many bytes and ends between two
+/// characters.
+std::string_view wholeCharacters(std::string_view text, std::size_t bytes);
+
+/// The character, which must be no half of a surrogate pair, in UTF-8.
 std::string stringWithCharacter(char32_t character);
 
 }  // namespace velmora

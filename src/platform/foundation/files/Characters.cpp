@@ -1,4 +1,4 @@
-#include "platform/foundation/Characters.h"
+#include "platform/foundation/files/Characters.h"
 
 #include <clocale>
 #include <cwctype>
@@ -22,6 +22,10 @@ struct Decoded {
     std::size_t length;
 };
 
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
 /// The first character of a text that is not empty.
 Decoded decode(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
@@ -31,7 +35,7 @@ Decoded decode(std::string_view text) {
     if (length == 0 || lead > 0xF4 || text.size() < length) return {replacement, 1};
     char32_t character = lead & (0xFFU >> (length + 1));
     for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0U) != 0x80U) return {replacement, 1};
+        if (!isContinuation(text[i])) return {replacement, 1};
         character = character << 6U | (byte(i) & 0x3FU);
     }
     constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
@@ -82,6 +86,14 @@ std::size_t characterCount(std::string_view text) {
     std::size_t count = 0;
     for (; !text.empty(); text.remove_prefix(decode(text).length)) ++count;
     return count;
+}
+
+std::string_view wholeCharacters(std::string_view text, std::size_t bytes) {
+    if (text.size() <= bytes) return text;
+    std::size_t end = bytes;
+    // No character has more than four bytes.
+    while (end > 0 && bytes - end < 4 && isContinuation(text[end])) --end;
+    return text.substr(0, end);
 }
 
 std::string stringWithCharacter(char32_t character) {
