@@ -38,7 +38,7 @@ public:
 
     /// Sets the field of one of the four keys; null unsets it. Any other key changes nothing.
     bool setObject_forKey(const PropertyList* value, std::string_view key);
-    /// The same for a menu item, which only "Path" takes.
+    /// Sets the value from a menu item, which only "Path" takes.
     bool setObject_forKey(const Id& menuItem, std::string_view key);
 
     /// "" when unset.

@@ -14,7 +14,7 @@ class VelmoraUtils {
 public:
     static std::string menuItemPathFor(const NSMenuItem& item);
 
-    /// The same, into a string that keeps its memory from call to call.
+    /// As above, into a string that keeps its memory from call to call.
     static void setMenuItemPath(const NSMenuItem& item, std::string& path);
 
     /// False for most items whose path is another one, at the cost of comparing one title.

@@ -102,7 +102,7 @@ private:
     bool gestureLoopActive_ = false;
     bool trackingLoopActive_ = false;
     bool hadGesture_ = false;
-    /// Of this capture, also when the preference changes during it.
+    /// Whether this capture is drawn, also when the preference changes during it.
     bool drawsTrace_ = false;
     NSCursorRef velmoraGesturesCursor_;
     VelmoraScrollMotion scrollMotion_{VelmoraScrollMotion::vertical};
@@ -115,7 +115,7 @@ extern ProcessWide<std::shared_ptr<VelmoraMouseHandling>> VelmoraMouseHandler;
 /// Where the current or last gesture began, in screen coordinates.
 extern ProcessWide<NSPoint> VelmoraGestureStartPoint;
 
-/// The same, as the application's `velmoraGestureStartPoint`.
+/// VelmoraGestureStartPoint, as the application's `velmoraGestureStartPoint`.
 NSPoint velmoraGestureStartPoint(NSApplication& application);
 
 }  // namespace velmora

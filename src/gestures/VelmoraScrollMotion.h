@@ -31,8 +31,8 @@ private:
     TrackMode trackMode_;
     std::int32_t deltaX_ = 0;
     std::int32_t deltaY_ = 0;
-    /// Of the jog dial: the direction of the step before (l, r, u for down the screen, d for up),
-    /// 0 before the first; the axis that the first step chose; and the sense of scrolling.
+    /// The jog dial's state: the direction of the step before (l, r, u for down the screen, d for
+    /// up), 0 before the first; the axis that the first step chose; and the sense of scrolling.
     char lastJogDir_ = 0;
     TrackMode jogAxis_ = vertical;
     std::int32_t jogSign_ = 1;

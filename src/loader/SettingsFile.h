@@ -24,7 +24,7 @@ struct SettingsFile {
 struct FileReport {
     /// Whether it is the property list that it should be, whatever is wrong inside.
     bool isReadable = false;
-    /// Of definitions; 0 for preferences.
+    /// How many definitions there are; 0 for preferences.
     int count = 0;
     /// A sentence each, with the place in the file; none in a good file.
     std::vector<std::string> problems;

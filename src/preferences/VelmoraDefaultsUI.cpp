@@ -13,7 +13,7 @@ namespace velmora {
 
 namespace {
 
-/// Of the cells of the modifier matrix each slot has one a bit.
+/// A slot has one cell of the modifier matrix for each modifier key.
 constexpr int modifierBits = 5;
 /// The view tag of the first slot's mouse-button chooser; those of the others follow.
 constexpr int firstChooserTag = 10;

@@ -119,7 +119,7 @@ struct WaitStep {
 
 struct ChooseStep {
     std::string path;
-    /// Of the view under the pointer, instead of the menu bar.
+    /// In the context menu of the view under the pointer, instead of the menu bar.
     bool inContextMenu = false;
 };
 
@@ -168,7 +168,7 @@ struct HappenedExpectation {
     std::vector<std::string> wanted;
 };
 
-/// The same of all kinds together, as Transcript::happenings gives them.
+/// What is expected of all kinds together, as Transcript::happenings gives them.
 struct OrderExpectation {
     std::vector<std::string> wanted;
 };

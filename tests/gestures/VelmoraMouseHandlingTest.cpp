@@ -128,7 +128,7 @@ TEST(VelmoraMouseHandlingTest, APressInsideACaptureIsTheHosts) {
     host.run();
     EXPECT_EQ(host.trace().back(), "gesture \"ru\"");
     EXPECT_EQ(host.events(), (std::vector<std::string>{"right down", "right up"}));
-    // Of the timers, only those of the trace go on, until it has faded.
+    // Only the timers of the trace go on, until it has faded.
     host.advance(110);
     EXPECT_FALSE(NSRunLoop::currentRunLoop().nextFireDate(NSDefaultRunLoopMode).has_value());
 }

@@ -76,8 +76,7 @@ protected:
     virtual void itemWillBeRemoved(int /*index*/) {}
     virtual void itemWasChanged(int /*index*/) {}
 
-    /// Of the items that open one submenu, this menu's is the one by which it is reached from here
-    /// on.
+    /// Makes this the menu above the submenu, also where items of several menus open it.
     void becomeSupermenuOf(NSMenu& submenu) { submenu.supermenu_ = this; }
 
 private:

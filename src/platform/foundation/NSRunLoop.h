@@ -28,7 +28,7 @@ public:
     static std::shared_ptr<NSTimer> scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
         NSTimeInterval interval, Id target, Selector selector, Id userInfo, bool repeats);
 
-    /// The same, not yet scheduled: NSRunLoop::addTimer_forMode does that.
+    /// As above, but not scheduled yet: NSRunLoop::addTimer_forMode does that.
     static std::shared_ptr<NSTimer> timerWithTimeInterval_target_selector_userInfo_repeats(
         NSTimeInterval interval, Id target, Selector selector, Id userInfo, bool repeats);
 

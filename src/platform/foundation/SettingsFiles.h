@@ -46,7 +46,7 @@ public:
     /// is then as it was.
     bool write(FileSystem& files, const PropertyList& root, const std::string& path);
 
-    /// The same with contents that need not be a property list.
+    /// As above, with contents that need not be a property list.
     bool writeContents(FileSystem& files, const std::string& contents, const std::string& path);
 
     /// Adds contents that the file might have had to its history, unless it has them. A failure is

@@ -17,9 +17,9 @@ public:
 
     /// From here on writing the file, or anything below the folder, fails; or no longer does.
     void setWriteFails(const std::string& path, bool fails);
-    /// The same for reading, for a reason that may pass.
+    /// From here on reading the file fails, for a reason that may pass, or no longer does.
     void setReadFails(const std::string& path, bool fails);
-    /// The same for reading, by its mode.
+    /// From here on the file's mode forbids reading it, or no longer does.
     void setReadForbidden(const std::string& path, bool forbidden);
 
     /// How often the contents of the file have been read.

@@ -141,7 +141,7 @@ public:
 /// The desktop of this process. It must have been set.
 Desktop& desktop();
 
-/// The same, or null before it was set.
+/// As desktop(), but null before it was set.
 Desktop* currentDesktop();
 
 /// Sets the desktop of this process; its owner keeps it for as long as the process runs.

@@ -49,7 +49,7 @@ struct FileReading {
     };
     Outcome outcome = Outcome::missing;
     std::string contents;
-    /// Of the file that was read.
+    /// Tells the file that was read from any later one.
     FileStamp stamp;
     /// What is in the way, for people.
     std::string reason;

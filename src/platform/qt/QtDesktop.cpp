@@ -48,7 +48,7 @@ public:
     void endModal() override {}
 };
 
-/// The same of a drawn window.
+/// A drawn window that cannot be shown any more.
 class NoDrawnWindow final : public DrawnWindowPeer {
 public:
     void setFrame(NSRect /*frame*/) override {}

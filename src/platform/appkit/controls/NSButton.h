@@ -19,7 +19,7 @@ public:
     /// A click on a check box changes its state before the action goes out.
     void performClick(const Id& sender) override;
 
-    // Of its cell
+    // What its cell holds
 
     const std::string& title() const { return buttonCell().title(); }
     void setTitle(std::string title) { buttonCell().setTitle(std::move(title)); }

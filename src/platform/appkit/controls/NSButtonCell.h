@@ -50,7 +50,7 @@ public:
     const std::string& keyEquivalent() const { return keyEquivalent_; }
     void setKeyEquivalent(std::string key);
 
-    /// Of a button that switches: from off to on, and back; of another nothing.
+    /// Turns a switch from off to on, or back. Any other button is left alone.
     void setNextState();
 
     /// The value is the state.

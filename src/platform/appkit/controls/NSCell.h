@@ -40,7 +40,7 @@ public:
 
     /// What of the value is shown as text: through the formatter where there is one.
     const std::string& stringValue() const { return stringValue_; }
-    /// The same in words: for tool tips and for who has the screen read.
+    /// The value in words, for tool tips and screen readers.
     std::string spokenValue() const;
     /// The text becomes the value, past the formatter.
     void setStringValue(std::string value);

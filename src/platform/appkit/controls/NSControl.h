@@ -46,7 +46,7 @@ public:
     int tag() const { return tag_; }
     void setTag(int tag) { tag_ = tag; }
 
-    // Of its cell. One that nobody can act on has no target and no action.
+    // What its cell holds. A control that nobody can act on has no target and no action.
 
     Id target() const;
     void setTarget(const Id& target);

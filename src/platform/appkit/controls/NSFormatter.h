@@ -16,8 +16,8 @@ public:
     /// `value` is null for none.
     virtual std::string stringForObjectValue(const PropertyList* value) const = 0;
 
-    /// The same in words, where what is shown has signs that not everybody knows and no voice
-    /// reads.
+    /// As above, in words: for tool tips and screen readers, where signs are shown that not
+    /// everybody knows.
     virtual std::string spokenStringForObjectValue(const PropertyList* value) const {
         return stringForObjectValue(value);
     }

@@ -34,7 +34,7 @@ class NSTableColumn;
 /// NAME of a control, { label = "…"; }, or { matrix = NAME; row = N; } for one row of a matrix,
 /// each cell of it in a place of its own.
 ///
-/// Of every control can be said: tag, enabled, action, target. Beyond that there is
+/// Every control may have: tag, enabled, action, target. Beyond that there is
 ///   NSButton     title, type (push, switch), imageOnly (the title is only a name), imageSize,
 ///                keyEquivalent ("return", "escape"), hidden (transparent and not enabled)
 ///   NSTextField  text, editable, delegate

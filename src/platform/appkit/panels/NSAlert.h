@@ -26,7 +26,7 @@ int NSRunAlertPanel(const std::string& title, const std::string& message,
                     const std::string& defaultButton, const std::string& alternateButton,
                     const std::string& otherButton);
 
-/// The same for what is no warning.
+/// As above, for an alert that is no warning.
 int NSRunInformationalAlertPanel(const std::string& title, const std::string& message,
                                  const std::string& defaultButton,
                                  const std::string& alternateButton,

@@ -44,7 +44,7 @@ public:
     virtual void titleChanged() {}
     /// The panel has a drawer that is to be open or closed.
     virtual void drawerChanged() {}
-    /// Of the open drawer.
+    /// Where the open drawer is.
     virtual NSRect drawerFrame() { return {}; }
     /// Another control of the panel is to have the keyboard.
     virtual void firstResponderChanged() {}

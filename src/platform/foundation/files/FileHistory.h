@@ -25,7 +25,7 @@ public:
     /// Keeps what the file holds now, as its newest version, and says which; nothing on failure.
     /// What was beyond the most then is removed by removeOldest, not before the file was replaced.
     std::optional<std::string> keep();
-    /// The same with contents that the file might have had.
+    /// Keeps contents that the file might have had.
     std::optional<std::string> keep(const std::string& contents);
     void remove(const std::string& version);
     void removeOldest();

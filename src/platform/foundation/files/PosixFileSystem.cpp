@@ -111,7 +111,7 @@ NSDate dateOf(Seconds seconds, Nanoseconds rest) {
                                       static_cast<std::uint64_t>(rest))};
 }
 
-/// Of the path, links followed, or of the descriptor when the path is empty.
+/// The stamp of the path, with links followed, or of the descriptor when the path is empty.
 std::optional<FileStamp> stampOf(int descriptor, const char* path) {
     struct statx status {};
     constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME;

@@ -46,7 +46,7 @@ std::int32_t intFromText(std::string_view text) {
     return static_cast<std::int32_t>(std::min<std::int64_t>(sign * number, Limits::max()));
 }
 
-/// Of a number that a double cannot hold: whether it is too great, rather than too near to zero.
+/// Whether a number that a double cannot hold is too great, rather than too near to zero.
 bool isTooGreat(std::string_view number) {
     const std::size_t e = std::min(number.find_first_of("eE"), number.size());
     const std::string_view mantissa = number.substr(0, e);

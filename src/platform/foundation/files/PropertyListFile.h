@@ -20,7 +20,7 @@ class FileSystem;
 /// with the one key CF$UID.
 std::optional<PropertyList> propertyListFromData(std::string_view bytes);
 
-/// The same, but what stops it for want of memory is thrown: std::bad_alloc.
+/// As above, but throws std::bad_alloc when memory is short.
 std::optional<PropertyList> parsedPropertyList(std::string_view bytes);
 
 /// The XML form of the value, which holds dates to the second and of the years 1 to 9999; all else

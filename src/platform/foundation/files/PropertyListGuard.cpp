@@ -45,7 +45,7 @@ private:
         return true;
     }
 
-    /// The same, but an `end` in double quotes is none, and neither is anything behind a '[' or a
+    /// As above, but an `end` in double quotes is none, and neither is anything behind a '[' or a
     /// '<' outside of them when `plain`.
     bool skipPastUnquoted(std::string_view end, bool plain) {
         for (; at_ < text_.size(); ++at_) {

@@ -27,7 +27,7 @@ public:
     static Limits limitsOfProcess();
 
     struct Error {
-        /// Of any bytes.
+        /// It may hold bytes that are no UTF-8.
         std::string message;
         /// The line of the source, 0 when unknown.
         int line = 0;

@@ -94,7 +94,7 @@ os = {clock = os.clock, date = os.date, difftime = os.difftime, getenv = os.gete
       time = os.time}
 )lua";
 
-/// Of a message. What is longer is not even copied.
+/// How many bytes of a message are kept. A longer one is not even copied.
 constexpr std::size_t longest = 1000;
 
 /// Cuts what nobody reads to its end, between two characters.

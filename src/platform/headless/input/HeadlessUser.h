@@ -52,7 +52,7 @@ public:
     /// Presses and releases a button that is not held, wherever the pointer is, over the window.
     void click(int button, const std::shared_ptr<NSWindow>& window);
 
-    /// The same for the modifier keys, by their flag.
+    /// As above, for the modifier key with this flag.
     bool hold(std::uint32_t flag);
     bool letGo(std::uint32_t flag);
 

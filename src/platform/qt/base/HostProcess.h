@@ -9,7 +9,7 @@ namespace velmora {
 /// from a file, the base name of that script.
 std::string hostProcessName();
 
-/// The same of any process, from the path of its executable and its arguments.
+/// The name of any process, from the path of its executable and its arguments.
 std::string processNameFor(const std::string& executable,
                            const std::vector<std::string>& arguments);
 

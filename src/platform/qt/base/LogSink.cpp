@@ -70,8 +70,8 @@ ssize_t writeToShared(int descriptor, std::string_view bytes) {
     if (S_ISSOCK(kind.st_mode)) {
         return ::send(descriptor, bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     }
-    // The same pipe or terminal once more, in a way that does not wait. Not kept open: its reader
-    // waits until everybody has closed it.
+    // Opens the pipe or terminal a second time, in a way that does not wait. It is not kept open:
+    // its reader waits until everybody has closed it.
     const std::string name = "/proc/self/fd/" + std::to_string(descriptor);
     const int again = ::open(name.c_str(), ownFlags);
     if (again >= 0) {

@@ -35,7 +35,7 @@ private:
     int descriptor_ = -1;
     /// Empty for a descriptor of the host's.
     std::string path_;
-    /// Of a line that was taken in part: it comes before any other.
+    /// What is left of a line that was taken in part: it goes before any other.
     std::string rest_;
     std::size_t lost_ = 0;
 };

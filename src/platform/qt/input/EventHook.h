@@ -62,7 +62,7 @@ public:
     /// host may have been busy, and the pointer may have gone on.
     QPointF pointerLocation() const;
 
-    /// The same while it is that of a press or a release, otherwise nothing.
+    /// As above for a press or a release; nothing for any other event.
     std::optional<QPointF> pressLocation() const;
 
 private:

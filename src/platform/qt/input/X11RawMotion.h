@@ -50,7 +50,7 @@ private:
     /// the pointer, has either.
     enum class Mode { relative, absolute, either };
     struct Event {
-        /// Of the last request that the server had seen before it.
+        /// The number of the last request that the server had seen before it.
         std::uint32_t number;
         std::uint16_t device;
         QPointF numbers;

@@ -79,7 +79,7 @@ private:
     void show(Qt::WindowModality modality);
     void comeToFront();
     void focusFirst();
-    /// Of a sheet that is about to go: its panel takes the keys again.
+    /// Called for a sheet that is about to go: its panel gets the keyboard focus back.
     void leaveParent();
     /// To the panel that is as if the user had closed it.
     void hostDeletedDialog();
@@ -89,12 +89,12 @@ private:
     NSPanel& panel_;
     int number_;
     QPointer<QtPanelDialog> dialog_;
-    /// Of the dialog.
+    /// The widgets in the dialog.
     std::unique_ptr<QtControls> controls_;
     std::unique_ptr<QtPanelLayout> layout_;
     /// What had the keys before.
     std::weak_ptr<NSWindow> before_;
-    /// Of a sheet: the panel over which it opens.
+    /// The panel over which a sheet opens; null for a panel.
     QPointer<QtPanelDialog> parent_;
     QEventLoop* loop_ = nullptr;
     /// Somebody wants to see it.

@@ -55,7 +55,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
-    /// Of its window.
+    /// Sees the events of the dialog's window.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -21,7 +21,7 @@ bool isSame(const QTransform& a, const QTransform& b) {
            std::abs(a.dx() - b.dx()) < sameTransform && std::abs(a.dy() - b.dy()) < sameTransform;
 }
 
-/// Of any line, also one that goes up or to the left.
+/// The rectangle of any line, also one that goes up or to the left.
 QRectF rectAround(const QLineF& line) {
     return QRectF(line.p1(), QSizeF(line.dx(), line.dy())).normalized();
 }

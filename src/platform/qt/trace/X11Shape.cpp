@@ -41,7 +41,7 @@ bool X11Shape::isAvailable() {
 }
 
 void X11Shape::set(const std::vector<QRect>& rects) {
-    // Of nothing at all first: without a rectangle the window has no pixel.
+    // An empty shape first: without a rectangle the window has no pixel.
     send(XCB_SHAPE_SO_SET, window_, nullptr, 0);
     add(rects);
 }

@@ -8,7 +8,7 @@ namespace velmora {
 /// Whether a modal dialog keeps the user from the window.
 bool isBlockedByModal(const QWindow& window);
 
-/// The same for the window that holds the widget; one that was never shown is not blocked.
+/// Whether the window that holds the widget is blocked; one that was never shown is not.
 bool isBlockedByModal(const QWidget& widget);
 
 }  // namespace velmora

@@ -172,7 +172,7 @@ TEST_F(LuaScriptTest, WhateverRunsForTooLongEnds) {
                                                    "the error cannot be told"))
             << source;
     }
-    // Of processor time: what else the machine does counts for nothing.
+    // Processor time, since what else the machine does does not count.
     EXPECT_LT(std::clock() - begin, 20 * CLOCKS_PER_SEC);
 }
 
@@ -238,7 +238,7 @@ TEST_F(LuaScriptTest, SlowFunctionsOfTheLibraryEndInTimeToo) {
         EXPECT_THAT(error->message, testing::AnyOf("the script has run for too long",
                                                    HasSubstr("too many elements to move")))
             << source;
-        // Of processor time, of which the budget is 0.4 seconds; the rest is for what is slower
+        // Processor time, of which the budget is 0.4 seconds; the rest is for what is slower
         // than usual, as under a sanitizer.
         EXPECT_LT(took, 10 * CLOCKS_PER_SEC) << source;
     }

@@ -49,7 +49,7 @@ private:
     std::shared_ptr<NSMatrix> matrix_;
     std::function<bool()> takesInput_;
     QWidget* parent_;
-    /// Of all cells of a radio matrix: only one of them is on.
+    /// Holds the cells of a radio matrix, of which only one is on.
     QButtonGroup group_;
     std::vector<Place> places_;
     QPointer<QWidget> whole_;

@@ -100,7 +100,8 @@ private:
         return Qt::AlignLeft;
     }
 
-    /// Of a selected row as the style has it, with the mark of the cell that the keys go to.
+    /// Draws the background of a selected row as the style has it, and marks the cell with the
+    /// keyboard focus.
     void background() {
         style_.drawPrimitive(QStyle::PE_PanelItemViewItem, &option_, &painter_, option_.widget);
         if (!(option_.state & QStyle::State_HasFocus)) return;
