@@ -70,6 +70,7 @@ class Endings:
 
     def bring_up(self, moment, host, window):
         area = self.x.geometry(window)
+        wait_for(lambda: "velmora: became active" in host.output(), "it to become active")
         harness.draw(self.x, "l", area, 800, 80)
         wait_for(lambda: "command" in host.output(), "the first stroke's command")
         left, right = area.at(0.4, 0.5), area.at(0.6, 0.5)

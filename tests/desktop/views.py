@@ -112,7 +112,7 @@ class Views:
         self.host.wait_says("deletes tree item3 over item3")
         self.host.no_popups()
         self.x.click(*self.host.place("graphics", 1), LEFT)
-        self.assertEqual(self.host.tell("state"), [])
+        wait_for(lambda: self.host.tell("state") == [], "nothing to be held")
 
     def test_several_definitions_of_one_stroke_are_one_click(self):
         self.open()
